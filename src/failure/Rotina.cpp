@@ -1,0 +1,37 @@
+#include "failure/Rotina.h"
+
+#include <QObject>
+
+#include "failure/Trata_Erro.h"
+
+namespace {
+Rotina* Rotina_Atual = nullptr;
+}
+
+Rotina::Rotina(const QString& fonte, const QString& nome) : Fonte(fonte), Nome(nome), Anterior(Rotina_Atual) {
+    Rotina_Atual = this;
+}
+
+Rotina::Rotina(const QObject* janela, const QString& nome)
+    : Rotina(janela != nullptr ? janela->objectName() : Fonte_Funções_Públicas, nome) {}
+
+Rotina::Rotina(const QString& fonte, const QString& nome, Tratador_Falha tratador) : Rotina(fonte, nome) {
+    Tratador = std::move(tratador);
+}
+
+Rotina::~Rotina() { Rotina_Atual = Anterior; }
+
+void Falha_Na_Linha(long número, const QString& descrição, long linha) {
+    Rotina* r = Rotina_Atual;
+    if (r != nullptr && r->Tratador) {
+        r->Tratador(número, descrição, linha);
+        return;
+    }
+    const QString fonte = r != nullptr ? r->Fonte : Fonte_Funções_Públicas;
+    const QString nome = r != nullptr ? r->Nome : QString("Desconhecida");
+    Trata_Erro(número, descrição, linha, fonte, nome);
+}
+
+void Falha(long número, const QString& descrição, std::source_location onde) {
+    Falha_Na_Linha(número, descrição, static_cast<long>(onde.line()));
+}

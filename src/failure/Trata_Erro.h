@@ -1,0 +1,29 @@
+#pragma once
+#include <QString>
+
+// State shared by the error handler and the record writer.
+inline QString Mensagem_Erro;
+inline int Repetições_Erro = 0;
+inline bool Encerra_Sistema = false;
+inline bool Registra_Erro = false;
+inline bool Sai_da_Gravação = false;
+inline bool Registro_Duplicado = false;
+
+inline constexpr long Erro_Índice_Duplicado = -2147217887;  // also "multiple-step operation" failures
+inline constexpr long Erro_Índice_Excesso = -2147217883;
+inline constexpr long Erro_Bloqueado = -2147467259;  // refused, deleted or locked row
+inline constexpr long Erro_Drivers = 430;
+inline constexpr long Erro_Duplicado_Jet = 3022;
+
+inline const QString Texto_Duplicado = "Informação já cadastrada no banco de dados";
+
+void Trata_Erro(long Número, const QString& Descrição, long Linha, const QString& Código_Fonte,
+                const QString& Sub_Rotina);
+
+// The translated text for a failure number, as step 1 of Trata_Erro sets it.
+QString Traduz_Erro(long número, const QString& descrição, const QString& sub_rotina);
+QString Tradução_Erro_Fixa(long número);  // the fixed rows of the table; empty when unknown
+
+QString Caminho_Log_Ocorrências();
+// Appends one five-line entry (code page 1252, CR LF); false when the file cannot be written.
+bool Registra_Ocorrência(long número, const QString& código_fonte, const QString& sub_rotina, long linha);

@@ -1,0 +1,51 @@
+#pragma once
+// Everything that blocks on a person or touches the desktop passes through here, so that
+// tests can answer the boxes and fix the clock and the draws.
+
+#include <QDateTime>
+#include <QString>
+#include <QStringList>
+
+class QDialog;
+
+enum class Ícone_Caixa { Nenhum, Informação, Exclamação, Pergunta, Crítico };
+enum class Botões_Caixa { Ok, Ok_Cancelar, Sim_Não, Sim_Não_Cancelar };
+enum class Resposta_Caixa { Ok, Cancelar, Sim, Não };
+
+class Plataforma {
+public:
+    virtual ~Plataforma() = default;
+
+    // Texts may carry CR (character 13) as line ends.
+    virtual Resposta_Caixa Caixa_Mensagem(const QString& texto, const QString& título, Ícone_Caixa ícone,
+                                          Botões_Caixa botões) = 0;
+    // Returns the typed text; the empty text when cancelled.
+    virtual QString Caixa_Entrada(const QString& texto, const QString& título, const QString& padrão) = 0;
+    // Shows a window modally and returns its result code.
+    virtual int Mostra_Modal(QDialog* janela) = 0;
+
+    virtual void Bipe() = 0;
+    virtual void Toca_Som(const QString& arquivo) = 0;
+    virtual void Abre_Com_Aplicativo(const QString& caminho_ou_endereço) = 0;
+    virtual void Dorme(int milissegundos) = 0;
+    virtual void Processa_Eventos() = 0;
+    virtual void Cursor_Ocupado(const QString& arquivo_ícone) = 0;
+    virtual void Cursor_Normal() = 0;
+
+    virtual QDateTime Agora() = 0;
+    virtual float Segundos_Desde_Meia_Noite() = 0;
+    virtual void Semeia(float semente) = 0;
+    virtual double Aleatório() = 0;  // uniform in [0, 1)
+
+    virtual bool Linha_Comando_Vazia() = 0;
+    // Ends the process at once: nothing is closed, no window unloaded.
+    [[noreturn]] virtual void Encerra_Agora(int código) = 0;
+};
+
+Plataforma& Plataforma_Atual();
+// The caller keeps ownership; the previous platform is returned so that a test can restore it.
+Plataforma* Define_Plataforma(Plataforma* nova);
+
+// The program's folder: the executable's folder, or QUIZORA_PASTA when set.
+QString Caminho_Programa();
+QString Caminho_Dados();  // Caminho_Programa() + "/Dados"

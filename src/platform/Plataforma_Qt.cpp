@@ -1,0 +1,135 @@
+#include "platform/Plataforma_Qt.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QDesktopServices>
+#include <QDialog>
+#include <QFileInfo>
+#include <QHash>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QPixmap>
+#include <QSoundEffect>
+#include <QThread>
+#include <QUrl>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+
+QString Texto_Para_Tela(const QString& texto) {
+    QString saída = texto;
+    saída.replace("\r\n", "\n");
+    saída.replace('\r', '\n');
+    return saída;
+}
+
+Plataforma_Qt::Plataforma_Qt(QStringList argumentos) : Argumentos(std::move(argumentos)) {}
+
+Resposta_Caixa Plataforma_Qt::Caixa_Mensagem(const QString& texto, const QString& título, Ícone_Caixa ícone,
+                                             Botões_Caixa botões) {
+    QMessageBox caixa(QApplication::activeWindow());
+    caixa.setWindowTitle(título);
+    caixa.setText(Texto_Para_Tela(texto));
+    switch (ícone) {
+        case Ícone_Caixa::Informação: caixa.setIcon(QMessageBox::Information); break;
+        case Ícone_Caixa::Exclamação: caixa.setIcon(QMessageBox::Warning); break;
+        case Ícone_Caixa::Pergunta: caixa.setIcon(QMessageBox::Question); break;
+        case Ícone_Caixa::Crítico: caixa.setIcon(QMessageBox::Critical); break;
+        case Ícone_Caixa::Nenhum: break;
+    }
+    switch (botões) {
+        case Botões_Caixa::Ok: caixa.setStandardButtons(QMessageBox::Ok); break;
+        case Botões_Caixa::Ok_Cancelar: caixa.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel); break;
+        case Botões_Caixa::Sim_Não: caixa.setStandardButtons(QMessageBox::Yes | QMessageBox::No); break;
+        case Botões_Caixa::Sim_Não_Cancelar:
+            caixa.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+            break;
+    }
+    if (auto* b = caixa.button(QMessageBox::Ok)) b->setText("OK");
+    if (auto* b = caixa.button(QMessageBox::Cancel)) b->setText("Cancelar");
+    if (auto* b = caixa.button(QMessageBox::Yes)) b->setText("&Sim");
+    if (auto* b = caixa.button(QMessageBox::No)) b->setText("&Não");
+    const bool trocado = Cursor_Trocado;
+    if (trocado) QApplication::setOverrideCursor(Qt::ArrowCursor);
+    const int r = caixa.exec();
+    if (trocado) QApplication::restoreOverrideCursor();
+    switch (r) {
+        case QMessageBox::Cancel: return Resposta_Caixa::Cancelar;
+        case QMessageBox::Yes: return Resposta_Caixa::Sim;
+        case QMessageBox::No: return Resposta_Caixa::Não;
+        default: return Resposta_Caixa::Ok;
+    }
+}
+
+QString Plataforma_Qt::Caixa_Entrada(const QString& texto, const QString& título, const QString& padrão) {
+    bool ok = false;
+    const QString r = QInputDialog::getText(QApplication::activeWindow(), título, Texto_Para_Tela(texto),
+                                            QLineEdit::Normal, padrão, &ok);
+    return ok ? r : QString();
+}
+
+int Plataforma_Qt::Mostra_Modal(QDialog* janela) { return janela->exec(); }
+
+void Plataforma_Qt::Bipe() { QApplication::beep(); }
+
+void Plataforma_Qt::Toca_Som(const QString& arquivo) {
+    if (!QFileInfo::exists(arquivo)) return;
+    // One effect per file, kept alive so the sound plays to its end.
+    static QHash<QString, QSoundEffect*> efeitos;
+    QSoundEffect*& efeito = efeitos[arquivo];
+    if (efeito == nullptr) {
+        efeito = new QSoundEffect(qApp);
+        efeito->setSource(QUrl::fromLocalFile(arquivo));
+    }
+    efeito->play();
+}
+
+void Plataforma_Qt::Abre_Com_Aplicativo(const QString& caminho_ou_endereço) {
+    const QUrl url = caminho_ou_endereço.contains(':') && !caminho_ou_endereço.startsWith('/')
+                         ? QUrl(caminho_ou_endereço)
+                         : QUrl::fromLocalFile(caminho_ou_endereço);
+    QDesktopServices::openUrl(url);
+}
+
+void Plataforma_Qt::Dorme(int milissegundos) { QThread::msleep(static_cast<unsigned long>(milissegundos)); }
+
+void Plataforma_Qt::Processa_Eventos() { QApplication::processEvents(); }
+
+void Plataforma_Qt::Cursor_Ocupado(const QString& arquivo_ícone) {
+    QPixmap imagem(arquivo_ícone);
+    const QCursor cursor = imagem.isNull() ? QCursor(Qt::WaitCursor) : QCursor(imagem, 0, 0);
+    if (Cursor_Trocado)
+        QApplication::changeOverrideCursor(cursor);
+    else
+        QApplication::setOverrideCursor(cursor);
+    Cursor_Trocado = true;
+}
+
+void Plataforma_Qt::Cursor_Normal() {
+    if (!Cursor_Trocado) return;
+    QApplication::restoreOverrideCursor();
+    Cursor_Trocado = false;
+}
+
+QDateTime Plataforma_Qt::Agora() { return QDateTime::currentDateTime(); }
+
+float Plataforma_Qt::Segundos_Desde_Meia_Noite() {
+    const QTime agora = QTime::currentTime();
+    return static_cast<float>(agora.msecsSinceStartOfDay()) / 1000.0f;
+}
+
+void Plataforma_Qt::Semeia(float semente) {
+    std::uint32_t bits = 0;
+    std::memcpy(&bits, &semente, sizeof bits);
+    Gerador.seed(bits);
+}
+
+double Plataforma_Qt::Aleatório() {
+    const double x = std::generate_canonical<double, 53>(Gerador);
+    return x < 1.0 ? x : 0.0;
+}
+
+bool Plataforma_Qt::Linha_Comando_Vazia() { return Argumentos.size() <= 1; }
+
+void Plataforma_Qt::Encerra_Agora(int código) { std::_Exit(código); }

@@ -1,0 +1,36 @@
+#pragma once
+#include <random>
+
+#include "platform/Plataforma.h"
+
+// The production platform: Qt widgets, the desktop's default applications, the real clock.
+class Plataforma_Qt : public Plataforma {
+public:
+    explicit Plataforma_Qt(QStringList argumentos);
+
+    Resposta_Caixa Caixa_Mensagem(const QString& texto, const QString& título, Ícone_Caixa ícone,
+                                  Botões_Caixa botões) override;
+    QString Caixa_Entrada(const QString& texto, const QString& título, const QString& padrão) override;
+    int Mostra_Modal(QDialog* janela) override;
+    void Bipe() override;
+    void Toca_Som(const QString& arquivo) override;
+    void Abre_Com_Aplicativo(const QString& caminho_ou_endereço) override;
+    void Dorme(int milissegundos) override;
+    void Processa_Eventos() override;
+    void Cursor_Ocupado(const QString& arquivo_ícone) override;
+    void Cursor_Normal() override;
+    QDateTime Agora() override;
+    float Segundos_Desde_Meia_Noite() override;
+    void Semeia(float semente) override;
+    double Aleatório() override;
+    bool Linha_Comando_Vazia() override;
+    [[noreturn]] void Encerra_Agora(int código) override;
+
+private:
+    QStringList Argumentos;
+    std::mt19937 Gerador;
+    bool Cursor_Trocado = false;
+};
+
+// A box text keeps CR as its line end; Qt wants LF.
+QString Texto_Para_Tela(const QString& texto);

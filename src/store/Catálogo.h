@@ -1,0 +1,29 @@
+#pragma once
+// The schema operations that the upgrade steps use: create a database file, create and drop tables,
+// add and drop fields and indexes, list tables.
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include "store/Sessão.h"
+
+class Ligação;
+
+namespace Catálogo {
+// Creates an empty database file from a creation connection string.
+void Cria_Banco(const QString& texto_conexão);
+void Cria_Tabela(Ligação& conexão, const QString& tabela, const QVector<Campo_Info>& campos);
+void Exclui_Tabela(Ligação& conexão, const QString& tabela);
+void Adiciona_Campo(Ligação& conexão, const QString& tabela, const Campo_Info& campo);
+void Exclui_Campo(Ligação& conexão, const QString& tabela, const QString& campo);
+// Changes a field's type or width, keeping its position and data.
+void Altera_Campo(Ligação& conexão, const QString& tabela, const Campo_Info& campo);
+void Adiciona_Índice(Ligação& conexão, const QString& tabela, const Índice_Info& índice);
+void Exclui_Índice(Ligação& conexão, const QString& tabela, const QString& índice);
+QStringList Lista_Tabelas(Ligação& conexão);
+bool Existe_Tabela(Ligação& conexão, const QString& tabela);
+// The structure as the store holds it now; empty name when the table does not exist.
+Estrutura_Tabela Estrutura(Ligação& conexão, const QString& tabela);
+
+QString Tipo_Declarado(const Campo_Info& campo);
+}  // namespace Catálogo

@@ -1,0 +1,271 @@
+#include "store/Funções_Banco.h"
+
+#include <QDateTime>
+
+#include "common/Globais.h"
+#include "failure/Mensagens.h"
+#include "failure/Rotina.h"
+#include "failure/Trata_Erro.h"
+#include "platform/Plataforma.h"
+
+namespace {
+QString Cache_Fonte;
+int Cache_Contagem = 0;
+int Contador_Consultas = 0;
+Registros Tabela_Contagem;
+
+const QString Ícone_Alteração = "Alteração.Ico";
+const QString Ícone_Processamento = "Processamento.Ico";
+
+// Sets the custom busy pointer for the life of a routine.
+struct Cursor_Ocupado {
+    explicit Cursor_Ocupado(const QString& ícone) { Plataforma_Atual().Cursor_Ocupado(Caminho_Ícone(ícone)); }
+    ~Cursor_Ocupado() { Plataforma_Atual().Cursor_Normal(); }
+};
+
+void Abre(Registros& slot, const QString& fonte, Ligação& conexão, Opção_Abertura opção, const char* rotina) {
+    Rotina r(Fonte_Funções_Públicas, rotina);
+    Cursor_Ocupado cursor(Ícone_Alteração);
+    Cache_Fonte.clear();
+    slot.Reinicia();
+    slot.Open(fonte, conexão, opção);
+}
+
+Ligação* const Conexões_Transacionais[] = {&Conexão,           &Conexão_Secundária, &Conexão_Terciária,
+                                           &Conexão_Quaternária, &Conexão_Temporária, &Conexão_Dbf};
+}  // namespace
+
+QString Caminho_Banco_Principal() { return Caminho_Dados() + "/Dados.Mdb"; }
+QString Caminho_Banco_Manutenção() { return Caminho_Dados() + "/Manutenção.Mdb"; }
+QString Caminho_Banco_Temporário() { return Caminho_Dados() + "/Temp.Mdb"; }
+QString Caminho_Cópia_Banco() { return Caminho_Dados() + "/Cópia do Banco de Dados.Mdb"; }
+QString Caminho_Ícone(const QString& arquivo) { return Caminho_Programa() + "/Ícones/" + arquivo; }
+
+QString Conexão_Principal() { return Texto_Conexão(Caminho_Banco_Principal()); }
+QString Conexão_Auditoria() { return Texto_Conexão(Caminho_Banco_Manutenção()); }
+QString Conexão_Rascunho() { return Texto_Conexão(Caminho_Banco_Temporário()); }
+QString Conexão_Cópia() { return Texto_Conexão(Caminho_Cópia_Banco()); }
+QString Conexão_Dbase() {
+    return "Provider=SQLite;Data Source=" + Caminho_Programa().left(3) + ";Extended Properties=Dbase IV;";
+}
+QString Conexão_Criação(const QString& caminho_arquivo) {
+    return "Provider=SQLite;Data Source=" + caminho_arquivo + ";Password=" + Senha_Banco;
+}
+
+void Abre_Tabela(const QString& Fonte) {
+    Abre(Tabela, Fonte, Conexão, Opção_Abertura::Tabela_Direta, "Abre_Tabela");
+}
+void Abre_Tabela_Secundária(const QString& Fonte) {
+    Abre(Tabela_Secundária, Fonte, Conexão_Secundária, Opção_Abertura::Tabela_Direta, "Abre_Tabela_Secundária");
+}
+void Abre_Tabela_Terciária(const QString& Fonte) {
+    Abre(Tabela_Terciária, Fonte, Conexão_Terciária, Opção_Abertura::Tabela_Direta, "Abre_Tabela_Terciária");
+}
+void Abre_Tabela_Quaternária(const QString& Fonte) {
+    Abre(Tabela_Quaternária, Fonte, Conexão_Quaternária, Opção_Abertura::Tabela_Direta, "Abre_Tabela_Quaternária");
+}
+void Abre_Tabela_Temporária(const QString& Fonte) {
+    Abre(Tabela_Temporária, Fonte, Conexão_Temporária, Opção_Abertura::Tabela_Direta, "Abre_Tabela_Temporária");
+}
+void Abre_Tabela_Pesquisa(const QString& Fonte) {
+    Abre(Tabela_Pesquisa, Fonte, Conexão, Opção_Abertura::Tabela_Direta, "Abre_Tabela_Pesquisa");
+}
+void Abre_Tabela_Critério_de_Consulta(const QString& Fonte) {
+    Abre(Tabela_Critério_de_Consulta, Fonte, Conexão, Opção_Abertura::Tabela_Direta,
+         "Abre_Tabela_Critério_de_Consulta");
+}
+void Abre_Tabela_Manutenção(const QString& Fonte) {
+    Abre(Tabela_Manutenção, Fonte, Conexão_Manutenção, Opção_Abertura::Tabela_Direta, "Abre_Tabela_Manutenção");
+}
+void Abre_Tabela_Dbf(const QString& Fonte) {
+    Abre(Tabela_Dbf, Fonte, Conexão_Dbf, Opção_Abertura::Tabela, "Abre_Tabela_Dbf");
+}
+
+void Abre_Tabela_Dynaset(const QString& Fonte, const QString& Conexão_Texto) {
+    Rotina r(Fonte_Funções_Públicas, "Abre_Tabela_Dynaset");
+    Cursor_Ocupado cursor(Ícone_Alteração);
+    Cache_Fonte.clear();
+    Tabela_Dynaset.Reinicia();
+    Tabela_Dynaset.Open(Fonte, Conexão_Texto);
+}
+
+void Limpa_Cache_Lastrec() { Cache_Fonte.clear(); }
+void Reduz_Cache_Lastrec() {
+    if (Cache_Contagem > 0) --Cache_Contagem;
+}
+int Consultas_Lastrec() { return Contador_Consultas; }
+
+int Lastrec(const QString& Fonte, Ligação& Conexão_Contagem) {
+    if (Fonte == Cache_Fonte && !Cache_Fonte.isEmpty()) return Cache_Contagem;
+    Rotina r(Fonte_Funções_Públicas, "Lastrec", [&](long número, const QString& descrição, long linha) {
+        Trata_Erro(número, descrição, linha,
+                   Fonte_Funções_Públicas + "\r\rInstrução SQL que apresentou problema: " + Fonte, "Lastrec");
+    });
+    Cursor_Ocupado cursor(Ícone_Processamento);
+    const QString minúsculo = Fonte.toLower();
+    QString comando;
+    if (minúsculo.contains("select * from")) {
+        QString tabela = Fonte.mid(14, 200);
+        if (const int branco = tabela.indexOf(' '); branco >= 0) tabela = tabela.left(branco);
+        comando = "Select Count (*) From " + tabela;
+        if (const int onde = minúsculo.indexOf("where"); onde >= 0) {
+            comando += " " + Fonte.mid(onde, 200);
+            if (const int ordem = comando.toLower().indexOf("order by"); ordem >= 0)
+                comando = comando.left(std::max(0, ordem - 1));
+        }
+    } else if (Navegando && Linhas_Localizadas != 0 && minúsculo.contains("select count (*) from")) {
+        comando = "Select Count (*) From " + Fonte.mid(21, 200);
+    } else {
+        comando = "Select Count (*) From " + Fonte;
+    }
+    int contagem = 0;
+    Tabela_Contagem.Reinicia();
+    ++Contador_Consultas;
+    Tabela_Contagem.Open(comando, Conexão_Contagem, Opção_Abertura::Tabela_Direta);
+    if (Tabela_Contagem.Aberto() && !Tabela_Contagem.Eof()) contagem = Tabela_Contagem.Fields(0).Value().toInt();
+    Cache_Contagem = contagem;
+    Tabela_Contagem.Reinicia();
+    Cache_Fonte = Fonte;
+    return contagem;
+}
+
+namespace {
+void Tenta_Travar(Registros& slot, Ligação& conexão, bool Aguarda) {
+    bool falhou = false;
+    long número = 0;
+    QString descrição;
+    long linha = 0;
+    Rotina r(Fonte_Funções_Públicas, "Tenta_Travar", [&](long n, const QString& d, long l) {
+        falhou = true;
+        número = n;
+        descrição = d;
+        linha = l;
+    });
+    Travou = true;
+    if (Lastrec(slot.Source, conexão) == 0) return;
+    slot.Fields(0).Set_Value(slot.Fields(0).Value());
+    if (!falhou) return;
+    if (slot.Eof() || slot.Bof()) {
+        Trata_Erro(número, descrição, linha, Fonte_Funções_Públicas, "Tenta_Travar");
+        return;
+    }
+    // Any other failure means that another user holds the row.
+    if (!Aguarda)
+        Plataforma_Atual().Caixa_Mensagem(
+            "Não foi possível concluir este processamento, pois neste exato momento há outros usuários utilizando "
+            "esta mesma informação!!!\r\rTente refazer novamente este processamento dentro de alguns instantes...",
+            Título_Programa, Ícone_Caixa::Exclamação, Botões_Caixa::Ok);
+    else
+        Plataforma_Atual().Dorme(1000);
+    Desfaz_Transação();
+    Travou = false;
+}
+}  // namespace
+
+void Trava(Registros& Tabela_Travar, Ligação& Conexão_Travar, bool Aguarda) {
+    Rotina r(Fonte_Funções_Públicas, "Trava");
+    Travou = false;
+    Tenta_Travar(Tabela_Travar, Conexão_Travar, Aguarda);
+    // Each failed attempt has rolled the transaction back; a waiting caller gets it opened again.
+    while (Aguarda && !Travou) {
+        Plataforma_Atual().Processa_Eventos();
+        Inicia_Transação();
+        Tenta_Travar(Tabela_Travar, Conexão_Travar, Aguarda);
+    }
+}
+
+void Fechar_Conexão(Ligação& Conexão_Fechar) {
+    Rotina r(Fonte_Funções_Públicas, "Fechar_Conexão");
+    if (Transação_Aberta()) {
+        Plataforma_Atual().Cursor_Ocupado(Caminho_Ícone("Recuperar Backup.Ico"));
+        Exibe_Mensagem(28);
+        Desfaz_Transação();
+        Plataforma_Atual().Cursor_Normal();
+    }
+    Conexão_Fechar.Close();
+}
+
+void Reaponta_Conexão(Ligação& conexão, const QString& texto_conexão) {
+    if (!conexão.ConnectionString.isEmpty()) Fechar_Conexão(conexão);
+    conexão.Open(texto_conexão);
+}
+
+bool Transação_Aberta() { return Estado_Transação == "Iniciou Transação"; }
+
+void Inicia_Transação() {
+    Rotina r(Fonte_Funções_Públicas, "Inicia_Transação");
+    Cursor_Ocupado cursor(Ícone_Alteração);
+    if (Transação_Aberta()) Desfaz_Transação();
+    for (Ligação* c : Conexões_Transacionais) c->BeginTrans();
+    Estado_Transação = "Iniciou Transação";
+}
+
+void Finaliza_Transação() {
+    Rotina r(Fonte_Funções_Públicas, "Finaliza_Transação");
+    Cursor_Ocupado cursor(Ícone_Alteração);
+    if (!Transação_Aberta()) return;
+    for (Ligação* c : Conexões_Transacionais) c->CommitTrans();
+    Estado_Transação = "Finalizou Transação";
+}
+
+void Desfaz_Transação() {
+    Rotina r(Fonte_Funções_Públicas, "Desfaz_Transação");
+    Cursor_Ocupado cursor(Ícone_Alteração);
+    if (!Transação_Aberta()) return;
+    for (Ligação* c : Conexões_Transacionais) c->RollbackTrans();
+    Estado_Transação = "Desfez Transação";
+}
+
+void Grava(Registros& Tabela_Gravar, bool Excluir) {
+    Rotina r(Fonte_Funções_Públicas, "Grava", [](long número, const QString& descrição, long linha) {
+        Trata_Erro(número, descrição, linha, Fonte_Funções_Públicas, "Grava");
+        Plataforma_Atual().Dorme(1000);
+        Plataforma_Atual().Processa_Eventos();
+    });
+    Cursor_Ocupado cursor(Ícone_Alteração);
+    Sai_da_Gravação = false;
+    Chave_Registro = Tabela_Gravar.Fields(0).Value().toString().trimmed();
+    Texto_Manutenção.clear();
+    Registro_Duplicado = false;
+
+    if (Excluir) {
+        Tabela_Gravar.Delete();
+    } else {
+        // A refused Update comes back through the trap, which fills Mensagem_Erro, and the loop runs again.
+        // A store that keeps refusing for this long is reported and the write is abandoned.
+        constexpr int Limite_Voltas = 120;
+        Mensagem_Erro = "Apenas para controle de saída do Loop abaixo...";
+        for (int volta = 0; !Mensagem_Erro.isEmpty() && !Sai_da_Gravação; ++volta) {
+            if (volta == Limite_Voltas) {
+                Tabela_Gravar.CancelUpdate();
+                break;
+            }
+            Mensagem_Erro.clear();
+            Tabela_Gravar.Update();
+            Tabela_Gravar.Update();
+        }
+    }
+
+    if (!Registro_Duplicado && !Tabela_Gravar.Source.isEmpty() && Monitora_Log) {
+        Tabela_Manutenção.AddNew();
+        QString verbo = "Atualizando";
+        if (Operação == "Inclusão") verbo = "Incluindo";
+        else if (Operação == "Alteração") verbo = "Alterando";
+        else if (Operação == "Exclusão") verbo = "Excluindo";
+        const QString fonte = Tabela_Gravar.Source;
+        if (fonte.left(3).toLower() == "tbl")
+            Texto_Manutenção = verbo + " " + fonte.mid(3, 50).trimmed();
+        else
+            Texto_Manutenção = verbo + fonte.left(50).trimmed();
+        Texto_Manutenção += " onde " + Tabela_Gravar.Fields(0).Name().trimmed() + " = " + Chave_Registro.toString();
+        const QDateTime agora = Plataforma_Atual().Agora();
+        Tabela_Manutenção.Fields("Manutenção").Set_Value(Texto_Manutenção.left(100).trimmed());
+        Tabela_Manutenção.Fields("Usuário").Set_Value(Usuário_Atual);
+        Tabela_Manutenção.Fields("Data_Manutenção").Set_Value(QDateTime(agora.date(), QTime(0, 0)));
+        Tabela_Manutenção.Fields("Hora_Manutenção").Set_Value(agora.toString("HH:mm:ss"));
+        Tabela_Manutenção.Update();
+        Tabela_Manutenção.Update();
+    }
+
+    if (Excluir) Cache_Fonte.clear();
+}

@@ -1,0 +1,37 @@
+#pragma once
+// A logical connection: a name for a database file, opened by a connection string.
+#include <QString>
+#include <memory>
+#include <source_location>
+
+#include "store/Sessão.h"
+
+class Ligação {
+public:
+    QString ConnectionString;  // empty until first opened
+
+    void Open(const QString& texto_conexão, std::source_location onde = std::source_location::current());
+    void Close();
+    bool Aberta() const { return Aberta_; }
+    bool É_Dbase() const { return Dbase; }
+
+    void BeginTrans();
+    void CommitTrans(std::source_location onde = std::source_location::current());
+    void RollbackTrans(std::source_location onde = std::source_location::current());
+    void Execute(const QString& sql, std::source_location onde = std::source_location::current());
+
+    // The physical session, or null when closed or not a SQLite store.
+    std::shared_ptr<Sessão> Sessão_Física() const { return Sessão_; }
+
+private:
+    std::shared_ptr<Sessão> Sessão_;
+    bool Aberta_ = false;
+    bool Dbase = false;
+};
+
+// Builds the connection string of a database file in the program's folder.
+QString Texto_Conexão(const QString& caminho_arquivo);
+// The file named by a connection string.
+QString Arquivo_Da_Conexão(const QString& texto_conexão);
+// Deletes a database file with its journal and lock companions.
+bool Exclui_Arquivo_Banco(const QString& caminho);

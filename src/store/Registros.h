@@ -1,0 +1,121 @@
+#pragma once
+// A recordset in a table slot. Opened on a table or on "Select * From <table> ...", it is a keyset:
+// it captures the row ids in the current index order and reads a row when it becomes current, so
+// rows that others delete read as gone. Any other statement (a count) gives a static result.
+
+#include <QHash>
+#include <QString>
+#include <QVariant>
+#include <QVector>
+#include <memory>
+#include <source_location>
+
+#include "store/Sessão.h"
+
+class Ligação;
+class Registros;
+
+enum class Opção_Abertura { Texto = 1, Tabela = 2, Tabela_Direta = 512 };
+enum class Tipo_Busca { Primeiro_Igual = 1, Depois_ou_Igual = 4, Depois = 8, Antes = 32 };
+
+class Campo {
+public:
+    Campo(Registros* registros, int posição) : R(registros), Posição(posição) {}
+    QVariant Value(std::source_location onde = std::source_location::current()) const;
+    void Set_Value(const QVariant& valor, std::source_location onde = std::source_location::current());
+    QString Name() const;
+    int Type() const;
+    int DefinedSize() const;
+
+private:
+    Registros* R;
+    int Posição;
+};
+
+class Registros {
+public:
+    Registros() = default;
+    Registros(const Registros&) = delete;
+    Registros& operator=(const Registros&) = delete;
+
+    void Open(const QString& fonte, Ligação& conexão, Opção_Abertura opção,
+              std::source_location onde = std::source_location::current());
+    // Opens on its own connection from a connection string (the dynaset of the locate dialog).
+    void Open(const QString& fonte, const QString& texto_conexão, std::source_location onde = std::source_location::current());
+    void Close();
+    void Reinicia();  // the slot set to nothing
+    bool Aberto() const { return Aberto_; }
+
+    QString Source;  // as given; may be cleared after Close
+
+    bool Eof() const;
+    bool Bof() const;
+    void MoveFirst(std::source_location onde = std::source_location::current());
+    void MoveLast(std::source_location onde = std::source_location::current());
+    void MoveNext(std::source_location onde = std::source_location::current());
+    void MovePrevious(std::source_location onde = std::source_location::current());
+    void Requery(std::source_location onde = std::source_location::current());
+    int RecordCount() const { return static_cast<int>(Chaves.size()); }
+
+    QString Index() const { return Índice_Atual; }
+    void Set_Index(const QString& índice, std::source_location onde = std::source_location::current());
+    void Seek(const QVariantList& chave, Tipo_Busca tipo = Tipo_Busca::Primeiro_Igual,
+              std::source_location onde = std::source_location::current());
+    void Seek(const QVariant& chave, Tipo_Busca tipo = Tipo_Busca::Primeiro_Igual,
+              std::source_location onde = std::source_location::current()) {
+        Seek(QVariantList{chave}, tipo, onde);
+    }
+
+    Campo Fields(const QString& nome, std::source_location onde = std::source_location::current());
+    Campo Fields(int posição) { return Campo(this, posição); }
+    int Fields_Count() const;
+
+    void AddNew(std::source_location onde = std::source_location::current());
+    void Update(std::source_location onde = std::source_location::current());
+    void CancelUpdate();
+    void Delete(std::source_location onde = std::source_location::current());
+    bool Em_Edição() const { return Modo != Modo_Edição::Nenhum; }
+
+    // The table behind a keyset, empty for a static result.
+    QString Tabela() const { return Estrutura ? Estrutura->Nome : QString(); }
+    qint64 Id_Linha_Atual() const;
+    std::shared_ptr<Sessão> Sessão_Física() const { return Sessão_; }
+
+private:
+    friend class Campo;
+    enum class Modo_Edição { Nenhum, Inclusão, Alteração };
+
+    void Captura_Chaves(std::source_location onde);
+    void Carrega_Estático(std::source_location onde);
+    bool Lê_Linha(int posição);
+    void Vai_Para(int posição, int passo);
+    bool Tem_Linha_Atual() const;
+    QVariant Valor_Lido(int coluna, sqlite3_stmt* comando) const;
+    bool Converte_Para_Gravar(int posição, const QVariant& valor, QVariant& saída, Falha_Banco& falha) const;
+    void Descarta_Edição();
+
+    std::shared_ptr<Sessão> Sessão_;
+    std::shared_ptr<Sessão> Sessão_Própria;  // held by a dynaset that opened its own connection
+    std::shared_ptr<const Estrutura_Tabela> Estrutura;
+    QString Resto_Consulta;
+    QString Índice_Atual;
+    bool Aberto_ = false;
+
+    // keyset
+    QVector<qint64> Chaves;
+    QVector<bool> Excluída;
+    QHash<qint64, int> Posição_Da_Chave;
+    int Posição = -1;
+    bool Linha_Lida = false;
+    QVector<QVariant> Linha;
+
+    // static result
+    bool Estático = false;
+    QStringList Nomes_Estáticos;
+    QVector<int> Tipos_Estáticos;
+    QVector<QVector<QVariant>> Linhas_Estáticas;
+
+    Modo_Edição Modo = Modo_Edição::Nenhum;
+    QHash<int, QVariant> Pendentes;
+    bool Trava_Sem_Transação = false;
+};

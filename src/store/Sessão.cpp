@@ -1,0 +1,384 @@
+#include "store/Sessão.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include "store/Comparação.h"
+
+namespace {
+QHash<QString, std::weak_ptr<Sessão>>& Registro() {
+    static QHash<QString, std::weak_ptr<Sessão>> registro;
+    return registro;
+}
+
+QString Chave(const QString& caminho) { return QFileInfo(caminho).absoluteFilePath(); }
+
+// A wait for another copy's write lock; past it the write is refused as "in use".
+constexpr int Espera_Escrita_ms = 8000;
+
+void Configura(sqlite3* banco, const QString& caminho) {
+    sqlite3_busy_timeout(banco, Espera_Escrita_ms);
+    sqlite3_extended_result_codes(banco, 1);
+    Registra_Comparação(banco);
+    sqlite3_exec(banco, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr);
+    // The scratch database is rebuilt by every export; the others must survive a power cut.
+    const bool rascunho = QFileInfo(caminho).fileName().compare("Temp.Mdb", Qt::CaseInsensitive) == 0;
+    sqlite3_exec(banco, rascunho ? "PRAGMA synchronous=NORMAL" : "PRAGMA synchronous=FULL", nullptr, nullptr,
+                 nullptr);
+}
+}  // namespace
+
+QString Citação(const QString& identificador) {
+    QString s = identificador;
+    s.replace('"', "\"\"");
+    return '"' + s + '"';
+}
+
+QString Nome_Índice_Físico(const QString& tabela, const QString& índice) { return tabela + "." + índice; }
+
+int Estrutura_Tabela::Posição_Campo(const QString& nome) const {
+    for (int i = 0; i < Campos.size(); ++i)
+        if (Campos[i].Nome.compare(nome, Qt::CaseInsensitive) == 0) return i;
+    return -1;
+}
+
+const Índice_Info* Estrutura_Tabela::Índice(const QString& nome) const {
+    for (const auto& índice : Índices)
+        if (índice.Nome.compare(nome, Qt::CaseInsensitive) == 0) return &índice;
+    return nullptr;
+}
+
+Sessão::Sessão(QString caminho) : Caminho(std::move(caminho)) {}
+
+Sessão::~Sessão() {
+    for (sqlite3_stmt* c : Comandos) sqlite3_finalize(c);
+    if (Banco != nullptr) sqlite3_close_v2(Banco);
+    if (Descritor_Travas >= 0) ::close(Descritor_Travas);
+}
+
+std::shared_ptr<Sessão> Sessão::Procura(const QString& caminho) { return Registro().value(Chave(caminho)).lock(); }
+
+void Sessão::Retira_do_Registro() {
+    auto& registro = Registro();
+    auto it = registro.find(Chave(Caminho));
+    if (it != registro.end() && it->lock().get() == this) registro.erase(it);
+}
+
+std::shared_ptr<Sessão> Sessão::Abre(const QString& caminho, Falha_Banco& falha) {
+    if (auto existente = Procura(caminho)) return existente;
+    if (!QFileInfo::exists(caminho)) {
+        falha = {-2147467259, "Não foi possível encontrar o arquivo '" + caminho + "'."};
+        return nullptr;
+    }
+    sqlite3* banco = nullptr;
+    const QByteArray nome = caminho.toUtf8();
+    int r = sqlite3_open_v2(nome.constData(), &banco, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+    // A file that is not a database is found out by the first read.
+    if (r == SQLITE_OK) r = sqlite3_exec(banco, "SELECT count(*) FROM sqlite_schema", nullptr, nullptr, nullptr);
+    if (r != SQLITE_OK) {
+        falha = {-2147467259, "Formato de banco de dados não reconhecido: '" + caminho + "'."};
+        sqlite3_close_v2(banco);
+        return nullptr;
+    }
+    Configura(banco, caminho);
+    std::shared_ptr<Sessão> sessão(new Sessão(Chave(caminho)));
+    sessão->Banco = banco;
+    Registro().insert(Chave(caminho), sessão);
+    return sessão;
+}
+
+bool Sessão::Cria_Arquivo(const QString& caminho, Falha_Banco& falha) {
+    if (QFileInfo::exists(caminho)) {
+        falha = {3367, "O banco de dados '" + caminho + "' já existe."};
+        return false;
+    }
+    sqlite3* banco = nullptr;
+    const QByteArray nome = caminho.toUtf8();
+    int r = sqlite3_open_v2(nome.constData(), &banco, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    if (r == SQLITE_OK) r = sqlite3_exec(banco, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr);
+    if (r != SQLITE_OK) {
+        falha = {-2147467259, "Não foi possível criar o banco de dados '" + caminho + "': " +
+                                  QString::fromUtf8(sqlite3_errmsg(banco))};
+        sqlite3_close_v2(banco);
+        return false;
+    }
+    sqlite3_close_v2(banco);
+    return true;
+}
+
+void Sessão::Inicia() { Transação_Lógica = true; }
+
+bool Sessão::Prepara_Escrita(Falha_Banco& falha) {
+    if (!Transação_Lógica || Transação_SQL) return true;
+    const int r = sqlite3_exec(Banco, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
+    if (r != SQLITE_OK) {
+        Falha_Da_Última(falha, r);
+        return false;
+    }
+    Transação_SQL = true;
+    return true;
+}
+
+bool Sessão::Confirma(Falha_Banco& falha) {
+    bool ok = true;
+    if (Transação_SQL) {
+        const int r = sqlite3_exec(Banco, "COMMIT", nullptr, nullptr, nullptr);
+        if (r != SQLITE_OK) {
+            Falha_Da_Última(falha, r);
+            sqlite3_exec(Banco, "ROLLBACK", nullptr, nullptr, nullptr);
+            ok = false;
+        }
+    }
+    Transação_SQL = false;
+    Transação_Lógica = false;
+    Libera_Travas();
+    return ok;
+}
+
+bool Sessão::Desfaz(Falha_Banco& falha) {
+    bool ok = true;
+    if (Transação_SQL && sqlite3_get_autocommit(Banco) == 0) {
+        const int r = sqlite3_exec(Banco, "ROLLBACK", nullptr, nullptr, nullptr);
+        if (r != SQLITE_OK) {
+            Falha_Da_Última(falha, r);
+            ok = false;
+        }
+    }
+    Transação_SQL = false;
+    Transação_Lógica = false;
+    Libera_Travas();
+    return ok;
+}
+
+void Sessão::Falha_Da_Última(Falha_Banco& falha, int código) const {
+    const QString mensagem = QString::fromUtf8(sqlite3_errmsg(Banco));
+    switch (código & 0xFF) {
+        case SQLITE_CONSTRAINT:
+            if (código == SQLITE_CONSTRAINT_UNIQUE || código == SQLITE_CONSTRAINT_PRIMARYKEY) {
+                falha = {-2147217887,
+                         "As alterações solicitadas à tabela não foram bem-sucedidas, pois criariam valores "
+                         "duplicados no índice, chave primária ou relacionamento. Altere os dados no campo ou nos "
+                         "campos que contêm os dados duplicados, remova o índice ou redefina o índice para permitir "
+                         "entradas duplicadas e tente novamente."};
+                return;
+            }
+            falha = {-2147467259, "Restrição violada: " + mensagem};
+            return;
+        case SQLITE_BUSY:
+        case SQLITE_LOCKED:
+            falha = {-2147467259, "Não foi possível atualizar; o banco de dados está bloqueado no momento por outro "
+                                  "usuário."};
+            return;
+        case SQLITE_NOTADB:
+        case SQLITE_CORRUPT:
+            falha = {-2147467259, "Formato de banco de dados não reconhecido: '" + Caminho + "'."};
+            return;
+        case SQLITE_ERROR:
+            if (mensagem.startsWith("no such table"))
+                falha = {-2147217865, "O mecanismo de banco de dados não pôde encontrar o objeto '" +
+                                          mensagem.section(':', 1).trimmed() + "'."};
+            else if (mensagem.startsWith("no such column"))
+                falha = {-2147217904, "Nenhum valor foi fornecido para um ou mais parâmetros necessários (" +
+                                          mensagem.section(':', 1).trimmed() + ")."};
+            else
+                falha = {-2147217900, "Erro de sintaxe na instrução SQL: " + mensagem + "."};
+            return;
+        default:
+            falha = {-2147467259, "Falha do banco de dados: " + mensagem + "."};
+    }
+}
+
+sqlite3_stmt* Sessão::Prepara(const QString& sql, Falha_Banco& falha) {
+    auto it = Comandos.find(sql);
+    if (it != Comandos.end()) {
+        sqlite3_reset(*it);
+        sqlite3_clear_bindings(*it);
+        return *it;
+    }
+    sqlite3_stmt* comando = nullptr;
+    const QByteArray texto = sql.toUtf8();
+    const int r = sqlite3_prepare_v3(Banco, texto.constData(), static_cast<int>(texto.size()),
+                                     SQLITE_PREPARE_PERSISTENT, &comando, nullptr);
+    if (r != SQLITE_OK) {
+        Falha_Da_Última(falha, r);
+        return nullptr;
+    }
+    if (Comandos.size() > 200) {
+        for (sqlite3_stmt* c : Comandos) sqlite3_finalize(c);
+        Comandos.clear();
+    }
+    Comandos.insert(sql, comando);
+    return comando;
+}
+
+bool Sessão::Executa(const QString& sql, Falha_Banco& falha) {
+    const QByteArray texto = sql.toUtf8();
+    const int r = sqlite3_exec(Banco, texto.constData(), nullptr, nullptr, nullptr);
+    if (r != SQLITE_OK) {
+        Falha_Da_Última(falha, r);
+        return false;
+    }
+    return true;
+}
+
+void Sessão::Esquece_Estruturas() {
+    Estruturas.clear();
+    // Statements may refer to a schema that has changed.
+    for (sqlite3_stmt* c : Comandos) sqlite3_finalize(c);
+    Comandos.clear();
+}
+
+namespace {
+QString Texto_Coluna(sqlite3_stmt* c, int i) {
+    return QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(c, i)));
+}
+
+Campo_Info Campo_Do_Tipo_Declarado(const QString& nome, const QString& declarado, bool chave) {
+    Campo_Info campo;
+    campo.Nome = nome;
+    const QString tipo = declarado.toUpper();
+    campo.Zero = tipo.contains("ZERO");
+    if (tipo.startsWith("MEMO")) {
+        campo.Tipo = Tipo_Memo;
+    } else if (tipo.startsWith("TEXT")) {
+        campo.Tipo = Tipo_Texto;
+        static const QRegularExpression largura("\\((\\d+)\\)");
+        const auto m = largura.match(tipo);
+        campo.Largura = m.hasMatch() ? m.captured(1).toInt() : 255;
+    } else if (tipo == "INTEGER" && chave) {
+        campo.Tipo = Tipo_Long;
+        campo.Auto = true;
+    } else if (tipo.startsWith("DOUBLE")) {
+        campo.Tipo = Tipo_Double;
+    } else if (tipo.startsWith("DATETIME")) {
+        campo.Tipo = Tipo_Data;
+    } else if (tipo.startsWith("BOOLEAN")) {
+        campo.Tipo = Tipo_Boolean;
+    } else {
+        campo.Tipo = Tipo_Long;
+    }
+    return campo;
+}
+}  // namespace
+
+std::shared_ptr<const Estrutura_Tabela> Sessão::Estrutura(const QString& tabela, Falha_Banco& falha) {
+    const QString chave = tabela.toLower();
+    if (auto it = Estruturas.find(chave); it != Estruturas.end()) return *it;
+
+    auto estrutura = std::make_shared<Estrutura_Tabela>();
+    sqlite3_stmt* c = nullptr;
+    QByteArray sql = ("SELECT name FROM sqlite_schema WHERE type='table' AND name=" + Citação(tabela).replace('"', '\'') +
+                      " COLLATE NOCASE")
+                         .toUtf8();
+    sqlite3_prepare_v2(Banco, sql.constData(), -1, &c, nullptr);
+    if (c == nullptr || sqlite3_step(c) != SQLITE_ROW) {
+        sqlite3_finalize(c);
+        falha = {-2147217865, "O mecanismo de banco de dados não pôde encontrar o objeto '" + tabela + "'."};
+        return nullptr;
+    }
+    estrutura->Nome = Texto_Coluna(c, 0);
+    sqlite3_finalize(c);
+
+    sql = ("PRAGMA table_info(" + Citação(estrutura->Nome) + ")").toUtf8();
+    sqlite3_prepare_v2(Banco, sql.constData(), -1, &c, nullptr);
+    while (c != nullptr && sqlite3_step(c) == SQLITE_ROW)
+        estrutura->Campos.append(
+            Campo_Do_Tipo_Declarado(Texto_Coluna(c, 1), Texto_Coluna(c, 2), sqlite3_column_int(c, 5) != 0));
+    sqlite3_finalize(c);
+
+    sql = ("SELECT name, sql FROM sqlite_schema WHERE type='index' AND tbl_name=" +
+           Citação(estrutura->Nome).replace('"', '\'') + " AND sql IS NOT NULL ORDER BY rowid")
+              .toUtf8();
+    sqlite3_prepare_v2(Banco, sql.constData(), -1, &c, nullptr);
+    while (c != nullptr && sqlite3_step(c) == SQLITE_ROW) {
+        const QString físico = Texto_Coluna(c, 0);
+        const QString criação = Texto_Coluna(c, 1);
+        Índice_Info índice;
+        índice.Nome = físico.section('.', 1);
+        índice.Tipo = criação.contains("/* PRIMARY */")           ? Tipo_Índice::Primário
+                      : criação.startsWith("CREATE UNIQUE", Qt::CaseInsensitive) ? Tipo_Índice::Único
+                                                                                  : Tipo_Índice::Simples;
+        sqlite3_stmt* colunas = nullptr;
+        const QByteArray pragma = ("PRAGMA index_info(" + Citação(físico) + ")").toUtf8();
+        sqlite3_prepare_v2(Banco, pragma.constData(), -1, &colunas, nullptr);
+        while (colunas != nullptr && sqlite3_step(colunas) == SQLITE_ROW) índice.Campos << Texto_Coluna(colunas, 2);
+        sqlite3_finalize(colunas);
+        estrutura->Índices.append(índice);
+    }
+    sqlite3_finalize(c);
+
+    Estruturas.insert(chave, estrutura);
+    return estrutura;
+}
+
+QStringList Sessão::Tabelas() {
+    QStringList nomes;
+    sqlite3_stmt* c = nullptr;
+    sqlite3_prepare_v2(Banco,
+                       "SELECT name FROM sqlite_schema WHERE type='table' AND name NOT LIKE 'sqlite_%' ORDER BY name",
+                       -1, &c, nullptr);
+    while (c != nullptr && sqlite3_step(c) == SQLITE_ROW) nomes << Texto_Coluna(c, 0);
+    sqlite3_finalize(c);
+    return nomes;
+}
+
+qint64 Sessão::Posição_Trava(const QString& tabela, qint64 linha) {
+    // FNV-1a of the lower-cased name, kept to 22 bits so that the offset stays positive.
+    quint32 h = 2166136261u;
+    for (const QChar ch : tabela.toLower()) {
+        h ^= ch.unicode();
+        h *= 16777619u;
+    }
+    return (static_cast<qint64>(h & 0x3FFFFF) << 40) | (linha & ((qint64(1) << 40) - 1));
+}
+
+bool Sessão::Trava_Linha(const QString& tabela, qint64 linha) {
+    const qint64 posição = Posição_Trava(tabela, linha);
+    if (Travas.contains(posição)) return true;
+    if (Descritor_Travas < 0) {
+        const QByteArray nome = QFile::encodeName(Caminho + "-travas");
+        Descritor_Travas = ::open(nome.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+        if (Descritor_Travas < 0) return false;
+    }
+    struct flock trava {};
+    trava.l_type = F_WRLCK;
+    trava.l_whence = SEEK_SET;
+    trava.l_start = posição;
+    trava.l_len = 1;
+    if (::fcntl(Descritor_Travas, F_OFD_SETLK, &trava) != 0) return false;
+    Travas.append(posição);
+    return true;
+}
+
+bool Sessão::Possui_Trava(const QString& tabela, qint64 linha) const {
+    return Travas.contains(Posição_Trava(tabela, linha));
+}
+
+void Sessão::Libera_Trava(const QString& tabela, qint64 linha) {
+    const qint64 posição = Posição_Trava(tabela, linha);
+    if (!Travas.removeOne(posição) || Descritor_Travas < 0) return;
+    struct flock trava {};
+    trava.l_type = F_UNLCK;
+    trava.l_whence = SEEK_SET;
+    trava.l_start = posição;
+    trava.l_len = 1;
+    ::fcntl(Descritor_Travas, F_OFD_SETLK, &trava);
+}
+
+void Sessão::Libera_Travas() {
+    if (Descritor_Travas >= 0) {
+        for (const qint64 posição : Travas) {
+            struct flock trava {};
+            trava.l_type = F_UNLCK;
+            trava.l_whence = SEEK_SET;
+            trava.l_start = posição;
+            trava.l_len = 1;
+            ::fcntl(Descritor_Travas, F_OFD_SETLK, &trava);
+        }
+    }
+    Travas.clear();
+}
