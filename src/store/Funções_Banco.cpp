@@ -143,7 +143,7 @@ void Tenta_Travar(Registros& slot, Ligação& conexão, bool Aguarda) {
     });
     Travou = true;
     if (Lastrec(slot.Source, conexão) == 0) return;
-    slot.Fields(0).Set_Value(slot.Fields(0).Value());
+    slot.Edita();
     if (!falhou) return;
     if (slot.Eof() || slot.Bof()) {
         Trata_Erro(número, descrição, linha, Fonte_Funções_Públicas, "Tenta_Travar");

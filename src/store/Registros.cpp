@@ -96,20 +96,8 @@ void Campo::Set_Value(const QVariant& valor, std::source_location onde) {
         return;
     }
     if (R->Modo == Registros::Modo_Edição::Nenhum) {
-        if (!R->Tem_Linha_Atual() || !R->Linha_Lida) {
-            Falha(Erro_Sem_Registro, Texto_Sem_Registro, onde);
-            return;
-        }
-        // Writing a field of the current row starts an edit and takes the row's lock.
-        const qint64 id = R->Chaves[R->Posição];
-        if (!R->Sessão_->Possui_Trava(R->Estrutura->Nome, id)) {
-            if (!R->Sessão_->Trava_Linha(R->Estrutura->Nome, id)) {
-                Falha(-2147467259, Texto_Bloqueado, onde);
-                return;
-            }
-            R->Trava_Sem_Transação = !R->Sessão_->Transação_Lógica;
-        }
-        R->Modo = Registros::Modo_Edição::Alteração;
+        R->Edita(onde);
+        if (R->Modo == Registros::Modo_Edição::Nenhum) return;
     }
     QVariant convertido;
     Falha_Banco falha;
@@ -319,6 +307,25 @@ void Registros::Descarta_Edição() {
 }
 
 void Registros::CancelUpdate() { Descarta_Edição(); }
+
+void Registros::Edita(std::source_location onde) {
+    if (!Aberto_ || Estático) return Falha(3251, "O objeto ou o provedor não é capaz de efetuar a operação solicitada.", onde);
+    if (Modo != Modo_Edição::Nenhum) return;
+    if (!Tem_Linha_Atual() || !Linha_Lida) return Falha(Erro_Sem_Registro, Texto_Sem_Registro, onde);
+    // The edit takes the row's lock and reads the row again, so that it starts from what was committed.
+    const qint64 id = Chaves[Posição];
+    if (!Sessão_->Possui_Trava(Estrutura->Nome, id)) {
+        if (!Sessão_->Trava_Linha(Estrutura->Nome, id)) return Falha(-2147467259, Texto_Bloqueado, onde);
+        Trava_Sem_Transação = !Sessão_->Transação_Lógica;
+    }
+    Linha_Lida = Lê_Linha(Posição);
+    if (!Linha_Lida) {
+        if (Trava_Sem_Transação) Sessão_->Libera_Trava(Estrutura->Nome, id);
+        Trava_Sem_Transação = false;
+        return Falha(-2147467259, "A informação foi excluída por outro usuário.", onde);
+    }
+    Modo = Modo_Edição::Alteração;
+}
 
 void Registros::Vai_Para(int posição, int passo) {
     Descarta_Edição();

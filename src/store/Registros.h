@@ -73,6 +73,8 @@ public:
     void AddNew(std::source_location onde = std::source_location::current());
     void Update(std::source_location onde = std::source_location::current());
     void CancelUpdate();
+    // Starts an edit of the current row: takes its lock, as writing a field does.
+    void Edita(std::source_location onde = std::source_location::current());
     void Delete(std::source_location onde = std::source_location::current());
     bool Em_Edição() const { return Modo != Modo_Edição::Nenhum; }
 

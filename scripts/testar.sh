@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds and runs every test through CTest, headless.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+bash scripts/dependencias.sh
+cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
+cmake --build build --parallel
+cd build
+QT_QPA_PLATFORM=offscreen ctest --output-on-failure --timeout 900

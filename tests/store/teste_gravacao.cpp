@@ -1,0 +1,192 @@
+// Transactions, the write loop and the audit trail.
+#include <gtest/gtest.h>
+
+#include "common/Globais.h"
+#include "failure/Trata_Erro.h"
+#include "store/Funções_Banco.h"
+#include "support/Pasta_Teste.h"
+#include "support/Plataforma_Roteirizada.h"
+
+namespace {
+class Gravação_Teste : public ::testing::Test {
+protected:
+    Pasta_Teste Pasta;
+    Plataforma_Roteirizada Plataforma;
+    void SetUp() override {
+        Cria_Bancos_De_Teste();
+        Abre_Tabela("tblUsuário");
+    }
+
+    void Inclui_Usuário(const QString& nome) {
+        Operação = "Inclusão";
+        Inicia_Transação();
+        Tabela.AddNew();
+        Tabela.Fields("Usuário").Set_Value(nome);
+        Tabela.Fields("Senha").Set_Value(123);
+        Grava(Tabela, false);
+        Finaliza_Transação();
+    }
+
+    QStringList Auditoria() {
+        QStringList textos;
+        Abre_Tabela_Manutenção("tblManutenção_Banco_de_Dados");
+        for (Tabela_Manutenção.MoveFirst(); !Tabela_Manutenção.Eof(); Tabela_Manutenção.MoveNext())
+            textos << Tabela_Manutenção.Fields("Manutenção").Value().toString();
+        return textos;
+    }
+};
+}  // namespace
+
+TEST_F(Gravação_Teste, TransactionStateMovesOnlyFromAnOpenTransaction) {
+    EXPECT_EQ(Estado_Transação, "");
+    Finaliza_Transação();
+    EXPECT_EQ(Estado_Transação, "");
+    Desfaz_Transação();
+    EXPECT_EQ(Estado_Transação, "");
+
+    Inicia_Transação();
+    EXPECT_EQ(Estado_Transação, "Iniciou Transação");
+    Tabela.AddNew();
+    Tabela.Fields("Usuário").Set_Value("Perdido");
+    Tabela.Update();
+    // A new transaction never nests: it undoes what was left behind, with no message.
+    Inicia_Transação();
+    EXPECT_EQ(Estado_Transação, "Iniciou Transação");
+    EXPECT_TRUE(Plataforma.Caixas.isEmpty());
+    Finaliza_Transação();
+    EXPECT_EQ(Estado_Transação, "Finalizou Transação");
+    EXPECT_EQ(Lastrec("tblUsuário", Conexão), 0);
+
+    Inclui_Usuário("Mantido");
+    Inicia_Transação();
+    Tabela.AddNew();
+    Tabela.Fields("Usuário").Set_Value("Cancelado");
+    Tabela.Update();
+    Desfaz_Transação();
+    EXPECT_EQ(Estado_Transação, "Desfez Transação");
+    Abre_Tabela("tblUsuário");
+    EXPECT_EQ(Lastrec("tblUsuário", Conexão), 1);
+    EXPECT_EQ(Tabela.Fields("Usuário").Value().toString(), "Mantido");
+}
+
+TEST_F(Gravação_Teste, WriteLeavesAnAuditRowThatSurvivesRollback) {
+    Inclui_Usuário("Maria");
+    Operação = "Alteração";
+    Inicia_Transação();
+    Trava(Tabela, Conexão, false);
+    ASSERT_TRUE(Travou);
+    Tabela.Fields("Senha").Set_Value(456);
+    Grava(Tabela, false);
+    Desfaz_Transação();
+
+    const QStringList textos = Auditoria();
+    ASSERT_EQ(textos.size(), 2);
+    EXPECT_EQ(textos[0], "Incluindo Usuário onde Usuário = Maria");
+    EXPECT_EQ(textos[1], "Alterando Usuário onde Usuário = Maria");
+    Tabela_Manutenção.MoveFirst();
+    EXPECT_EQ(Tabela_Manutenção.Fields("Usuário").Value().toString(), "Supervisor");
+    EXPECT_EQ(Tabela_Manutenção.Fields("Data_Manutenção").Value().toDateTime(),
+              QDateTime(QDate(2026, 11, 23), QTime(0, 0)));
+    EXPECT_EQ(Tabela_Manutenção.Fields("Hora_Manutenção").Value().toString(), "14:30:00");
+    Abre_Tabela("tblUsuário");
+    EXPECT_EQ(Tabela.Fields("Senha").Value().toInt(), 123);  // the change itself was rolled back
+}
+
+TEST_F(Gravação_Teste, DuplicateFromARegisterShowsOneMessageAndWritesNoAudit) {
+    Inclui_Usuário("Maria");
+    Em_Cadastro = true;
+    Inclui_Usuário("MARIA");
+    EXPECT_TRUE(Registro_Duplicado);
+    EXPECT_TRUE(Sai_da_Gravação);
+    ASSERT_EQ(Plataforma.Caixas.size(), 1);
+    EXPECT_EQ(Plataforma.Caixas[0].Texto, "Informação já cadastrada no banco de dados.");
+    EXPECT_EQ(Plataforma.Sonos.size(), 2);  // the round's two updates, then the loop ends
+    EXPECT_EQ(Auditoria().size(), 1);
+    EXPECT_FALSE(QFile::exists(Caminho_Log_Ocorrências()));
+    Abre_Tabela("tblUsuário");
+    EXPECT_EQ(Lastrec("tblUsuário", Conexão), 1);
+}
+
+TEST_F(Gravação_Teste, AuditTextFollowsTheSourceAndIsCutAtOneHundred) {
+    Monitora_Log = false;
+    Inclui_Usuário("Sem auditoria");
+    EXPECT_TRUE(Auditoria().isEmpty());
+    Monitora_Log = true;
+
+    // A slot opened on a statement joins the verb to the statement's first 50 characters.
+    Abre_Tabela("Select * From tblUsuário Where Usuário = 'Sem auditoria'");
+    Operação = "Consulta";
+    Inicia_Transação();
+    Trava(Tabela, Conexão, false);
+    Tabela.Fields("Senha").Set_Value(1);
+    Grava(Tabela, false);
+    Finaliza_Transação();
+    QStringList textos = Auditoria();
+    ASSERT_EQ(textos.size(), 1);
+    EXPECT_EQ(textos[0], "AtualizandoSelect * From tblUsuário Where Usuário = 'Sem audi onde Usuário = Sem auditoria");
+
+    Abre_Tabela("tblUsuário");
+    Inclui_Usuário(QString(20, 'z'));
+    Operação = "Exclusão";
+    Tabela.MoveLast();
+    Inicia_Transação();
+    Trava(Tabela, Conexão, false);
+    Grava(Tabela, true);
+    Finaliza_Transação();
+    textos = Auditoria();
+    ASSERT_EQ(textos.size(), 3);
+    EXPECT_EQ(textos[2], "Excluindo Usuário onde Usuário = " + QString(20, 'z'));
+
+    // A key of blanks leaves the text ending in " = ", trimmed to "=".
+    Abre_Tabela("tblPergunta");
+    Operação = "Inclusão";
+    Inicia_Transação();
+    Tabela.AddNew();
+    Tabela.Fields("Pergunta").Set_Value(QString(124, 'p'));
+    Grava(Tabela, false);
+    Tabela.AddNew();
+    Tabela.Fields("Resposta_Correta").Set_Value("Sem pergunta");
+    Grava(Tabela, false);
+    Finaliza_Transação();
+    textos = Auditoria();
+    ASSERT_EQ(textos.size(), 5);
+    EXPECT_EQ(textos[3].size(), 100);
+    EXPECT_TRUE(textos[3].startsWith("Incluindo Pergunta onde Pergunta = ppp"));
+    EXPECT_EQ(textos[4], "Incluindo Pergunta onde Pergunta =");
+}
+
+TEST_F(Gravação_Teste, LockOnAnEmptyTableSucceedsWithoutTouchingTheStore) {
+    Inicia_Transação();
+    Trava(Tabela, Conexão, false);
+    EXPECT_TRUE(Travou);
+    EXPECT_EQ(Estado_Transação, "Iniciou Transação");
+    EXPECT_TRUE(Plataforma.Caixas.isEmpty());
+}
+
+TEST_F(Gravação_Teste, ClosingAConnectionWithAnOpenTransactionTellsAndRollsBack) {
+    Inicia_Transação();
+    Tabela.AddNew();
+    Tabela.Fields("Usuário").Set_Value("Desfeito");
+    Tabela.Update();
+    Fechar_Conexão(Conexão_Temporária);
+    ASSERT_EQ(Plataforma.Caixas.size(), 1);
+    EXPECT_TRUE(Plataforma.Caixas[0].Texto.startsWith("Sistema desfez a última transação"));
+    EXPECT_EQ(Plataforma.Bipes, 25);
+    EXPECT_EQ(Estado_Transação, "Desfez Transação");
+    EXPECT_FALSE(Conexão_Temporária.Aberta());
+    EXPECT_EQ(Lastrec("tblUsuário", Conexão), 0);
+    Reaponta_Conexão(Conexão_Temporária, Conexão_Principal());
+    EXPECT_TRUE(Conexão_Temporária.Aberta());
+    EXPECT_EQ(Plataforma.Caixas.size(), 1);
+}
+
+TEST_F(Gravação_Teste, AFailedCommitEndsTheProgramThroughTheHandler) {
+    // A write on a slot whose table has vanished is not excused: logged, shown, the end.
+    Abre_Tabela("tblPergunta");
+    Conexão.Execute("DROP TABLE tblPergunta");
+    Inicia_Transação();
+    Tabela.AddNew();
+    Tabela.Fields("Pergunta").Set_Value("Órfã");
+    EXPECT_THROW(Grava(Tabela, false), Programa_Encerrado);
+    EXPECT_TRUE(QFile::exists(Caminho_Log_Ocorrências()));
+}
