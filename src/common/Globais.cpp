@@ -14,3 +14,12 @@ void Semeia_Gerador() {
 }
 
 int Sorteia(int n) { return static_cast<int>(std::floor(Plataforma_Atual().Aleatório() * n)); }
+
+#include "common/Cp1252.h"
+
+int Hash_Senha(const QString& texto) {
+    const QByteArray bytes = Para_Cp1252(texto);
+    qint64 soma = 0;
+    for (int i = 0; i < bytes.size(); ++i) soma += static_cast<unsigned char>(bytes[i]) * (12 + i + 1);
+    return static_cast<int>(soma);
+}

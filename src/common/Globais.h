@@ -37,3 +37,7 @@ inline QString Versão_Sistema;
 void Semeia_Gerador();
 // A uniform draw in [0, 1) times n, rounded down.
 int Sorteia(int n);
+
+// A password reduced to one number: the sum of each character's code page 1252 code times (12 + its
+// position from 1). Only this number is stored and compared.
+int Hash_Senha(const QString& texto);

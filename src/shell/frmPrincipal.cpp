@@ -8,8 +8,10 @@
 #include "common/Globais.h"
 #include "failure/Mensagens.h"
 #include "failure/Rotina.h"
+#include "failure/Trata_Erro.h"
 #include "platform/Plataforma.h"
 #include "store/Funções_Banco.h"
+#include "store/schema/frmAtualiza_Versão.h"
 
 frmPrincipal::frmPrincipal() {
     setObjectName("frmPrincipal");
@@ -19,6 +21,11 @@ frmPrincipal::frmPrincipal() {
 void frmPrincipal::Form_Load() {
     Rotina r(this, "Form_Load");
     Nome_Janela = objectName();
+    Sai_da_Gravação = false;
+    {
+        frmAtualiza_Versão atualiza(this);
+        Plataforma_Atual().Mostra_Modal(&atualiza);
+    }
     Título_Versão = Título_Programa;
     Versão_Sistema = QString("versão %1.%2.%3")
                          .arg(Versão_Maior_Programa)

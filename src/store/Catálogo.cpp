@@ -121,6 +121,15 @@ void Exclui_Índice(Ligação& conexão, const QString& tabela, const QString& �
         Executa(*sessão, "DROP INDEX " + Citação(Nome_Índice_Físico(tabela, índice)));
 }
 
+void Copia_Banco(Ligação& conexão, const QString& destino) {
+    auto sessão = Sessão_De(conexão);
+    if (!sessão) return;
+    QString caminho = destino;
+    caminho.replace('\'', "''");
+    Falha_Banco falha;
+    if (!sessão->Executa("VACUUM INTO '" + caminho + "'", falha)) Falha(falha.Número, falha.Descrição);
+}
+
 QStringList Lista_Tabelas(Ligação& conexão) {
     auto sessão = Sessão_De(conexão);
     return sessão ? sessão->Tabelas() : QStringList();

@@ -26,4 +26,6 @@ bool Existe_Tabela(Ligação& conexão, const QString& tabela);
 Estrutura_Tabela Estrutura(Ligação& conexão, const QString& tabela);
 
 QString Tipo_Declarado(const Campo_Info& campo);
+// A consistent copy of the whole database file, with what is still in its journal.
+void Copia_Banco(Ligação& conexão, const QString& destino);
 }  // namespace Catálogo

@@ -1,0 +1,104 @@
+#include "forms/Formatação.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QProgressBar>
+#include <QWidget>
+#include <cmath>
+
+#include "failure/Mensagens.h"
+#include "failure/Rotina.h"
+#include "platform/Plataforma.h"
+#include "store/Funções_Banco.h"
+
+namespace {
+struct Cursor_Processamento {
+    Cursor_Processamento() { Plataforma_Atual().Cursor_Ocupado(Caminho_Ícone("Processamento.Ico")); }
+    ~Cursor_Processamento() { Plataforma_Atual().Cursor_Normal(); }
+};
+}  // namespace
+
+QString Texto_Transformado(const QString& texto) {
+    // A word starts after a blank.
+    QString saída = texto.toLower();
+    bool início = true;
+    for (QChar& c : saída) {
+        if (início && c.isLetter()) c = c.toUpper();
+        início = c == ' ';
+    }
+    static const char* procurados[] = {" E ", " Da ", " De ", " Do ", " Das ", " Dos "};
+    for (const char* p : procurados) {
+        const QString procurado = QString::fromUtf8(p);
+        const QString troca = procurado.toLower();
+        for (int onde = saída.indexOf(procurado, 0, Qt::CaseInsensitive); onde >= 0;
+             onde = saída.indexOf(procurado, onde + 1, Qt::CaseInsensitive))
+            saída.replace(onde, troca.size(), troca);
+    }
+    return saída;
+}
+
+void Transformar_Campos(QWidget* Formulário) {
+    Rotina r(Formulário, "Transformar_Campos");
+    Cursor_Processamento cursor;
+    for (QWidget* controle : Formulário->findChildren<QWidget*>()) {
+        if (auto* caixa = qobject_cast<QLineEdit*>(controle)) {
+            if (!caixa->text().isEmpty() && caixa->echoMode() == QLineEdit::Normal)
+                caixa->setText(Texto_Transformado(caixa->text()));
+        } else if (auto* combo = qobject_cast<QComboBox*>(controle)) {
+            if (combo->isEditable() && !combo->currentText().isEmpty())
+                combo->setEditText(Texto_Transformado(combo->currentText()));
+        } else if (auto* rótulo = qobject_cast<QLabel*>(controle)) {
+            if (rótulo->frameShape() != QFrame::NoFrame && !rótulo->text().isEmpty())
+                rótulo->setText(Texto_Transformado(rótulo->text()));
+        }
+    }
+}
+
+QString Texto_Progresso(double Máximo, double Atual, const QDateTime& início, const QDateTime& agora) {
+    const QLocale local(QLocale::Portuguese, QLocale::Brazil);
+    const double decorrido = início.msecsTo(agora) / 86400000.0;
+    const double por_linha = Atual > 0 ? decorrido / Atual : 0;
+    const double restante = 1 + (Máximo - Atual) * por_linha;
+    // Whole days: the date part of the remaining time counted from 31/12/1899, so under a day gives 0.
+    const long dias = std::max(0L, static_cast<long>(std::floor(restante)) - 1);
+    const qint64 segundos = std::llround((restante - std::floor(restante)) * 86400.0);
+    const QTime hora = QTime(0, 0).addSecs(segundos % 86400);
+    const double percentual = Máximo != 0 ? 100.0 * Atual / Máximo : 0;
+    return "Terminará em " + local.toString(static_cast<qlonglong>(dias)) + " dias e " + hora.toString("hh:mm:ss") +
+           " hs    Processando " + local.toString(static_cast<qlonglong>(std::llround(Atual))) + " de " +
+           local.toString(static_cast<qlonglong>(std::llround(Máximo))) + "    (" +
+           local.toString(percentual, 'f', 2) + "%)";
+}
+
+void Barra_de_Progresso(int Mínimo, double Máximo, double Atual, QWidget* Formulário) {
+    Rotina r(Formulário, "Barra_de_Progresso");
+    Cursor_Processamento cursor;
+    auto* barra = Formulário->findChild<QProgressBar*>("pgbBarra_De_Progresso");
+    if (barra != nullptr) {
+        barra->setMinimum(Mínimo);
+        const int máximo = (Máximo > 0 && Máximo != Mínimo) ? static_cast<int>(Máximo) : Mínimo + 1;
+        barra->setMaximum(máximo);
+        barra->setValue(Atual > máximo ? máximo : static_cast<int>(Atual));
+    }
+    Formulário->setWindowTitle(Texto_Progresso(Máximo, Atual, Início_Progresso, Plataforma_Atual().Agora()));
+}
+
+bool Calendário(const QString& Texto, bool Aceita_Vazio, QWidget* Formulário) {
+    Rotina r(Formulário, "Calendário");
+    Cursor_Processamento cursor;
+    auto* cancelar = Formulário->findChild<QAbstractButton*>("cmdCancelar");
+    if (cancelar != nullptr && cancelar->isDown()) return true;
+    if (Aceita_Vazio && Texto.trimmed().isEmpty()) return true;
+    for (const char* formato : {"dd/MM/yyyy", "d/M/yyyy"})
+        if (QDate::fromString(Texto.trimmed(), formato).isValid()) return true;
+    Exibe_Mensagem(18);
+    return false;
+}
+
+int Lennum(double Número) {
+    Cursor_Processamento cursor;
+    return static_cast<int>(QString::number(Número, 'g', 15).size());
+}
