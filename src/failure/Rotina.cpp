@@ -23,6 +23,11 @@ Rotina::~Rotina() { Rotina_Atual = Anterior; }
 
 void Falha_Na_Linha(long número, const QString& descrição, long linha) {
     Rotina* r = Rotina_Atual;
+    // QUIZORA_DEPURA=1 prints every failure with its routine, as an aid while diagnosing.
+    static const bool depura = qEnvironmentVariableIsSet("QUIZORA_DEPURA");
+    if (depura)
+        qWarning("Falha %ld em %s/%s linha %ld: %s", número, qPrintable(r ? r->Fonte : QString()),
+                 qPrintable(r ? r->Nome : QString()), linha, qPrintable(descrição));
     if (r != nullptr && r->Tratador) {
         r->Tratador(número, descrição, linha);
         return;

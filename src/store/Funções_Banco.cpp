@@ -260,7 +260,8 @@ void Grava(Registros& Tabela_Gravar, bool Excluir) {
         Texto_Manutenção += " onde " + Tabela_Gravar.Fields(0).Name().trimmed() + " = " + Chave_Registro.toString();
         const QDateTime agora = Plataforma_Atual().Agora();
         Tabela_Manutenção.Fields("Manutenção").Set_Value(Texto_Manutenção.left(100).trimmed());
-        Tabela_Manutenção.Fields("Usuário").Set_Value(Usuário_Atual);
+        // Before the login there is no user: the row keeps an empty user rather than being refused.
+        Tabela_Manutenção.Fields("Usuário").Set_Value(Usuário_Atual.isEmpty() ? QVariant() : QVariant(Usuário_Atual));
         Tabela_Manutenção.Fields("Data_Manutenção").Set_Value(QDateTime(agora.date(), QTime(0, 0)));
         Tabela_Manutenção.Fields("Hora_Manutenção").Set_Value(agora.toString("HH:mm:ss"));
         Tabela_Manutenção.Update();

@@ -78,7 +78,8 @@ TEST(Cp1252_Teste, LineEndsAndPlainTextPassThrough) {
 }
 
 TEST_F(Gerador_Teste, SeedIsTheSinglePrecisionProductOfFourClockReadings) {
-    const float leituras[4] = {51234.57f, 51234.61f, 51234.65f, 51234.69f};
+    // Readings chosen so that multiplying in double and rounding once would give another seed.
+    const float leituras[4] = {72371.69f, 72371.74f, 72371.79f, 72371.84f};
     Plataforma.Leituras_Segundos.assign(std::begin(leituras), std::end(leituras));
     Plataforma.Leituras_Segundos.push_back(1.0f);  // a fifth reading must not be taken
 
@@ -89,6 +90,8 @@ TEST_F(Gerador_Teste, SeedIsTheSinglePrecisionProductOfFourClockReadings) {
     esperado = esperado * leituras[2];
     esperado = esperado * leituras[3];
     EXPECT_EQ(Plataforma.Última_Semente, esperado);
+    const double em_dupla = double(leituras[0]) * leituras[1] * leituras[2] * leituras[3];
+    EXPECT_NE(Plataforma.Última_Semente, static_cast<float>(em_dupla));
     ASSERT_EQ(Plataforma.Leituras_Segundos.size(), 1u);
 }
 
