@@ -10,8 +10,12 @@
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
 
-static void PrintTo(const QString& texto, std::ostream* saída) { *saída << '"' << texto.toStdString() << '"'; }
-static void PrintTo(const QByteArray& bytes, std::ostream* saída) { *saída << "hex " << bytes.toHex(' ').toStdString(); }
+static void PrintTo(const QString& texto, std::ostream* saída) {
+    *saída << '"' << texto.toStdString() << '"';
+}
+static void PrintTo(const QByteArray& bytes, std::ostream* saída) {
+    *saída << "hex " << bytes.toHex(' ').toStdString();
+}
 
 namespace {
 QByteArray Bytes(std::initializer_list<unsigned char> valores) {

@@ -10,7 +10,9 @@
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
 
-static void PrintTo(const QString& texto, std::ostream* saída) { *saída << '"' << texto.toStdString() << '"'; }
+static void PrintTo(const QString& texto, std::ostream* saída) {
+    *saída << '"' << texto.toStdString() << '"';
+}
 
 namespace {
 // Remembers how many beeps had sounded when each box came up.
@@ -137,37 +139,43 @@ TEST_F(Mensagens_Teste, NumbersOutsideTheCatalogueShowOnlyTheExclamationMarks) {
 }
 
 TEST_F(Mensagens_Teste, DeniedRightKeepsItsInnerExclamationsAndGetsThreeMoreAtTheEnd) {
-    EXPECT_EQ(Exibida(4),
-              QString("Você não possui permissão para acessar esta rotina!!!\r\rSolicite ao Supervisor do sistema a "
-                      "devida autorização para acessá-la!!!"));
+    EXPECT_EQ(
+        Exibida(4),
+        QString(
+            "Você não possui permissão para acessar esta rotina!!!\r\rSolicite ao Supervisor do sistema a "
+            "devida autorização para acessá-la!!!"));
 }
 
 TEST_F(Mensagens_Teste, TitleAndLineEndsArePutIntoTheTextAtDisplay) {
-    EXPECT_EQ(Exibida(25),
-              QString("Uma nova versão do sistema Quizora foi instalada com sucesso!!! \r\rNeste momento o sistema "
-                      "será fechado para que as alterações efetuadas tenham efeito.\r\rBasta reexecutar novamente o "
-                      "sistema Quizora para acessá-lo normalmente!!!"));
-    EXPECT_EQ(Exibida(34),
-              QString("Essa opção de saída do sistema pela qual você acabou de adotar (CLICANDO-SE NO \"X\" DA "
-                      "JANELA) pode vir a CORROMPER AS INFORMAÇÕES GRAVADAS no banco de dados, se esse recurso for "
-                      "utilizado com freqüência.\r\rPrefira clicar no botão SAIR (topo esquerdo da tela) criado "
-                      "especificamente para essa finalidade, com o objetivo de proteger as informações contidas no "
-                      "banco de dados!!!"));
+    EXPECT_EQ(
+        Exibida(25),
+        QString(
+            "Uma nova versão do sistema Quizora foi instalada com sucesso!!! \r\rNeste momento o sistema "
+            "será fechado para que as alterações efetuadas tenham efeito.\r\rBasta reexecutar novamente o "
+            "sistema Quizora para acessá-lo normalmente!!!"));
+    EXPECT_EQ(
+        Exibida(34),
+        QString("Essa opção de saída do sistema pela qual você acabou de adotar (CLICANDO-SE NO \"X\" DA "
+                "JANELA) pode vir a CORROMPER AS INFORMAÇÕES GRAVADAS no banco de dados, se esse recurso for "
+                "utilizado com freqüência.\r\rPrefira clicar no botão SAIR (topo esquerdo da tela) criado "
+                "especificamente para essa finalidade, com o objetivo de proteger as informações contidas no "
+                "banco de dados!!!"));
     // The missing engine setting names the program in capitals.
-    EXPECT_EQ(Exibida(37),
-              QString("O arquivo CONFIGURA_PAGE_TIME_OUT.REG necessário para a correta execução do sistema QUIZORA "
-                      "foi excluído por algum usuário!!!\r\rA ausência desse arquivo em questão PODERÁ CORROMPER as "
-                      "informações contidas no banco de dados.\r\rReinstale novamente o software QUIZORA para que "
-                      "esse arquivo seja novamente recriado.\r\rIMPORTANTE: o processo de reinstalação do sistema "
-                      "QUIZORA NÃO EXCLUI as informações que por ventura já estejam cadastradas no banco de dados!!!"));
+    EXPECT_EQ(
+        Exibida(37),
+        QString(
+            "O arquivo CONFIGURA_PAGE_TIME_OUT.REG necessário para a correta execução do sistema QUIZORA "
+            "foi excluído por algum usuário!!!\r\rA ausência desse arquivo em questão PODERÁ CORROMPER as "
+            "informações contidas no banco de dados.\r\rReinstale novamente o software QUIZORA para que "
+            "esse arquivo seja novamente recriado.\r\rIMPORTANTE: o processo de reinstalação do sistema "
+            "QUIZORA NÃO EXCLUI as informações que por ventura já estejam cadastradas no banco de dados!!!"));
 }
 
 TEST_F(Mensagens_Teste, ExportMessageNamesTheDataFolderAndTheSupportAddress) {
-    EXPECT_EQ(Exibida(101),
-              "Foi gerado o arquivo TEMP.MDB na pasta " + Pasta.Dados() +
-                  " contendo as Perguntas que foram exportadas.\r\rFavor compactar esse arquivo para o formato .ZIP "
-                  "e enviar-nos para o endereço de e-mail " +
-                  Endereço_Suporte + "!!!");
+    EXPECT_EQ(Exibida(101), "Foi gerado o arquivo TEMP.MDB na pasta " + Pasta.Dados() +
+                                " contendo as Perguntas que foram exportadas.\r\rFavor compactar esse "
+                                "arquivo para o formato .ZIP e enviar-nos para o endereço de e-mail " +
+                                Endereço_Suporte + "!!!");
 }
 
 TEST_F(Mensagens_Teste, ConstantTextsReadAsInTheCatalogue) {
@@ -180,5 +188,6 @@ TEST_F(Mensagens_Teste, ConstantTextsReadAsInTheCatalogue) {
 TEST_F(Mensagens_Teste, StoredTextsLackTheClosingExclamationsThatDisplayAdds) {
     EXPECT_EQ(Texto_Mensagem(10), QString("Campo com preenchimento obrigatório"));
     EXPECT_TRUE(Texto_Mensagem(4).endsWith("para acessá-la"));
-    EXPECT_EQ(Texto_Mensagem_Complementar(104), QString("A palavra informada não consta na Pergunta original"));
+    EXPECT_EQ(Texto_Mensagem_Complementar(104),
+              QString("A palavra informada não consta na Pergunta original"));
 }

@@ -13,22 +13,26 @@
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
 
-static void PrintTo(const QString& texto, std::ostream* saída) { *saída << '"' << texto.toStdString() << '"'; }
+static void PrintTo(const QString& texto, std::ostream* saída) {
+    *saída << '"' << texto.toStdString() << '"';
+}
 static void PrintTo(const QByteArray& bytes, std::ostream* saída) {
     *saída << '"' << bytes.toPercentEncoding(" :.,-_()/'\"").toStdString() << '"';
 }
 
 namespace {
 const QString Duplicado_Português =
-    "As alterações solicitadas para a tabela não foram bem-sucedidas porque criariam valores duplicados no índice";
+    "As alterações solicitadas para a tabela não foram bem-sucedidas porque criariam valores duplicados no "
+    "índice";
 const QString Duplicado_Inglês =
-    "The changes you requested to the table were not successful because they would create duplicate values in the "
-    "index, primary key, or relationship.";
+    "The changes you requested to the table were not successful because they would create duplicate values "
+    "in the index, primary key, or relationship.";
 const QString Falha_Várias_Etapas =
-    "Multiple-step OLE DB operation generated errors. Check each OLE DB status value, if available. No work was done.";
+    "Multiple-step OLE DB operation generated errors. Check each OLE DB status value, if available. No work "
+    "was done.";
 const QString Texto_Bloqueio =
-    "Ou informação foi excluída do banco de dados, ou não foi possível executar a instrução SQL, ou a informação "
-    "encontra-se atualmente bloqueada para sofrer atualização";
+    "Ou informação foi excluída do banco de dados, ou não foi possível executar a instrução SQL, ou a "
+    "informação encontra-se atualmente bloqueada para sofrer atualização";
 const QByteArray Traço(135, '_');
 
 class Trata_Erro_Teste : public ::testing::Test {
@@ -46,14 +50,15 @@ protected:
     int Entradas_No_Log() const { return static_cast<int>(Log().count("\r\n" + Traço + "\r\n\r\n")); }
 
     // A failure that must end the program.
-    void Trata_Fatal(long número, const QString& descrição, long linha, const QString& fonte, const QString& rotina) {
+    void Trata_Fatal(long número, const QString& descrição, long linha, const QString& fonte,
+                     const QString& rotina) {
         EXPECT_THROW(Trata_Erro(número, descrição, linha, fonte, rotina), Programa_Encerrado)
             << "failure " << número << " in " << rotina.toStdString() << " should end the program";
     }
 
     void Espera_Caixa_Erro(const Caixa_Mostrada& caixa, long número, const QString& mensagem) {
-        EXPECT_TRUE(caixa.Texto.startsWith("Ocorrência de erro...\r\r(Código " + QString::number(número) + ") -> " +
-                                           mensagem + ".\r\r"))
+        EXPECT_TRUE(caixa.Texto.startsWith("Ocorrência de erro...\r\r(Código " + QString::number(número) +
+                                           ") -> " + mensagem + ".\r\r"))
             << caixa.Texto.toStdString();
         EXPECT_EQ(caixa.Título, QString("Quizora"));
         EXPECT_EQ(caixa.Ícone, Ícone_Caixa::Crítico);
@@ -74,7 +79,7 @@ protected:
 };
 }  // namespace
 
-// --- Duplicate values: the write is refused, once, without a log entry -------------------------------
+// --- Duplicate values: the write is refused, once, without a log entry ---
 
 TEST_F(Trata_Erro_Teste, DuplicateFromARegisterWindowShowsOneWarningAndStopsTheWrite) {
     Em_Cadastro = true;
@@ -140,10 +145,11 @@ TEST_F(Trata_Erro_Teste, DuplicateIsRecognisedByTheFirstWordsInEitherLanguage) {
     EXPECT_EQ(Repetições_Erro, 1);
 }
 
-// --- Excused failures: a critical box and the program goes on -----------------------------------------
+// --- Excused failures: a critical box and the program goes on ---
 
 TEST_F(Trata_Erro_Teste, DuplicateKeyOfTheEngineShowsACriticalBoxAndGoesOn) {
-    Trata_Erro(Erro_Duplicado_Jet, "The changes you requested...", 9, "frmCritério_de_Consulta", "cmdOk_Click");
+    Trata_Erro(Erro_Duplicado_Jet, "The changes you requested...", 9, "frmCritério_de_Consulta",
+               "cmdOk_Click");
 
     Espera_Nada_Além_Da_Caixa("Esta informação já está cadastrada no Banco de Dados.", Ícone_Caixa::Crítico);
     EXPECT_FALSE(Sai_da_Gravação);
@@ -173,7 +179,7 @@ TEST_F(Trata_Erro_Teste, RefusedRowWhileOpeningATableAdvisesReinstallingTheDrive
     }
 }
 
-// --- Failures of the duplicate number with a foreign text: retried in silence, then fatal ------------
+// --- Failures of the duplicate number with a foreign text: retried in silence, then fatal ---
 
 TEST_F(Trata_Erro_Teste, ForeignFailureOfTheDuplicateNumberIsSilentAHundredTimesAndFatalTheNext) {
     for (int vez = 1; vez <= 100; ++vez) {
@@ -192,7 +198,9 @@ TEST_F(Trata_Erro_Teste, ForeignFailureOfTheDuplicateNumberIsSilentAHundredTimes
     EXPECT_EQ(Repetições_Erro, 101);
     EXPECT_EQ(Plataforma.Encerramentos, 1);
     EXPECT_EQ(Entradas_No_Log(), 1);
-    EXPECT_TRUE(Log().contains("   C\xF3" "digo: -2147217887   "));
+    EXPECT_TRUE(
+        Log().contains("   C\xF3"
+                       "digo: -2147217887   "));
     EXPECT_TRUE(Log().startsWith("Descri\xE7\xE3o do Erro: " + Falha_Várias_Etapas.toLatin1() + ".\r\n"));
     ASSERT_EQ(Plataforma.Caixas.size(), 1);
     Espera_Caixa_Erro(Plataforma.Caixas[0], Erro_Índice_Duplicado, Falha_Várias_Etapas);
@@ -221,7 +229,7 @@ TEST_F(Trata_Erro_Teste, ForeignFailureOfTheDuplicateNumberWhileShowingFieldsIsF
     Espera_Caixa_Erro(Plataforma.Caixas[0], Erro_Índice_Duplicado, Falha_Várias_Etapas);
 }
 
-// --- The general case: logged, shown and fatal ----------------------------------------------------------
+// --- The general case: logged, shown and fatal ---
 
 TEST_F(Trata_Erro_Teste, AnyOtherFailureIsLoggedShownAndEndsTheProgram) {
     Trata_Fatal(91, "Object variable or With block variable not set", 17, "frmJogo", "Nova_Rodada");
@@ -273,19 +281,21 @@ TEST_F(Trata_Erro_Teste, UnknownNumberIsLoggedWithItsOwnDescription) {
     Espera_Caixa_Erro(Plataforma.Caixas[1], -2147024891, "Falha não catalogada do provedor");
 }
 
-// --- Translation ------------------------------------------------------------------------------------------
+// --- Translation ---
 
 TEST_F(Trata_Erro_Teste, FixedRowsReplaceTheDescription) {
-    EXPECT_EQ(Traduz_Erro(3021, "Either BOF or EOF is True, or the current record has been deleted.", "Grava"),
-              QString("Não há nenhum registro corrente"));
+    EXPECT_EQ(
+        Traduz_Erro(3021, "Either BOF or EOF is True, or the current record has been deleted.", "Grava"),
+        QString("Não há nenhum registro corrente"));
     EXPECT_EQ(Traduz_Erro(3, "Return without GoSub", "x"),
               QString("Comando RETURN não possui comando GOSUB correspondente"));
     EXPECT_EQ(Traduz_Erro(31037, "Error loading from file", "x"),
               QString("Ocorreu um erro durante processo de leitura do arquivo"));
     // The table's own spelling stays.
-    EXPECT_EQ(Traduz_Erro(3109, "", "x"),
-              QString("As imformações não puderam ser eliminadas do Banco de Dados porque o usuário não possui "
-                      "permissão para eliminar dados"));
+    EXPECT_EQ(
+        Traduz_Erro(3109, "", "x"),
+        QString("As imformações não puderam ser eliminadas do Banco de Dados porque o usuário não possui "
+                "permissão para eliminar dados"));
     EXPECT_EQ(Traduz_Erro(339, "Component not correctly registered", "x"),
               "As DLL´s do sistema não foram instaladas. Baixe-as através do link " + Endereço_Download);
 
@@ -308,15 +318,16 @@ TEST_F(Trata_Erro_Teste, IndexOverflowTextCarriesTheDescriptionAfterTwoBlankLine
 }
 
 TEST_F(Trata_Erro_Teste, MissingDriversTextNamesTheProgram) {
-    EXPECT_EQ(Traduz_Erro(Erro_Drivers, "Can't create object", "Form_Load"),
-              QString("O sistema Quizora requer que os driver´s de acesso a banco de dados da Microsoft estejam "
-                      "instalados no computador.\r\rPara instalá-los, basta novamente executar o programa de "
-                      "instalação do sistema Quizora e, na tela \"ATENÇÃO!!!\" que lhe for mostrada, clicar nos "
-                      "link´s correspondentes à sua versão do Windows para iniciar o download dos driver´s e "
-                      "instalá-los"));
+    EXPECT_EQ(
+        Traduz_Erro(Erro_Drivers, "Can't create object", "Form_Load"),
+        QString("O sistema Quizora requer que os driver´s de acesso a banco de dados da Microsoft estejam "
+                "instalados no computador.\r\rPara instalá-los, basta novamente executar o programa de "
+                "instalação do sistema Quizora e, na tela \"ATENÇÃO!!!\" que lhe for mostrada, clicar nos "
+                "link´s correspondentes à sua versão do Windows para iniciar o download dos driver´s e "
+                "instalá-los"));
 }
 
-// --- What the user and the log report read -----------------------------------------------------------------
+// --- What the user and the log report read ---
 
 TEST_F(Trata_Erro_Teste, LogEntryHasTheFiveLineLayoutByteForByte) {
     Operação = "Alteração";
@@ -325,19 +336,25 @@ TEST_F(Trata_Erro_Teste, LogEntryHasTheFiveLineLayoutByteForByte) {
 
     Trata_Fatal(91, "Object variable not set", 42, "frmUsuário", "cmdOk_Click");
 
-    const QByteArray esperado = QString("Descrição do Erro: O objeto ou variável não foi inicializada.\r\n"
-                                        "Código-Fonte: frmUsuário   Sub-Rotina: cmdOk_Click()   Nº. da Linha: 42\r\n"
-                                        "Operação: Alteração   Código: 91   Usuário: Supervisor   Data: 05/03/2026"
-                                        "   Hora: 09:07:03 hs\r\n")
-                                    .toLatin1() +
-                                Traço + "\r\n\r\n";
+    const QByteArray esperado =
+        QString(
+            "Descrição do Erro: O objeto ou variável não foi inicializada.\r\n"
+            "Código-Fonte: frmUsuário   Sub-Rotina: cmdOk_Click()   Nº. da Linha: 42\r\n"
+            "Operação: Alteração   Código: 91   Usuário: Supervisor   Data: 05/03/2026"
+            "   Hora: 09:07:03 hs\r\n")
+            .toLatin1() +
+        Traço + "\r\n\r\n";
     const QByteArray log = Log();
     EXPECT_EQ(log, esperado);
 
     // Code page 1252, one byte a letter, CR LF: what the log report parses.
     EXPECT_TRUE(log.startsWith("Descri\xE7\xE3o do Erro: "));
-    EXPECT_TRUE(log.contains("\r\nC\xF3" "digo-Fonte: frmUsu\xE1rio   Sub-Rotina: cmdOk_Click()   N\xBA. da Linha: 42\r\n"));
-    EXPECT_TRUE(log.contains("\r\nOpera\xE7\xE3o: Altera\xE7\xE3o   C\xF3" "digo: 91   Usu\xE1rio: Supervisor   "));
+    EXPECT_TRUE(
+        log.contains("\r\nC\xF3"
+                     "digo-Fonte: frmUsu\xE1rio   Sub-Rotina: cmdOk_Click()   N\xBA. da Linha: 42\r\n"));
+    EXPECT_TRUE(
+        log.contains("\r\nOpera\xE7\xE3o: Altera\xE7\xE3o   C\xF3"
+                     "digo: 91   Usu\xE1rio: Supervisor   "));
     EXPECT_FALSE(log.contains('\xC3'));  // no UTF-8 lead byte
     const QList<QByteArray> linhas = log.split('\n');
     ASSERT_EQ(linhas.size(), 6);  // five lines and nothing after the last line end
@@ -363,14 +380,16 @@ TEST_F(Trata_Erro_Teste, EntriesAreAppendedAfterWhatTheLogAlreadyHolds) {
 
     const QByteArray esperado =
         "entrada antiga\r\n" +
-        QString("Descrição do Erro: O disco está cheio.\r\n"
-                "Código-Fonte: frmRelatório   Sub-Rotina: Imprime()   Nº. da Linha: 7\r\n"
-                "Operação: Inclusão   Código: 61   Usuário: Maria   Data: 31/12/2026   Hora: 23:59:58 hs\r\n")
+        QString(
+            "Descrição do Erro: O disco está cheio.\r\n"
+            "Código-Fonte: frmRelatório   Sub-Rotina: Imprime()   Nº. da Linha: 7\r\n"
+            "Operação: Inclusão   Código: 61   Usuário: Maria   Data: 31/12/2026   Hora: 23:59:58 hs\r\n")
             .toLatin1() +
         Traço + "\r\n\r\n" +
-        QString("Descrição do Erro: Campo informado não existe na tabela.\r\n"
-                "Código-Fonte: Funções Públicas   Sub-Rotina: Lastrec()   Nº. da Linha: 8\r\n"
-                "Operação: Consulta   Código: 3265   Usuário: Maria   Data: 01/01/2027   Hora: 00:00:01 hs\r\n")
+        QString(
+            "Descrição do Erro: Campo informado não existe na tabela.\r\n"
+            "Código-Fonte: Funções Públicas   Sub-Rotina: Lastrec()   Nº. da Linha: 8\r\n"
+            "Operação: Consulta   Código: 3265   Usuário: Maria   Data: 01/01/2027   Hora: 00:00:01 hs\r\n")
             .toLatin1() +
         Traço + "\r\n\r\n";
     EXPECT_EQ(Log(), esperado);
@@ -381,15 +400,16 @@ TEST_F(Trata_Erro_Teste, ErrorBoxTextIsExact) {
     Trata_Fatal(91, "Object variable not set", 42, "frmUsuário", "cmdOk_Click");
 
     ASSERT_EQ(Plataforma.Caixas.size(), 1);
-    EXPECT_EQ(Plataforma.Caixas[0].Texto,
-              "Ocorrência de erro...\r\r(Código 91) -> O objeto ou variável não foi inicializada.\r\r"
-              "Código-Fonte: frmUsuário\r\rSub-Rotina ..: cmdOk_Click()\r\rNº. da Linha .: 42\r\r"
-              "Sistema ......: Quizora\r\rEstas mensagens de erro podem ser resolvidas consultando o artigo "
-              "RESPOSTAS ÀS PERGUNTAS MAIS COMUNS que acompanha esse software.\r\rAs mesmas podem ser acessadas "
-              "através do atalho MENU INICIAR, PROGRAMAS, QUIZORA, RESPOSTAS ÀS PERGUNTAS MAIS COMUNS.\r\rCaso o "
-              "problema persista após ter consultado o artigo, relate-nos este problema através do endereço de "
-              "e-mail " +
-                  Endereço_Suporte);
+    EXPECT_EQ(
+        Plataforma.Caixas[0].Texto,
+        "Ocorrência de erro...\r\r(Código 91) -> O objeto ou variável não foi inicializada.\r\r"
+        "Código-Fonte: frmUsuário\r\rSub-Rotina ..: cmdOk_Click()\r\rNº. da Linha .: 42\r\r"
+        "Sistema ......: Quizora\r\rEstas mensagens de erro podem ser resolvidas consultando o artigo "
+        "RESPOSTAS ÀS PERGUNTAS MAIS COMUNS que acompanha esse software.\r\rAs mesmas podem ser acessadas "
+        "através do atalho MENU INICIAR, PROGRAMAS, QUIZORA, RESPOSTAS ÀS PERGUNTAS MAIS COMUNS.\r\rCaso o "
+        "problema persista após ter consultado o artigo, relate-nos este problema através do endereço de "
+        "e-mail " +
+            Endereço_Suporte);
     EXPECT_EQ(Plataforma.Caixas[0].Título, QString("Quizora"));
     EXPECT_EQ(Plataforma.Caixas[0].Ícone, Ícone_Caixa::Crítico);
     EXPECT_EQ(Plataforma.Caixas[0].Botões, Botões_Caixa::Ok);
@@ -398,15 +418,17 @@ TEST_F(Trata_Erro_Teste, ErrorBoxTextIsExact) {
 TEST_F(Trata_Erro_Teste, FailureToWriteTheLogIsReportedAsAFailureOfTheHandlerItself) {
     ASSERT_TRUE(QDir().mkpath(Arquivo_Log()));  // a folder where the file should be
 
-    EXPECT_THROW(Trata_Erro(91, "Object variable not set", 42, "frmUsuário", "cmdOk_Click"), Programa_Encerrado);
+    EXPECT_THROW(Trata_Erro(91, "Object variable not set", 42, "frmUsuário", "cmdOk_Click"),
+                 Programa_Encerrado);
 
     EXPECT_EQ(Plataforma.Encerramentos, 1);
     ASSERT_FALSE(Plataforma.Caixas.isEmpty());
-    EXPECT_TRUE(Plataforma.Caixas[0].Texto.contains("\r\rCódigo-Fonte: Funções Públicas\r\rSub-Rotina ..: Trata_Erro()\r\r"))
+    EXPECT_TRUE(Plataforma.Caixas[0].Texto.contains(
+        "\r\rCódigo-Fonte: Funções Públicas\r\rSub-Rotina ..: Trata_Erro()\r\r"))
         << Plataforma.Caixas[0].Texto.toStdString();
 }
 
-// --- The trap -------------------------------------------------------------------------------------------------
+// --- The trap ---
 
 TEST_F(Trata_Erro_Teste, FailureInsideARoutineReachesTheHandlerWithThatRoutinesNames) {
     long linha = 0;
@@ -418,14 +440,16 @@ TEST_F(Trata_Erro_Teste, FailureInsideARoutineReachesTheHandlerWithThatRoutinesN
     EXPECT_THROW(cmdOk_Click(), Programa_Encerrado);
 
     ASSERT_GT(linha, 0);
-    EXPECT_TRUE(Log().contains(QString("\r\nCódigo-Fonte: frmUsuário   Sub-Rotina: cmdOk_Click()   Nº. da Linha: " +
-                                       QString::number(linha) + "\r\n")
-                                   .toLatin1()))
+    EXPECT_TRUE(
+        Log().contains(QString("\r\nCódigo-Fonte: frmUsuário   Sub-Rotina: cmdOk_Click()   Nº. da Linha: " +
+                               QString::number(linha) + "\r\n")
+                           .toLatin1()))
         << Log().toStdString();
     ASSERT_EQ(Plataforma.Caixas.size(), 1);
-    EXPECT_TRUE(Plataforma.Caixas[0].Texto.contains("Código-Fonte: frmUsuário\r\rSub-Rotina ..: cmdOk_Click()\r\r"
-                                                    "Nº. da Linha .: " +
-                                                    QString::number(linha) + "\r\r"));
+    EXPECT_TRUE(
+        Plataforma.Caixas[0].Texto.contains("Código-Fonte: frmUsuário\r\rSub-Rotina ..: cmdOk_Click()\r\r"
+                                            "Nº. da Linha .: " +
+                                            QString::number(linha) + "\r\r"));
 }
 
 TEST_F(Trata_Erro_Teste, RoutineOfAWindowIsNamedAfterTheWindow) {
@@ -437,8 +461,8 @@ TEST_F(Trata_Erro_Teste, RoutineOfAWindowIsNamedAfterTheWindow) {
     };
     EXPECT_THROW(Form_Load(), Programa_Encerrado);
 
-    EXPECT_TRUE(Log().contains(QString("\r\nCódigo-Fonte: frmCritério_de_Consulta   Sub-Rotina: Form_Load()   ")
-                                   .toLatin1()))
+    EXPECT_TRUE(Log().contains(
+        QString("\r\nCódigo-Fonte: frmCritério_de_Consulta   Sub-Rotina: Form_Load()   ").toLatin1()))
         << Log().toStdString();
 }
 
@@ -452,8 +476,9 @@ TEST_F(Trata_Erro_Teste, InnerRoutineWithItsOwnTrapReceivesTheFailureInstead) {
     Rotina externa("frmJogo", "Nova_Rodada");
     long linha = 0;
     {
-        Rotina grava(Fonte_Funções_Públicas, "Grava",
-                     [&](long n, const QString& d, long l) { recebidas.append({n, d, l}); });
+        Rotina grava(Fonte_Funções_Públicas, "Grava", [&](long n, const QString& d, long l) {
+            recebidas.append({n, d, l});
+        });
         linha = __LINE__ + 1;
         Falha(Erro_Índice_Duplicado, Duplicado_Inglês);
     }
@@ -471,6 +496,7 @@ TEST_F(Trata_Erro_Teste, InnerRoutineWithItsOwnTrapReceivesTheFailureInstead) {
     // Once the inner routine has returned, failures go to the outer one again.
     EXPECT_THROW(Falha(91, "Object variable not set"), Programa_Encerrado);
     EXPECT_EQ(recebidas.size(), 1);
-    EXPECT_TRUE(Log().contains(QString("\r\nCódigo-Fonte: frmJogo   Sub-Rotina: Nova_Rodada()   ").toLatin1()))
+    EXPECT_TRUE(
+        Log().contains(QString("\r\nCódigo-Fonte: frmJogo   Sub-Rotina: Nova_Rodada()   ").toLatin1()))
         << Log().toStdString();
 }
