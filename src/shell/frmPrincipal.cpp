@@ -1,45 +1,170 @@
 #include "shell/frmPrincipal.h"
 
+#include <QAction>
 #include <QCloseEvent>
+#include <QDir>
+#include <QGridLayout>
 #include <QIcon>
 #include <QLabel>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QShortcut>
 #include <QStatusBar>
+#include <QTimer>
 
 #include "common/Globais.h"
 #include "failure/Mensagens.h"
 #include "failure/Rotina.h"
 #include "failure/Trata_Erro.h"
 #include "platform/Plataforma.h"
+#include "revelations/Revelações.h"
+#include "shell/frmLogin.h"
+#include "shell/frmSair.h"
 #include "store/Funções_Banco.h"
 #include "store/schema/frmAtualiza_Versão.h"
+#include "utilities/Ajuda.h"
 
 frmPrincipal::frmPrincipal() {
     setObjectName("frmPrincipal");
+    auto* fundo = new QWidget(this);
+    setCentralWidget(fundo);
+    auto* grade = new QGridLayout(fundo);
+    grade->setContentsMargins(0, 0, 0, 0);
+    imgFundo = new QLabel(fundo);
+    imgFundo->setObjectName("imgFundo");
+    imgFundo->setScaledContents(true);
+    imgFundo->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+    grade->addWidget(imgFundo, 0, 0, 3, 3);
+
+    cmdSair = new QPushButton("&Sair", fundo);
+    cmdSair->setObjectName("cmdSair");
+    cmdSair->setMinimumSize(90, 32);
+    grade->addWidget(cmdSair, 0, 0, Qt::AlignLeft | Qt::AlignTop);
+
+    txtRevelações_de_Deus = new QPlainTextEdit(fundo);
+    txtRevelações_de_Deus->setObjectName("txtRevelações_de_Deus");
+    txtRevelações_de_Deus->setReadOnly(true);
+    QFont fixa("Courier New");
+    fixa.setStyleHint(QFont::Monospace);
+    fixa.setPointSize(9);
+    txtRevelações_de_Deus->setFont(fixa);
+    txtRevelações_de_Deus->setLineWrapMode(QPlainTextEdit::NoWrap);
+    txtRevelações_de_Deus->setFixedHeight(230);
+    txtRevelações_de_Deus->setStyleSheet("QPlainTextEdit { background: rgba(255, 255, 255, 215); border: 1px solid #7a8ca3; }");
+    grade->addWidget(txtRevelações_de_Deus, 2, 0, 1, 3, Qt::AlignBottom);
+    grade->setRowStretch(1, 1);
+    Painel_Revelações = txtRevelações_de_Deus;
+
+    QObject::connect(cmdSair, &QPushButton::clicked, this, [this] { cmdSair_Click(); });
+    auto* f1 = new QShortcut(QKeySequence(Qt::Key_F1), this);
+    QObject::connect(f1, &QShortcut::activated, this, [this] { Ajuda(this, "Index"); });
+    auto* f10 = new QShortcut(QKeySequence(Qt::Key_F10), this);
+    QObject::connect(f10, &QShortcut::activated, this, [] { Revelações_de_Deus(true); });
+    Monta_Menu();
+    Monta_Barra_de_Status();
+    resize(1024, 720);
     Form_Load();
+}
+
+QAction* frmPrincipal::Entrada(QMenu* menu, const char* nome, const QString& título) {
+    QAction* ação = menu->addAction(título);
+    ação->setObjectName(nome);
+    return ação;
+}
+
+void frmPrincipal::Monta_Menu() {
+    QMenu* utilitários = menuBar()->addMenu("&Utilitários");
+    utilitários->setObjectName("mnuUtilitários");
+    QObject::connect(Entrada(utilitários, "mnuBackup", "&Backup de Segurança"), &QAction::triggered, this,
+                     [this] { Ajuda(this, "Backup"); });
+    QMenu* ajuda = menuBar()->addMenu("&Ajuda");
+    ajuda->setObjectName("mnuAjuda");
+    QObject::connect(Entrada(ajuda, "mnuManual", "&Abre o Manual On-Line (também acessível através da tecla F1)"),
+                     &QAction::triggered, this, [this] { Ajuda(this, "Index"); });
+    QObject::connect(Entrada(ajuda, "mnuSolução", "Solução de &Problemas"), &QAction::triggered, this,
+                     [this] { Ajuda(this, "Faq"); });
+    QObject::connect(Entrada(ajuda, "mnuNovidades", "&Novidades"), &QAction::triggered, this,
+                     [this] { Ajuda(this, "Novidades"); });
+    QObject::connect(
+        Entrada(ajuda, "mnuRevelações_De_Deus", "&Revelações de Deus (também acessível através da tecla F10)"),
+        &QAction::triggered, this, [] { Revelações_de_Deus(true); });
+}
+
+void frmPrincipal::Monta_Barra_de_Status() {
+    auto painel = [this](const QString& texto, const QString& dica, int estica) {
+        auto* l = new QLabel(texto, this);
+        l->setToolTip(dica);
+        l->setFrameShape(QFrame::StyledPanel);
+        statusBar()->addWidget(l, estica);
+        return l;
+    };
+    painel("!! Tecle F10 para ler o texto integral acima !!", "Revelações de Deus", 3);
+    painel("Dúvidas no sistema? Tecle F1", "Mostra o Manual On-Line do sistema", 2);
+    StatusBar1_Data = painel("", "Data atual do sistema", 1);
+    StatusBar1_Hora = painel("", "Hora atual do sistema", 1);
+    auto atualiza = [this] {
+        const QDateTime agora = QDateTime::currentDateTime();
+        StatusBar1_Data->setText(agora.toString("dd/MM/yyyy"));
+        StatusBar1_Hora->setText(agora.toString("HH:mm"));
+    };
+    atualiza();
+    auto* relógio = new QTimer(this);
+    QObject::connect(relógio, &QTimer::timeout, this, atualiza);
+    relógio->start(1000);
 }
 
 void frmPrincipal::Form_Load() {
     Rotina r(this, "Form_Load");
     Nome_Janela = objectName();
+    setWindowIcon(QIcon(Caminho_Ícone("Quizora.Ico")));
+    Estado_Transação.clear();
+    Título_Versão = Título_Programa + " v. ";
+    Em_Cadastro = false;
     Sai_da_Gravação = false;
+    Comando_SQL.clear();
     {
         frmAtualiza_Versão atualiza(this);
         Plataforma_Atual().Mostra_Modal(&atualiza);
     }
-    Título_Versão = Título_Programa;
-    Versão_Sistema = QString("versão %1.%2.%3")
-                         .arg(Versão_Maior_Programa)
-                         .arg(Versão_Menor_Programa)
-                         .arg(Versão_Revisão_Programa);
-    setWindowTitle(Título_Versão + " - " + Versão_Sistema);
-    setWindowIcon(QIcon(Caminho_Ícone("Quizora.Ico")));
-    lblFundo = new QLabel(this);
-    lblFundo->setObjectName("lblFundo");
-    lblFundo->setAlignment(Qt::AlignCenter);
-    lblFundo->setText("<h1>" + Título_Programa + "</h1>");
-    setCentralWidget(lblFundo);
-    statusBar()->showMessage(Versão_Sistema);
-    resize(1024, 700);
+    Finaliza_Transação();
+    if (!Tabela_Dynaset.Source.isEmpty()) Tabela_Dynaset.Reinicia();
+    Abre_Tabelas();
+    const QString razão = Tabela.Aberto() && !Tabela.Eof() ? Tabela.Fields("Razão_Social").Value().toString().trimmed() : QString();
+    Versão_Sistema = QString("%1.%2.%3 - %4").arg(Versão_Maior_Programa).arg(Versão_Menor_Programa).arg(Versão_Revisão_Programa).arg(razão);
+    setWindowTitle(Título_Versão + Versão_Sistema);
+    // The background: the first picture of the program's image library.
+    const QStringList fundos = QDir(Caminho_Programa() + "/Ícones").entryList({"*.jpg", "*.bmp", "*.gif"}, QDir::Files, QDir::Name);
+    if (!fundos.isEmpty()) imgFundo->setPixmap(QPixmap(Caminho_Programa() + "/Ícones/" + fundos.first()));
+    Login_Solicitado = false;
+}
+
+void frmPrincipal::Abre_Tabelas() {
+    Rotina r(this, "Abre_Tabelas");
+    Tabela.Reinicia();
+    Abre_Tabela("tblConfigur");
+    if (Lastrec(Tabela.Source, Conexão) != 0) Tabela.MoveFirst();
+}
+
+bool frmPrincipal::event(QEvent* evento) {
+    const bool r = QMainWindow::event(evento);
+    if (evento->type() == QEvent::WindowActivate && !Login_Solicitado)
+        QTimer::singleShot(0, this, [this] { Form_Activate(); });
+    return r;
+}
+
+void frmPrincipal::Form_Activate() {
+    Rotina r(this, "Form_Activate");
+    if (Login_Solicitado) return;
+    Login_Solicitado = true;
+    frmLogin login(this);
+    Plataforma_Atual().Mostra_Modal(&login);
+}
+
+void frmPrincipal::cmdSair_Click() {
+    Rotina r(this, "cmdSair_Click");
+    frmSair sair(this);
+    Plataforma_Atual().Mostra_Modal(&sair);
 }
 
 void frmPrincipal::closeEvent(QCloseEvent* evento) {

@@ -3,16 +3,33 @@
 
 class QLabel;
 class QCloseEvent;
+class QPlainTextEdit;
+class QPushButton;
+class QMenu;
 
 // The main window: the only top-level window; every other window is shown modally from it.
 class frmPrincipal : public QMainWindow {
 public:
     frmPrincipal();
 
+    QLabel* imgFundo = nullptr;
+    QPlainTextEdit* txtRevelações_de_Deus = nullptr;
+    QPushButton* cmdSair = nullptr;
+    QLabel* StatusBar1_Data = nullptr;
+    QLabel* StatusBar1_Hora = nullptr;
+    bool Login_Solicitado = false;
+
+    void Form_Activate();
+    void cmdSair_Click();
+
 protected:
     void closeEvent(QCloseEvent* evento) override;
+    bool event(QEvent* evento) override;
 
 private:
     void Form_Load();
-    QLabel* lblFundo = nullptr;
+    void Abre_Tabelas();
+    void Monta_Menu();
+    void Monta_Barra_de_Status();
+    QAction* Entrada(QMenu* menu, const char* nome, const QString& título);
 };

@@ -1,0 +1,62 @@
+#include "forms/Formulário.h"
+
+#include <QCloseEvent>
+#include <QAbstractButton>
+#include <QKeyEvent>
+#include <QPlainTextEdit>
+#include <QTextEdit>
+
+#include "utilities/Ajuda.h"
+
+Formulário::Formulário(const QString& nome, QWidget* pai) : QDialog(pai) {
+    setObjectName(nome);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+}
+
+bool Formulário::event(QEvent* evento) {
+    if (evento->type() == QEvent::ShortcutOverride || evento->type() == QEvent::KeyPress) {
+        auto* tecla = static_cast<QKeyEvent*>(evento);
+        if (evento->type() == QEvent::KeyPress) {
+            if (tecla->key() == Qt::Key_F1 && !Tópico_Ajuda.isEmpty()) {
+                Ajuda(this, Tópico_Ajuda);
+                return true;
+            }
+            if (tecla->key() == Qt::Key_F10 && Revelação_Com_F10 && Ao_Teclar_F10) {
+                Ao_Teclar_F10();
+                return true;
+            }
+        }
+    }
+    return QDialog::event(evento);
+}
+
+void Formulário::showEvent(QShowEvent* evento) {
+    QDialog::showEvent(evento);
+    if (!Ativada) {
+        Ativada = true;
+        QMetaObject::invokeMethod(this, [this] { Form_Activate(); }, Qt::QueuedConnection);
+    }
+}
+
+void Formulário::keyPressEvent(QKeyEvent* evento) {
+    // Enter moves to the next control, as a text box's Tab would; a button takes it as a click.
+    if (evento->key() == Qt::Key_Return || evento->key() == Qt::Key_Enter) {
+        QWidget* atual = focusWidget();
+        if (auto* botão = qobject_cast<QAbstractButton*>(atual)) {
+            botão->click();
+        } else {
+            focusNextChild();
+        }
+        return;
+    }
+    if (evento->key() == Qt::Key_Escape) return;  // windows leave by their own buttons
+    QDialog::keyPressEvent(evento);
+}
+
+void Formulário::closeEvent(QCloseEvent* evento) {
+    if (Form_QueryUnload && !Form_QueryUnload()) {
+        evento->ignore();
+        return;
+    }
+    QDialog::closeEvent(evento);
+}

@@ -1,0 +1,28 @@
+#pragma once
+// What every window of the system has: the keyboard seen before the focused control (F1 opens the
+// window's page of the manual, F10 a citation, Enter moves to the next control), and Form_Load,
+// Form_Activate and Form_QueryUnload.
+#include <QDialog>
+#include <functional>
+
+class Formulário : public QDialog {
+public:
+    Formulário(const QString& nome, QWidget* pai = nullptr);
+
+    QString Tópico_Ajuda;        // empty: F1 does nothing in this window
+    bool Revelação_Com_F10 = true;
+    // Runs on F10; the citation routine installs itself here when it is linked in.
+    static inline std::function<void()> Ao_Teclar_F10;
+    // Asked before the window closes by any cause; false keeps it open.
+    std::function<bool()> Form_QueryUnload;
+
+protected:
+    bool event(QEvent* evento) override;
+    void closeEvent(QCloseEvent* evento) override;
+    void showEvent(QShowEvent* evento) override;
+    void keyPressEvent(QKeyEvent* evento) override;
+    virtual void Form_Activate() {}
+
+private:
+    bool Ativada = false;
+};

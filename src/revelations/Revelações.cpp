@@ -1,0 +1,94 @@
+#include "revelations/Revelações.h"
+
+#include <QDir>
+#include <QFile>
+#include <QPlainTextEdit>
+
+#include "common/Cp1252.h"
+#include "common/Globais.h"
+#include "failure/Rotina.h"
+#include "forms/Formulário.h"
+#include "platform/Plataforma.h"
+#include "reports/Texto_Relatório.h"
+#include "store/Funções_Banco.h"
+
+namespace {
+// F10 in every window opens a citation.
+const bool Instalado = [] {
+    Formulário::Ao_Teclar_F10 = [] { Revelações_de_Deus(true); };
+    return true;
+}();
+
+QString Linhas_Justificadas(QString acumulado) {
+    Edita_Parágrafo(acumulado, 110, false, false);
+    QString saída;
+    for (int i = 1; i <= Quantidade_Linhas_Parágrafo; ++i) saída += Linhas_Parágrafo[i] + "\r\n";
+    return saída;
+}
+}  // namespace
+
+bool Painel_Revelações_Vazio() { return Painel_Revelações == nullptr || Painel_Revelações->toPlainText().isEmpty(); }
+
+QString Caminho_Citação(int número) {
+    return Caminho_Programa() + QString("/Ajuda/cit_%1.txt").arg(número, 4, 10, QChar('0'));
+}
+
+QString Texto_Painel_Citação(const QString& arquivo) {
+    QFile f(arquivo);
+    if (!f.open(QIODevice::ReadOnly)) {
+        Falha(53, "O arquivo " + arquivo + " não existe.");
+        return QString();
+    }
+    QString painel, acumulado;
+    const QStringList linhas = De_Cp1252(f.readAll()).split("\r\n");
+    const int total = linhas.size() - (linhas.last().isEmpty() ? 1 : 0);
+    for (int i = 0; i < total; ++i) {
+        if (!linhas[i].isEmpty()) {
+            acumulado += linhas[i] + " ";
+        } else {
+            painel += Linhas_Justificadas(acumulado) + "\r\n";
+            acumulado.clear();
+        }
+        Plataforma_Atual().Processa_Eventos();
+    }
+    painel += Linhas_Justificadas(acumulado);
+    return painel;
+}
+
+void Revelações_de_Deus(bool Abrir) {
+    Rotina r(Fonte_Funções_Públicas, "Revelações_de_Deus");
+    Plataforma& plataforma = Plataforma_Atual();
+    plataforma.Cursor_Ocupado(Caminho_Ícone("Relógio.Ico"));
+    const int n = QDir(Caminho_Programa() + "/Ajuda").entryList({"Cit_*.Txt"}, QDir::Files).size();
+    Semeia_Gerador();
+    if (Número_Revelação == 0) Número_Revelação = Sorteia(n) + 1;
+    const QString arquivo = Caminho_Citação(static_cast<int>(Número_Revelação));
+    if (Abrir) {
+        Número_Revelação = 0;
+        QFile::setPermissions(arquivo, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther);
+        plataforma.Abre_Com_Aplicativo(arquivo);
+        plataforma.Cursor_Normal();
+        return;
+    }
+    // Citation 1 is the introduction: never shown in the panel.
+    if (Número_Revelação == 1) {
+        plataforma.Cursor_Normal();
+        return;
+    }
+    const QString texto = Texto_Painel_Citação(arquivo);
+    if (Painel_Revelações != nullptr) Painel_Revelações->setPlainText(QString(texto).replace("\r\n", "\n"));
+
+    Tabela_Secundária.Reinicia();
+    Abre_Tabela_Secundária("tblConfigur");
+    Tabela_Secundária.MoveFirst();
+    if (Tabela_Secundária.Fields("Versão_Revelações_de_Deus").Value().toInt() != n) {
+        Inicia_Transação();
+        Trava(Tabela_Secundária, Conexão_Secundária, false);
+        if (Travou) {
+            Tabela_Secundária.Fields("Versão_Revelações_de_Deus").Set_Value(n);
+            Grava(Tabela_Secundária, false);
+            Finaliza_Transação();
+        }
+    }
+    plataforma.Cursor_Normal();
+}

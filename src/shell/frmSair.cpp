@@ -1,0 +1,96 @@
+#include "shell/frmSair.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPixmap>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "common/Globais.h"
+#include "failure/Rotina.h"
+#include "platform/Plataforma.h"
+#include "store/Funções_Banco.h"
+#include "utilities/Links.h"
+
+frmSair::frmSair(QWidget* pai) : Formulário("frmSair", pai) {
+    Revelação_Com_F10 = false;
+    auto rótulo = [this](const QString& nome, const QString& texto = QString()) {
+        auto* l = new QLabel(texto, this);
+        l->setObjectName(nome);
+        return l;
+    };
+    Label6 = rótulo("Label6", "Deseja realmente sair do sistema?");
+    QFont negrito = font();
+    negrito.setBold(true);
+    negrito.setPointSize(negrito.pointSize() + 2);
+    Label6->setFont(negrito);
+    Label1 = rótulo("Label1");
+    QFont título = font();
+    título.setBold(true);
+    título.setPointSize(título.pointSize() * 2);
+    Label1->setFont(título);
+    Label2 = rótulo("Label2");
+    Label3 = rótulo("Label3");
+    Label5 = rótulo("Label5", "Clique no endereço abaixo para visitar nosso site:");
+    lblSite = rótulo("lblSite", "<a href=\"#\">" + Endereço_Site + "</a>");
+    Label4 = rótulo("Label4", "Clique no e-mail abaixo para contactar-nos (e-mail / MSN):");
+    lblEmail = rótulo("lblEmail", "<a href=\"#\">" + Endereço_Suporte + "</a>");
+    Image1 = rótulo("Image1");
+    Image1->setPixmap(QPixmap(Caminho_Ícone("Quizora.png")).scaled(80, 80, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    cmdSair = new QPushButton("&Sair", this);
+    cmdSair->setObjectName("cmdSair");
+    cmdCancelar = new QPushButton("&Cancelar", this);
+    cmdCancelar->setObjectName("cmdCancelar");
+
+    auto* identificação = new QVBoxLayout;
+    for (QLabel* l : {Label1, Label2, Label3}) identificação->addWidget(l);
+    auto* topo = new QHBoxLayout;
+    topo->addWidget(Image1);
+    topo->addLayout(identificação, 1);
+    auto* botões = new QHBoxLayout;
+    botões->addStretch();
+    botões->addWidget(cmdSair);
+    botões->addWidget(cmdCancelar);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(20, 16, 20, 16);
+    layout->addWidget(Label6);
+    layout->addSpacing(8);
+    layout->addLayout(topo);
+    layout->addSpacing(8);
+    for (QLabel* l : {Label5, lblSite, Label4, lblEmail}) layout->addWidget(l);
+    layout->addSpacing(8);
+    layout->addLayout(botões);
+
+    QObject::connect(cmdSair, &QPushButton::clicked, this, [this] { cmdSair_Click(); });
+    QObject::connect(cmdCancelar, &QPushButton::clicked, this, [this] { cmdCancelar_Click(); });
+    QObject::connect(lblSite, &QLabel::linkActivated, this, [this] { Visita_Site_da_Norvane_Informática(this); });
+    QObject::connect(lblEmail, &QLabel::linkActivated, this, [this] { Envia_Email_ao_Ornelio(this); });
+    Form_Load();
+}
+
+void frmSair::Form_Load() {
+    Rotina r(this, "Form_Load");
+    Nome_Janela = objectName();
+    setWindowIcon(QIcon());
+    setWindowTitle("Sair do sistema...");
+    Label1->setText(Título_Programa);
+    Label2->setText(QString("versão %1.%2.%3").arg(Versão_Maior_Programa).arg(Versão_Menor_Programa).arg(Versão_Revisão_Programa));
+    Em_Cadastro = false;
+    Comando_SQL.clear();
+    Label3->setText("Desenvolvido por Norvane Informática - 2004-" +
+                    QString::number(Plataforma_Atual().Agora().date().year()));
+}
+
+void frmSair::cmdSair_Click() {
+    Rotina r(this, "cmdSair_Click");
+    Plataforma_Atual().Encerra_Agora(0);
+}
+
+void frmSair::cmdCancelar_Click() {
+    Rotina r(this, "cmdCancelar_Click");
+    Em_Cadastro = false;
+    Finaliza_Transação();
+    reject();
+    Operação = "Consulta";
+}

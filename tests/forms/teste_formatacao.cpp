@@ -1,0 +1,86 @@
+// The stored capitalisation, the progress estimate, the date check and the width of numbers.
+#include <gtest/gtest.h>
+
+#include <QDialog>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+
+#include "forms/Formatação.h"
+#include "support/Pasta_Teste.h"
+#include "support/Plataforma_Roteirizada.h"
+
+TEST(Formatacao, ConnectivesStaySmallOnlyBetweenBlanks) {
+    EXPECT_EQ(Texto_Transformado("joão e maria da silva"), "João e Maria da Silva");
+    EXPECT_EQ(Texto_Transformado("E DOS OUTROS"), "E dos Outros");
+    EXPECT_EQ(Texto_Transformado("pedro e paulo e tiago"), "Pedro e Paulo e Tiago");
+    EXPECT_EQ(Texto_Transformado("rio grande do norte"), "Rio Grande do Norte");
+    EXPECT_EQ(Texto_Transformado("filhos das trevas, dos"), "Filhos das Trevas, Dos");
+    EXPECT_EQ(Texto_Transformado("CPF do titular"), "Cpf do Titular");
+    EXPECT_EQ(Texto_Transformado("beija-flor ÁGUA"), "Beija-flor Água");
+    EXPECT_EQ(Texto_Transformado(""), "");
+}
+
+TEST(Formatacao, TransformingAWindowTouchesTextBoxesButNotEmptyOrMaskedOnes) {
+    Pasta_Teste pasta;
+    Plataforma_Roteirizada plataforma;
+    QDialog janela;
+    auto* nome = new QLineEdit("MARIA DAS DORES", &janela);
+    auto* vazio = new QLineEdit(&janela);
+    auto* senha = new QLineEdit("SeGrEdO", &janela);
+    senha->setEchoMode(QLineEdit::Password);
+    Transformar_Campos(&janela);
+    EXPECT_EQ(nome->text(), "Maria das Dores");
+    EXPECT_EQ(vazio->text(), "");
+    EXPECT_EQ(senha->text(), "SeGrEdO");
+}
+
+TEST(Formatacao, ProgressBarCopesWithZeroAndOverflowAndWritesTheEstimate) {
+    Pasta_Teste pasta;
+    Plataforma_Roteirizada plataforma;
+    QDialog janela;
+    auto* barra = new QProgressBar(&janela);
+    barra->setObjectName("pgbBarra_De_Progresso");
+
+    Início_Progresso = plataforma.Relógio;
+    Barra_de_Progresso(1, 0, 1, &janela);
+    EXPECT_EQ(barra->minimum(), 1);
+    EXPECT_EQ(barra->maximum(), 2);
+    Barra_de_Progresso(1, 10, 25, &janela);
+    EXPECT_EQ(barra->value(), barra->maximum());
+
+    // 1,200 rows in 166.667 s leave 1,800 rows for 250 s.
+    Início_Progresso = plataforma.Relógio.addMSecs(-166667);
+    Barra_de_Progresso(1, 3000, 1200, &janela);
+    EXPECT_EQ(barra->value(), 1200);
+    EXPECT_EQ(janela.windowTitle(), "Terminará em 0 dias e 00:04:10 hs    Processando 1.200 de 3.000    (40,00%)");
+    EXPECT_EQ(Texto_Progresso(3, 1, plataforma.Relógio.addDays(-1), plataforma.Relógio).left(25),
+              "Terminará em 2 dias e 00:");
+}
+
+TEST(Formatacao, DateCheckAsksForAValidDateUnlessLeavingOrEmptyIsAllowed) {
+    Pasta_Teste pasta;
+    Plataforma_Roteirizada plataforma;
+    QDialog janela;
+    auto* cancelar = new QPushButton(&janela);
+    cancelar->setObjectName("cmdCancelar");
+
+    EXPECT_TRUE(Calendário("23/11/2026", false, &janela));
+    EXPECT_TRUE(Calendário("", true, &janela));
+    EXPECT_TRUE(plataforma.Caixas.isEmpty());
+    EXPECT_FALSE(Calendário("", false, &janela));
+    EXPECT_FALSE(Calendário("31/02/2026", false, &janela));
+    ASSERT_EQ(plataforma.Caixas.size(), 2);
+    EXPECT_EQ(plataforma.Caixas[0].Texto, "Informe uma data válida!!!");
+    cancelar->setDown(true);
+    EXPECT_TRUE(Calendário("não é data", false, &janela));
+    EXPECT_EQ(plataforma.Caixas.size(), 2);
+}
+
+TEST(Formatacao, NumberWidthCountsSignAndPoint) {
+    Pasta_Teste pasta;
+    Plataforma_Roteirizada plataforma;
+    EXPECT_EQ(Lennum(1234), 4);
+    EXPECT_EQ(Lennum(-1.5), 4);
+    EXPECT_EQ(Lennum(0), 1);
+}
