@@ -23,7 +23,9 @@ namespace {
 constexpr int Perguntas = 10000;
 constexpr int Citações = 2000;
 
-QString Pergunta(int i) { return QString("Pergunta número %1 do banco de ensaio?").arg(i); }
+QString Pergunta(int i) {
+    return QString("Pergunta número %1 do banco de ensaio?").arg(i);
+}
 
 void Cria_Sementes(const QString& dados) {
     auto cria = [](const QString& caminho, const QStringList& tabelas) {
@@ -61,7 +63,8 @@ void Cria_Sementes(const QString& dados) {
         for (int i = 1; i <= Perguntas; ++i) {
             r.AddNew();
             r.Fields("Pergunta").Set_Value(Pergunta(i));
-            for (const char* c : {"Resposta_Correta", "Resposta_Incorreta_1", "Resposta_Incorreta_2", "Resposta_Incorreta_3"})
+            for (const char* c :
+                 {"Resposta_Correta", "Resposta_Incorreta_1", "Resposta_Incorreta_2", "Resposta_Incorreta_3"})
                 r.Fields(c).Set_Value(QString("Resposta %1").arg(c));
             r.Fields("Tipo").Set_Value(i % 2 ? "G" : "B");
             r.Fields("Já_Comparada").Set_Value(false);
@@ -74,8 +77,10 @@ void Cria_Sementes(const QString& dados) {
         banco.Close();
     }
     int erro = 0;
-    zip_t* arquivo = zip_open(QFile::encodeName(dados + "/Temp.Zip").constData(), ZIP_CREATE | ZIP_TRUNCATE, &erro);
-    zip_file_add(arquivo, "Temp.Mdb", zip_source_file(arquivo, QFile::encodeName(dados + "/z/Temp.Mdb").constData(), 0, -1), 0);
+    zip_t* arquivo =
+        zip_open(QFile::encodeName(dados + "/Temp.Zip").constData(), ZIP_CREATE | ZIP_TRUNCATE, &erro);
+    zip_file_add(arquivo, "Temp.Mdb",
+                 zip_source_file(arquivo, QFile::encodeName(dados + "/z/Temp.Mdb").constData(), 0, -1), 0);
     zip_close(arquivo);
     QDir(dados + "/z").removeRecursively();
 }
@@ -118,18 +123,22 @@ void BM_Carga_Sementes_SQLite_Puro(benchmark::State& estado) {
         const QByteArray caminho = (pasta.path() + "/puro.db").toUtf8();
         sqlite3* banco = nullptr;
         sqlite3_open(caminho.constData(), &banco);
-        sqlite3_exec(banco,
-                     "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;"
-                     "CREATE TABLE p(Pergunta TEXT, Código INTEGER PRIMARY KEY AUTOINCREMENT, R1 TEXT, R2 TEXT, R3 TEXT, "
-                     "R4 TEXT, Tipo TEXT, C INT, V INT, Original TEXT);"
-                     "CREATE INDEX po ON p(Original); CREATE TABLE r(Palavra TEXT, Código INTEGER PRIMARY KEY "
-                     "AUTOINCREMENT, N INT, L INT);",
-                     nullptr, nullptr, nullptr);
+        sqlite3_exec(
+            banco,
+            "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;"
+            "CREATE TABLE p(Pergunta TEXT, Código INTEGER PRIMARY KEY AUTOINCREMENT, R1 TEXT, R2 TEXT, R3 "
+            "TEXT, "
+            "R4 TEXT, Tipo TEXT, C INT, V INT, Original TEXT);"
+            "CREATE INDEX po ON p(Original); CREATE TABLE r(Palavra TEXT, Código INTEGER PRIMARY KEY "
+            "AUTOINCREMENT, N INT, L INT);",
+            nullptr, nullptr, nullptr);
         estado.ResumeTiming();
         sqlite3_stmt *busca, *insere, *cita;
         sqlite3_prepare_v2(banco, "SELECT rowid FROM p WHERE Original = ?", -1, &busca, nullptr);
-        sqlite3_prepare_v2(banco, "INSERT INTO p VALUES (?, NULL, 'a', 'b', 'c', 'd', 'G', 0, 0, ?)", -1, &insere, nullptr);
-        sqlite3_prepare_v2(banco, "INSERT INTO r VALUES ('fé, esperança, perdão', NULL, ?, 20)", -1, &cita, nullptr);
+        sqlite3_prepare_v2(banco, "INSERT INTO p VALUES (?, NULL, 'a', 'b', 'c', 'd', 'G', 0, 0, ?)", -1,
+                           &insere, nullptr);
+        sqlite3_prepare_v2(banco, "INSERT INTO r VALUES ('fé, esperança, perdão', NULL, ?, 20)", -1, &cita,
+                           nullptr);
         sqlite3_exec(banco, "BEGIN", nullptr, nullptr, nullptr);
         for (int i = 1; i <= Citações; ++i) {
             sqlite3_bind_int(cita, 1, i);
@@ -165,7 +174,7 @@ BENCHMARK(BM_Carga_Sementes_Pelo_Programa)->Unit(benchmark::kMillisecond)->Itera
 namespace {
 // Prints each result and, at the end, the program's time as a multiple of raw SQLite's.
 class Relator_Razão : public benchmark::ConsoleReporter {
-public:
+  public:
     void ReportRuns(const std::vector<Run>& execuções) override {
         ConsoleReporter::ReportRuns(execuções);
         for (const Run& r : execuções) Tempos[r.benchmark_name()] = r.GetAdjustedRealTime();
@@ -177,8 +186,7 @@ public:
             if (nome.find("Pelo_Programa") != std::string::npos) programa = tempo;
             if (nome.find("SQLite_Puro") != std::string::npos) puro = tempo;
         }
-        if (programa > 0 && puro > 0)
-            std::printf("Razão programa / SQLite puro: %.2f\n", programa / puro);
+        if (programa > 0 && puro > 0) std::printf("Razão programa / SQLite puro: %.2f\n", programa / puro);
     }
     std::map<std::string, double> Tempos;
 };

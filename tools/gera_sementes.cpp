@@ -21,7 +21,7 @@
 namespace {
 // Any failure of the store stops the build with its text.
 class Plataforma_Ferramenta : public Plataforma {
-public:
+  public:
     Resposta_Caixa Caixa_Mensagem(const QString& texto, const QString&, Ícone_Caixa, Botões_Caixa) override {
         std::fprintf(stderr, "%s\n", qPrintable(texto));
         return Resposta_Caixa::Ok;
@@ -58,7 +58,8 @@ void Cria(Ligação& banco, const QString& tabela) {
     const Definição_Tabela d = Definição(tabela);
     Catálogo::Cria_Tabela(banco, d.Nome, d.Campos);
     for (const Índice_Info& i : d.Índices)
-        if (i.Tipo == Tipo_Índice::Simples || tabela != "tblPergunta") Catálogo::Adiciona_Índice(banco, d.Nome, i);
+        if (i.Tipo == Tipo_Índice::Simples || tabela != "tblPergunta")
+            Catálogo::Adiciona_Índice(banco, d.Nome, i);
 }
 
 Ligação Novo_Banco(const QString& caminho) {
@@ -109,13 +110,18 @@ int Dinâmicas(Ligação& banco, const QString& arquivo) {
         int i = 0;
         for (; i < linhas.size(); ++i) {
             const QString& l = linhas[i];
-            if (l.startsWith("Dinâmica:")) nome = l.mid(9).trimmed();
-            else if (l.startsWith("Tipo:")) tipo = l.mid(5).trimmed();
-            else if (l.startsWith("Materiais:")) materiais = l.mid(10).trimmed();
-            else if (l.startsWith("Instruções:")) break;
+            if (l.startsWith("Dinâmica:"))
+                nome = l.mid(9).trimmed();
+            else if (l.startsWith("Tipo:"))
+                tipo = l.mid(5).trimmed();
+            else if (l.startsWith("Materiais:"))
+                materiais = l.mid(10).trimmed();
+            else if (l.startsWith("Instruções:"))
+                break;
         }
         instruções = linhas.mid(i + 1).join("\r\n").trimmed();
-        if (nome.isEmpty() || tipo.isEmpty() || instruções.isEmpty()) Erro("dinâmica incompleta: " + bloco.left(60));
+        if (nome.isEmpty() || tipo.isEmpty() || instruções.isEmpty())
+            Erro("dinâmica incompleta: " + bloco.left(60));
         r.AddNew();
         r.Fields("Dinâmica").Set_Value(nome);
         r.Fields("Materiais").Set_Value(materiais);
@@ -146,7 +152,8 @@ int Citações(Ligação& banco, const QString& conteudo, const QString& ajuda) 
     }
     banco.CommitTrans();
     // The citation files in code page 1252 with CR LF.
-    const QStringList arquivos = QDir(conteudo + "/citacoes").entryList({"cit_*.txt"}, QDir::Files, QDir::Name);
+    const QStringList arquivos =
+        QDir(conteudo + "/citacoes").entryList({"cit_*.txt"}, QDir::Files, QDir::Name);
     for (const QString& nome : arquivos) {
         QFile origem(conteudo + "/citacoes/" + nome);
         if (!origem.open(QIODevice::ReadOnly)) Erro("não foi possível ler " + nome);
@@ -165,7 +172,8 @@ void Compacta(const QString& mdb, const QString& zip) {
     zip_t* arquivo = zip_open(QFile::encodeName(zip).constData(), ZIP_CREATE | ZIP_TRUNCATE, &erro);
     if (arquivo == nullptr) Erro("não foi possível criar " + zip);
     zip_source_t* fonte = zip_source_file(arquivo, QFile::encodeName(mdb).constData(), 0, -1);
-    if (fonte == nullptr || zip_file_add(arquivo, "Temp.Mdb", fonte, ZIP_FL_OVERWRITE) < 0) Erro("falha ao compactar");
+    if (fonte == nullptr || zip_file_add(arquivo, "Temp.Mdb", fonte, ZIP_FL_OVERWRITE) < 0)
+        Erro("falha ao compactar");
     if (zip_close(arquivo) != 0) Erro("falha ao fechar " + zip);
 }
 }  // namespace

@@ -4,7 +4,9 @@
 
 #include "platform/Plataforma.h"
 
-QString Título_Maiúsculo() { return Título_Programa.trimmed().toUpper(); }
+QString Título_Maiúsculo() {
+    return Título_Programa.trimmed().toUpper();
+}
 
 void Semeia_Gerador() {
     Plataforma& p = Plataforma_Atual();
@@ -13,7 +15,9 @@ void Semeia_Gerador() {
     p.Semeia(semente);
 }
 
-int Sorteia(int n) { return static_cast<int>(std::floor(Plataforma_Atual().Aleatório() * n)); }
+int Sorteia(int n) {
+    return static_cast<int>(std::floor(Plataforma_Atual().Aleatório() * n));
+}
 
 #include "common/Cp1252.h"
 

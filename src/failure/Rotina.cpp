@@ -19,7 +19,9 @@ Rotina::Rotina(const QString& fonte, const QString& nome, Tratador_Falha tratado
     Tratador = std::move(tratador);
 }
 
-Rotina::~Rotina() { Rotina_Atual = Anterior; }
+Rotina::~Rotina() {
+    Rotina_Atual = Anterior;
+}
 
 void Falha_Na_Linha(long número, const QString& descrição, long linha) {
     Rotina* r = Rotina_Atual;

@@ -12,7 +12,7 @@ class QObject;
 using Tratador_Falha = std::function<void(long número, const QString& descrição, long linha)>;
 
 class Rotina {
-public:
+  public:
     Rotina(const QString& fonte, const QString& nome);
     // In a window the source is the window's name.
     Rotina(const QObject* janela, const QString& nome);
@@ -26,13 +26,14 @@ public:
     QString Nome;
     Tratador_Falha Tratador;
 
-private:
+  private:
     Rotina* Anterior;
 };
 
 inline const QString Fonte_Funções_Públicas = "Funções Públicas";
 
 // Reports a failure to the innermost routine's trap.
-void Falha(long número, const QString& descrição, std::source_location onde = std::source_location::current());
+void Falha(long número, const QString& descrição,
+           std::source_location onde = std::source_location::current());
 // The line of the statement that fails, when it is not the caller of Falha itself.
 void Falha_Na_Linha(long número, const QString& descrição, long linha);

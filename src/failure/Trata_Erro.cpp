@@ -11,16 +11,19 @@ QString Traduz_Erro(long número, const QString& descrição, const QString& sub
     switch (número) {
         case Erro_Índice_Duplicado: {
             const QString início = descrição.left(25);
-            if (início == "As alterações solicitadas" || início == "The changes you requested") return Texto_Duplicado;
+            if (início == "As alterações solicitadas" || início == "The changes you requested")
+                return Texto_Duplicado;
             return descrição;
         }
         case Erro_Índice_Excesso:
-            return "Propriedade INDEX da tabela foi definida em excesso. \r\rÉ necessário rearranjar a ordem de "
+            return "Propriedade INDEX da tabela foi definida em excesso. \r\rÉ necessário rearranjar a ordem "
+                   "de "
                    "disposição das tabelas e dos índices.\r\r" +
                    descrição;
         case Erro_Bloqueado: {
             QString texto =
-                "Ou informação foi excluída do banco de dados, ou não foi possível executar a instrução SQL, ou a "
+                "Ou informação foi excluída do banco de dados, ou não foi possível executar a instrução SQL, "
+                "ou a "
                 "informação encontra-se atualmente bloqueada para sofrer atualização";
             if (sub_rotina.left(11) == "Abre_Tabela")
                 texto += ".\r\rÉ necessário reinstalar os softwares MDAC 2.8 e JET 4 neste computador";
@@ -29,9 +32,11 @@ QString Traduz_Erro(long número, const QString& descrição, const QString& sub
         case Erro_Drivers:
             return "O sistema " + Título_Programa +
                    " requer que os driver´s de acesso a banco de dados da Microsoft estejam instalados no "
-                   "computador.\r\rPara instalá-los, basta novamente executar o programa de instalação do sistema " +
+                   "computador.\r\rPara instalá-los, basta novamente executar o programa de instalação do "
+                   "sistema " +
                    Título_Programa +
-                   " e, na tela \"ATENÇÃO!!!\" que lhe for mostrada, clicar nos link´s correspondentes à sua versão "
+                   " e, na tela \"ATENÇÃO!!!\" que lhe for mostrada, clicar nos link´s correspondentes à sua "
+                   "versão "
                    "do Windows para iniciar o download dos driver´s e instalá-los";
         default: {
             const QString fixa = Tradução_Erro_Fixa(número);
@@ -40,14 +45,16 @@ QString Traduz_Erro(long número, const QString& descrição, const QString& sub
     }
 }
 
-QString Caminho_Log_Ocorrências() { return Caminho_Programa() + "/Log de Ocorrências.Log"; }
+QString Caminho_Log_Ocorrências() {
+    return Caminho_Programa() + "/Log de Ocorrências.Log";
+}
 
 bool Registra_Ocorrência(long número, const QString& código_fonte, const QString& sub_rotina, long linha) {
     const QDateTime agora = Plataforma_Atual().Agora();
     const QString entrada =
-        "Descrição do Erro: " + Mensagem_Erro + ".\r\n" + "Código-Fonte: " + código_fonte + "   Sub-Rotina: " +
-        sub_rotina + "()   Nº. da Linha: " + QString::number(linha) + "\r\n" + "Operação: " + Operação +
-        "   Código: " + QString::number(número) + "   Usuário: " + Usuário_Atual +
+        "Descrição do Erro: " + Mensagem_Erro + ".\r\n" + "Código-Fonte: " + código_fonte +
+        "   Sub-Rotina: " + sub_rotina + "()   Nº. da Linha: " + QString::number(linha) + "\r\n" +
+        "Operação: " + Operação + "   Código: " + QString::number(número) + "   Usuário: " + Usuário_Atual +
         "   Data: " + agora.toString("dd/MM/yyyy") + "   Hora: " + agora.toString("HH:mm:ss") + " hs\r\n" +
         QString(135, '_') + "\r\n\r\n";
     QFile arquivo(Caminho_Log_Ocorrências());
@@ -61,10 +68,12 @@ bool Registra_Ocorrência(long número, const QString& código_fonte, const QStr
 namespace {
 QString Texto_Caixa_Erro(long número, const QString& código_fonte, const QString& sub_rotina, long linha) {
     return "Ocorrência de erro...\r\r(Código " + QString::number(número) + ") -> " + Mensagem_Erro +
-           ".\r\rCódigo-Fonte: " + código_fonte + "\r\rSub-Rotina ..: " + sub_rotina + "()\r\rNº. da Linha .: " +
-           QString::number(linha) + "\r\rSistema ......: " + Título_Programa +
-           "\r\rEstas mensagens de erro podem ser resolvidas consultando o artigo RESPOSTAS ÀS PERGUNTAS MAIS "
-           "COMUNS que acompanha esse software.\r\rAs mesmas podem ser acessadas através do atalho MENU INICIAR, "
+           ".\r\rCódigo-Fonte: " + código_fonte + "\r\rSub-Rotina ..: " + sub_rotina +
+           "()\r\rNº. da Linha .: " + QString::number(linha) + "\r\rSistema ......: " + Título_Programa +
+           "\r\rEstas mensagens de erro podem ser resolvidas consultando o artigo RESPOSTAS ÀS PERGUNTAS "
+           "MAIS "
+           "COMUNS que acompanha esse software.\r\rAs mesmas podem ser acessadas através do atalho MENU "
+           "INICIAR, "
            "PROGRAMAS, " +
            Título_Programa.toUpper() +
            ", RESPOSTAS ÀS PERGUNTAS MAIS COMUNS.\r\rCaso o problema persista após ter consultado o artigo, "
@@ -113,7 +122,8 @@ void Trata_Erro(long Número, const QString& Descrição, long Linha, const QStr
     if (Número == Erro_Duplicado_Jet || Número == Erro_Bloqueado) {
         Encerra_Sistema = false;
         Registra_Erro = false;
-        plataforma.Caixa_Mensagem(Mensagem_Erro + ".", Título_Programa, Ícone_Caixa::Crítico, Botões_Caixa::Ok);
+        plataforma.Caixa_Mensagem(Mensagem_Erro + ".", Título_Programa, Ícone_Caixa::Crítico,
+                                  Botões_Caixa::Ok);
     }
 
     if (Repetições_Erro > 100) {
@@ -128,8 +138,8 @@ void Trata_Erro(long Número, const QString& Descrição, long Linha, const QStr
         if (!Registra_Ocorrência(Número, Código_Fonte, Sub_Rotina, Linha))
             Falha(75, "Não foi possível gravar " + Caminho_Log_Ocorrências());
         if (plataforma.Linha_Comando_Vazia())
-            plataforma.Caixa_Mensagem(Texto_Caixa_Erro(Número, Código_Fonte, Sub_Rotina, Linha), Título_Programa,
-                                      Ícone_Caixa::Crítico, Botões_Caixa::Ok);
+            plataforma.Caixa_Mensagem(Texto_Caixa_Erro(Número, Código_Fonte, Sub_Rotina, Linha),
+                                      Título_Programa, Ícone_Caixa::Crítico, Botões_Caixa::Ok);
     }
 
     if (Encerra_Sistema) plataforma.Encerra_Agora(1);

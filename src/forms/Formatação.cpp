@@ -67,8 +67,9 @@ QString Texto_Progresso(double Máximo, double Atual, const QDateTime& início, 
     const qint64 segundos = std::llround((restante - std::floor(restante)) * 86400.0);
     const QTime hora = QTime(0, 0).addSecs(segundos % 86400);
     const double percentual = Máximo != 0 ? 100.0 * Atual / Máximo : 0;
-    return "Terminará em " + local.toString(static_cast<qlonglong>(dias)) + " dias e " + hora.toString("hh:mm:ss") +
-           " hs    Processando " + local.toString(static_cast<qlonglong>(std::llround(Atual))) + " de " +
+    return "Terminará em " + local.toString(static_cast<qlonglong>(dias)) + " dias e " +
+           hora.toString("hh:mm:ss") + " hs    Processando " +
+           local.toString(static_cast<qlonglong>(std::llround(Atual))) + " de " +
            local.toString(static_cast<qlonglong>(std::llround(Máximo))) + "    (" +
            local.toString(percentual, 'f', 2) + "%)";
 }

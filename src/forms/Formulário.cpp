@@ -34,7 +34,8 @@ void Formulário::showEvent(QShowEvent* evento) {
     QDialog::showEvent(evento);
     if (!Ativada) {
         Ativada = true;
-        QMetaObject::invokeMethod(this, [this] { Form_Activate(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this] { Form_Activate(); }, Qt::QueuedConnection);
     }
 }
 

@@ -6,23 +6,23 @@
 #include <functional>
 
 class Formulário : public QDialog {
-public:
+  public:
     Formulário(const QString& nome, QWidget* pai = nullptr);
 
-    QString Tópico_Ajuda;        // empty: F1 does nothing in this window
+    QString Tópico_Ajuda;  // empty: F1 does nothing in this window
     bool Revelação_Com_F10 = true;
     // Runs on F10; the citation routine installs itself here when it is linked in.
     static inline std::function<void()> Ao_Teclar_F10;
     // Asked before the window closes by any cause; false keeps it open.
     std::function<bool()> Form_QueryUnload;
 
-protected:
+  protected:
     bool event(QEvent* evento) override;
     void closeEvent(QCloseEvent* evento) override;
     void showEvent(QShowEvent* evento) override;
     void keyPressEvent(QKeyEvent* evento) override;
     virtual void Form_Activate() {}
 
-private:
+  private:
     bool Ativada = false;
 };

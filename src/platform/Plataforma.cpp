@@ -25,4 +25,6 @@ QString Caminho_Programa() {
     return QDir::currentPath();
 }
 
-QString Caminho_Dados() { return Caminho_Programa() + "/Dados"; }
+QString Caminho_Dados() {
+    return Caminho_Programa() + "/Dados";
+}

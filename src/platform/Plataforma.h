@@ -13,7 +13,7 @@ enum class Botões_Caixa { Ok, Ok_Cancelar, Sim_Não, Sim_Não_Cancelar };
 enum class Resposta_Caixa { Ok, Cancelar, Sim, Não };
 
 class Plataforma {
-public:
+  public:
     virtual ~Plataforma() = default;
 
     // Texts may carry CR (character 13) as line ends.

@@ -32,16 +32,31 @@ Resposta_Caixa Plataforma_Qt::Caixa_Mensagem(const QString& texto, const QString
     caixa.setWindowTitle(título);
     caixa.setText(Texto_Para_Tela(texto));
     switch (ícone) {
-        case Ícone_Caixa::Informação: caixa.setIcon(QMessageBox::Information); break;
-        case Ícone_Caixa::Exclamação: caixa.setIcon(QMessageBox::Warning); break;
-        case Ícone_Caixa::Pergunta: caixa.setIcon(QMessageBox::Question); break;
-        case Ícone_Caixa::Crítico: caixa.setIcon(QMessageBox::Critical); break;
-        case Ícone_Caixa::Nenhum: break;
+        case Ícone_Caixa::Informação:
+            caixa.setIcon(QMessageBox::Information);
+            break;
+        case Ícone_Caixa::Exclamação:
+            caixa.setIcon(QMessageBox::Warning);
+            break;
+        case Ícone_Caixa::Pergunta:
+            caixa.setIcon(QMessageBox::Question);
+            break;
+        case Ícone_Caixa::Crítico:
+            caixa.setIcon(QMessageBox::Critical);
+            break;
+        case Ícone_Caixa::Nenhum:
+            break;
     }
     switch (botões) {
-        case Botões_Caixa::Ok: caixa.setStandardButtons(QMessageBox::Ok); break;
-        case Botões_Caixa::Ok_Cancelar: caixa.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel); break;
-        case Botões_Caixa::Sim_Não: caixa.setStandardButtons(QMessageBox::Yes | QMessageBox::No); break;
+        case Botões_Caixa::Ok:
+            caixa.setStandardButtons(QMessageBox::Ok);
+            break;
+        case Botões_Caixa::Ok_Cancelar:
+            caixa.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
+            break;
+        case Botões_Caixa::Sim_Não:
+            caixa.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+            break;
         case Botões_Caixa::Sim_Não_Cancelar:
             caixa.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
             break;
@@ -55,10 +70,14 @@ Resposta_Caixa Plataforma_Qt::Caixa_Mensagem(const QString& texto, const QString
     const int r = caixa.exec();
     if (trocado) QApplication::restoreOverrideCursor();
     switch (r) {
-        case QMessageBox::Cancel: return Resposta_Caixa::Cancelar;
-        case QMessageBox::Yes: return Resposta_Caixa::Sim;
-        case QMessageBox::No: return Resposta_Caixa::Não;
-        default: return Resposta_Caixa::Ok;
+        case QMessageBox::Cancel:
+            return Resposta_Caixa::Cancelar;
+        case QMessageBox::Yes:
+            return Resposta_Caixa::Sim;
+        case QMessageBox::No:
+            return Resposta_Caixa::Não;
+        default:
+            return Resposta_Caixa::Ok;
     }
 }
 
@@ -69,9 +88,13 @@ QString Plataforma_Qt::Caixa_Entrada(const QString& texto, const QString& títul
     return ok ? r : QString();
 }
 
-int Plataforma_Qt::Mostra_Modal(QDialog* janela) { return janela->exec(); }
+int Plataforma_Qt::Mostra_Modal(QDialog* janela) {
+    return janela->exec();
+}
 
-void Plataforma_Qt::Bipe() { QApplication::beep(); }
+void Plataforma_Qt::Bipe() {
+    QApplication::beep();
+}
 
 void Plataforma_Qt::Toca_Som(const QString& arquivo) {
     if (!QFileInfo::exists(arquivo)) return;
@@ -92,9 +115,13 @@ void Plataforma_Qt::Abre_Com_Aplicativo(const QString& caminho_ou_endereço) {
     QDesktopServices::openUrl(url);
 }
 
-void Plataforma_Qt::Dorme(int milissegundos) { QThread::msleep(static_cast<unsigned long>(milissegundos)); }
+void Plataforma_Qt::Dorme(int milissegundos) {
+    QThread::msleep(static_cast<unsigned long>(milissegundos));
+}
 
-void Plataforma_Qt::Processa_Eventos() { QApplication::processEvents(); }
+void Plataforma_Qt::Processa_Eventos() {
+    QApplication::processEvents();
+}
 
 void Plataforma_Qt::Cursor_Ocupado(const QString& arquivo_ícone) {
     QPixmap imagem(arquivo_ícone);
@@ -112,7 +139,9 @@ void Plataforma_Qt::Cursor_Normal() {
     Cursor_Trocado = false;
 }
 
-QDateTime Plataforma_Qt::Agora() { return QDateTime::currentDateTime(); }
+QDateTime Plataforma_Qt::Agora() {
+    return QDateTime::currentDateTime();
+}
 
 float Plataforma_Qt::Segundos_Desde_Meia_Noite() {
     const QTime agora = QTime::currentTime();
@@ -130,6 +159,10 @@ double Plataforma_Qt::Aleatório() {
     return x < 1.0 ? x : 0.0;
 }
 
-bool Plataforma_Qt::Linha_Comando_Vazia() { return Argumentos.size() <= 1; }
+bool Plataforma_Qt::Linha_Comando_Vazia() {
+    return Argumentos.size() <= 1;
+}
 
-void Plataforma_Qt::Encerra_Agora(int código) { std::_Exit(código); }
+void Plataforma_Qt::Encerra_Agora(int código) {
+    std::_Exit(código);
+}

@@ -5,7 +5,7 @@
 
 // The production platform: Qt widgets, the desktop's default applications, the real clock.
 class Plataforma_Qt : public Plataforma {
-public:
+  public:
     explicit Plataforma_Qt(QStringList argumentos);
 
     Resposta_Caixa Caixa_Mensagem(const QString& texto, const QString& título, Ícone_Caixa ícone,
@@ -26,7 +26,7 @@ public:
     bool Linha_Comando_Vazia() override;
     [[noreturn]] void Encerra_Agora(int código) override;
 
-private:
+  private:
     QStringList Argumentos;
     std::mt19937 Gerador;
     bool Cursor_Trocado = false;

@@ -27,7 +27,9 @@ QString Linhas_Justificadas(QString acumulado) {
 }
 }  // namespace
 
-bool Painel_Revelações_Vazio() { return Painel_Revelações == nullptr || Painel_Revelações->toPlainText().isEmpty(); }
+bool Painel_Revelações_Vazio() {
+    return Painel_Revelações == nullptr || Painel_Revelações->toPlainText().isEmpty();
+}
 
 QString Caminho_Citação(int número) {
     return Caminho_Programa() + QString("/Ajuda/cit_%1.txt").arg(número, 4, 10, QChar('0'));

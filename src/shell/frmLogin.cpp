@@ -51,7 +51,8 @@ frmLogin::frmLogin(QWidget* pai) : Formulário("frmLogin", pai) {
     cmdSair->setObjectName("cmdSair");
     Image1 = new QLabel(this);
     Image1->setObjectName("Image1");
-    Image1->setPixmap(QPixmap(Caminho_Ícone("Quizora.png")).scaled(72, 72, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    Image1->setPixmap(
+        QPixmap(Caminho_Ícone("Quizora.png")).scaled(72, 72, Qt::KeepAspectRatio, Qt::SmoothTransformation));
 
     auto* grade = new QGridLayout(fraLogin);
     grade->addWidget(Label3, 0, 0);
@@ -164,7 +165,8 @@ void frmLogin::cmdOk_Click() {
         const QString companheiro = Caminho_Programa() + "/Atualização Sistemas da Norvane Informática.Exe";
         if (QFileInfo::exists(companheiro)) QProcess::startDetached(companheiro, {});
         const QScreen* tela = QGuiApplication::primaryScreen();
-        if (tela != nullptr && (tela->size().height() < 600 || tela->size().width() < 800)) Exibe_Mensagem(20);
+        if (tela != nullptr && (tela->size().height() < 600 || tela->size().width() < 800))
+            Exibe_Mensagem(20);
     }
     Tabela.Fields("Quantidade_Execuções").Set_Value(execuções > 15 ? 0 : execuções + 1);
     Grava(Tabela, false);

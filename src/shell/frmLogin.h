@@ -9,7 +9,7 @@ class QGroupBox;
 
 // The login: nothing of the system can be reached before it closes.
 class frmLogin : public Formulário {
-public:
+  public:
     explicit frmLogin(QWidget* pai = nullptr);
 
     QLabel* lblLogin;
@@ -27,7 +27,7 @@ public:
     void cmdOk_Click();
     void cmdSair_Click();
 
-private:
+  private:
     void Form_Load();
     void Abre_Tabelas();
 };

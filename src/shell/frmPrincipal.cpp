@@ -51,7 +51,8 @@ frmPrincipal::frmPrincipal() {
     txtRevelações_de_Deus->setFont(fixa);
     txtRevelações_de_Deus->setLineWrapMode(QPlainTextEdit::NoWrap);
     txtRevelações_de_Deus->setFixedHeight(230);
-    txtRevelações_de_Deus->setStyleSheet("QPlainTextEdit { background: rgba(255, 255, 255, 215); border: 1px solid #7a8ca3; }");
+    txtRevelações_de_Deus->setStyleSheet(
+        "QPlainTextEdit { background: rgba(255, 255, 255, 215); border: 1px solid #7a8ca3; }");
     grade->addWidget(txtRevelações_de_Deus, 2, 0, 1, 3, Qt::AlignBottom);
     grade->setRowStretch(1, 1);
     Painel_Revelações = txtRevelações_de_Deus;
@@ -80,15 +81,16 @@ void frmPrincipal::Monta_Menu() {
                      [this] { Ajuda(this, "Backup"); });
     QMenu* ajuda = menuBar()->addMenu("&Ajuda");
     ajuda->setObjectName("mnuAjuda");
-    QObject::connect(Entrada(ajuda, "mnuManual", "&Abre o Manual On-Line (também acessível através da tecla F1)"),
-                     &QAction::triggered, this, [this] { Ajuda(this, "Index"); });
+    QObject::connect(
+        Entrada(ajuda, "mnuManual", "&Abre o Manual On-Line (também acessível através da tecla F1)"),
+        &QAction::triggered, this, [this] { Ajuda(this, "Index"); });
     QObject::connect(Entrada(ajuda, "mnuSolução", "Solução de &Problemas"), &QAction::triggered, this,
                      [this] { Ajuda(this, "Faq"); });
     QObject::connect(Entrada(ajuda, "mnuNovidades", "&Novidades"), &QAction::triggered, this,
                      [this] { Ajuda(this, "Novidades"); });
-    QObject::connect(
-        Entrada(ajuda, "mnuRevelações_De_Deus", "&Revelações de Deus (também acessível através da tecla F10)"),
-        &QAction::triggered, this, [] { Revelações_de_Deus(true); });
+    QObject::connect(Entrada(ajuda, "mnuRevelações_De_Deus",
+                             "&Revelações de Deus (também acessível através da tecla F10)"),
+                     &QAction::triggered, this, [] { Revelações_de_Deus(true); });
 }
 
 void frmPrincipal::Monta_Barra_de_Status() {
@@ -130,11 +132,18 @@ void frmPrincipal::Form_Load() {
     Finaliza_Transação();
     if (!Tabela_Dynaset.Source.isEmpty()) Tabela_Dynaset.Reinicia();
     Abre_Tabelas();
-    const QString razão = Tabela.Aberto() && !Tabela.Eof() ? Tabela.Fields("Razão_Social").Value().toString().trimmed() : QString();
-    Versão_Sistema = QString("%1.%2.%3 - %4").arg(Versão_Maior_Programa).arg(Versão_Menor_Programa).arg(Versão_Revisão_Programa).arg(razão);
+    const QString razão = Tabela.Aberto() && !Tabela.Eof()
+                              ? Tabela.Fields("Razão_Social").Value().toString().trimmed()
+                              : QString();
+    Versão_Sistema = QString("%1.%2.%3 - %4")
+                         .arg(Versão_Maior_Programa)
+                         .arg(Versão_Menor_Programa)
+                         .arg(Versão_Revisão_Programa)
+                         .arg(razão);
     setWindowTitle(Título_Versão + Versão_Sistema);
     // The background: the first picture of the program's image library.
-    const QStringList fundos = QDir(Caminho_Programa() + "/Ícones").entryList({"*.jpg", "*.bmp", "*.gif"}, QDir::Files, QDir::Name);
+    const QStringList fundos =
+        QDir(Caminho_Programa() + "/Ícones").entryList({"*.jpg", "*.bmp", "*.gif"}, QDir::Files, QDir::Name);
     if (!fundos.isEmpty()) imgFundo->setPixmap(QPixmap(Caminho_Programa() + "/Ícones/" + fundos.first()));
     Login_Solicitado = false;
 }
@@ -148,7 +157,8 @@ void frmPrincipal::Abre_Tabelas() {
 
 bool frmPrincipal::event(QEvent* evento) {
     const bool r = QMainWindow::event(evento);
-    if (evento->type() == QEvent::WindowActivate && !Login_Solicitado)
+    // The first activation asks for the login; without a window manager the first showing counts.
+    if ((evento->type() == QEvent::WindowActivate || evento->type() == QEvent::Show) && !Login_Solicitado)
         QTimer::singleShot(0, this, [this] { Form_Activate(); });
     return r;
 }

@@ -9,7 +9,7 @@ class QMenu;
 
 // The main window: the only top-level window; every other window is shown modally from it.
 class frmPrincipal : public QMainWindow {
-public:
+  public:
     frmPrincipal();
 
     QLabel* imgFundo = nullptr;
@@ -22,11 +22,11 @@ public:
     void Form_Activate();
     void cmdSair_Click();
 
-protected:
+  protected:
     void closeEvent(QCloseEvent* evento) override;
     bool event(QEvent* evento) override;
 
-private:
+  private:
     void Form_Load();
     void Abre_Tabelas();
     void Monta_Menu();

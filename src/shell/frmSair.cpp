@@ -37,7 +37,8 @@ frmSair::frmSair(QWidget* pai) : Formulário("frmSair", pai) {
     Label4 = rótulo("Label4", "Clique no e-mail abaixo para contactar-nos (e-mail / MSN):");
     lblEmail = rótulo("lblEmail", "<a href=\"#\">" + Endereço_Suporte + "</a>");
     Image1 = rótulo("Image1");
-    Image1->setPixmap(QPixmap(Caminho_Ícone("Quizora.png")).scaled(80, 80, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    Image1->setPixmap(
+        QPixmap(Caminho_Ícone("Quizora.png")).scaled(80, 80, Qt::KeepAspectRatio, Qt::SmoothTransformation));
     cmdSair = new QPushButton("&Sair", this);
     cmdSair->setObjectName("cmdSair");
     cmdCancelar = new QPushButton("&Cancelar", this);
@@ -64,7 +65,8 @@ frmSair::frmSair(QWidget* pai) : Formulário("frmSair", pai) {
 
     QObject::connect(cmdSair, &QPushButton::clicked, this, [this] { cmdSair_Click(); });
     QObject::connect(cmdCancelar, &QPushButton::clicked, this, [this] { cmdCancelar_Click(); });
-    QObject::connect(lblSite, &QLabel::linkActivated, this, [this] { Visita_Site_da_Norvane_Informática(this); });
+    QObject::connect(lblSite, &QLabel::linkActivated, this,
+                     [this] { Visita_Site_da_Norvane_Informática(this); });
     QObject::connect(lblEmail, &QLabel::linkActivated, this, [this] { Envia_Email_ao_Ornelio(this); });
     Form_Load();
 }
@@ -75,7 +77,10 @@ void frmSair::Form_Load() {
     setWindowIcon(QIcon());
     setWindowTitle("Sair do sistema...");
     Label1->setText(Título_Programa);
-    Label2->setText(QString("versão %1.%2.%3").arg(Versão_Maior_Programa).arg(Versão_Menor_Programa).arg(Versão_Revisão_Programa));
+    Label2->setText(QString("versão %1.%2.%3")
+                        .arg(Versão_Maior_Programa)
+                        .arg(Versão_Menor_Programa)
+                        .arg(Versão_Revisão_Programa));
     Em_Cadastro = false;
     Comando_SQL.clear();
     Label3->setText("Desenvolvido por Norvane Informática - 2004-" +

@@ -6,7 +6,7 @@ class QPushButton;
 
 // The regular way out of the program.
 class frmSair : public Formulário {
-public:
+  public:
     explicit frmSair(QWidget* pai = nullptr);
 
     QLabel* Label6;
@@ -24,6 +24,6 @@ public:
     void cmdSair_Click();
     void cmdCancelar_Click();
 
-private:
+  private:
     void Form_Load();
 };

@@ -8,12 +8,18 @@ namespace Catálogo {
 QString Tipo_Declarado(const Campo_Info& campo) {
     const QString zero = campo.Zero ? " ZERO" : "";
     switch (campo.Tipo) {
-        case Tipo_Texto: return "TEXT" + zero + "(" + QString::number(campo.Largura) + ") COLLATE JET";
-        case Tipo_Memo: return "MEMO TEXT" + zero + " COLLATE JET";
-        case Tipo_Double: return "DOUBLE";
-        case Tipo_Data: return "DATETIME";
-        case Tipo_Boolean: return "BOOLEAN";
-        default: return campo.Auto ? "INTEGER PRIMARY KEY AUTOINCREMENT" : "LONG";
+        case Tipo_Texto:
+            return "TEXT" + zero + "(" + QString::number(campo.Largura) + ") COLLATE JET";
+        case Tipo_Memo:
+            return "MEMO TEXT" + zero + " COLLATE JET";
+        case Tipo_Double:
+            return "DOUBLE";
+        case Tipo_Data:
+            return "DATETIME";
+        case Tipo_Boolean:
+            return "BOOLEAN";
+        default:
+            return campo.Auto ? "INTEGER PRIMARY KEY AUTOINCREMENT" : "LONG";
     }
 }
 
@@ -56,11 +62,12 @@ void Reconstrói(Sessão& sessão, const Estrutura_Tabela& atual, const QVector<
     if (!em_transação && !Executa(sessão, "BEGIN IMMEDIATE")) return;
     bool ok = Executa(sessão, "DROP TABLE IF EXISTS " + Citação(provisória)) &&
               Executa(sessão, Criação_Tabela(provisória, novos_campos)) &&
-              Executa(sessão, "INSERT INTO " + Citação(provisória) + " (rowid, " + nomes + ") SELECT rowid, " +
-                                  nomes + " FROM " + Citação(atual.Nome)) &&
+              Executa(sessão, "INSERT INTO " + Citação(provisória) + " (rowid, " + nomes +
+                                  ") SELECT rowid, " + nomes + " FROM " + Citação(atual.Nome)) &&
               Executa(sessão, "DROP TABLE " + Citação(atual.Nome)) &&
               Executa(sessão, "ALTER TABLE " + Citação(provisória) + " RENAME TO " + Citação(atual.Nome));
-    for (const Índice_Info& índice : atual.Índices) ok = ok && Executa(sessão, Criação_Índice(atual.Nome, índice));
+    for (const Índice_Info& índice : atual.Índices)
+        ok = ok && Executa(sessão, Criação_Índice(atual.Nome, índice));
     if (!em_transação) Executa(sessão, ok ? "COMMIT" : "ROLLBACK");
 }
 }  // namespace

@@ -64,7 +64,8 @@ int Compara_Textos(const char* a, std::size_t tamanho_a, const char* b, std::siz
     return desempate;
 }
 
-bool Combina_Like(const char* padrão, std::size_t tamanho_padrão, const char* texto, std::size_t tamanho_texto) {
+bool Combina_Like(const char* padrão, std::size_t tamanho_padrão, const char* texto,
+                  std::size_t tamanho_texto) {
     std::vector<char32_t> p, t;
     p.reserve(tamanho_padrão);
     t.reserve(tamanho_texto);
@@ -94,12 +95,13 @@ bool Combina_Like(const char* padrão, std::size_t tamanho_padrão, const char* 
 
 namespace {
 int Colação_Jet(void*, int na, const void* a, int nb, const void* b) {
-    return Compara_Textos(static_cast<const char*>(a), static_cast<std::size_t>(na), static_cast<const char*>(b),
-                          static_cast<std::size_t>(nb));
+    return Compara_Textos(static_cast<const char*>(a), static_cast<std::size_t>(na),
+                          static_cast<const char*>(b), static_cast<std::size_t>(nb));
 }
 
 void Função_Like(sqlite3_context* contexto, int argc, sqlite3_value** argv) {
-    if (argc < 2 || sqlite3_value_type(argv[0]) == SQLITE_NULL || sqlite3_value_type(argv[1]) == SQLITE_NULL) {
+    if (argc < 2 || sqlite3_value_type(argv[0]) == SQLITE_NULL ||
+        sqlite3_value_type(argv[1]) == SQLITE_NULL) {
         sqlite3_result_null(contexto);
         return;
     }
@@ -107,13 +109,13 @@ void Função_Like(sqlite3_context* contexto, int argc, sqlite3_value** argv) {
     const int np = sqlite3_value_bytes(argv[0]);
     const auto texto = reinterpret_cast<const char*>(sqlite3_value_text(argv[1]));
     const int nt = sqlite3_value_bytes(argv[1]);
-    sqlite3_result_int(contexto, Combina_Like(padrão, static_cast<std::size_t>(np), texto,
-                                              static_cast<std::size_t>(nt)));
+    sqlite3_result_int(
+        contexto, Combina_Like(padrão, static_cast<std::size_t>(np), texto, static_cast<std::size_t>(nt)));
 }
 }  // namespace
 
 void Registra_Comparação(sqlite3* banco) {
     sqlite3_create_collation(banco, "JET", SQLITE_UTF8, nullptr, Colação_Jet);
-    sqlite3_create_function(banco, "like", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, Função_Like, nullptr,
-                            nullptr);
+    sqlite3_create_function(banco, "like", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, Função_Like,
+                            nullptr, nullptr);
 }

@@ -7,6 +7,7 @@ struct sqlite3;
 
 int Compara_Textos(const char* a, std::size_t tamanho_a, const char* b, std::size_t tamanho_b);
 // Like with % and _, ignoring case.
-bool Combina_Like(const char* padrão, std::size_t tamanho_padrão, const char* texto, std::size_t tamanho_texto);
+bool Combina_Like(const char* padrão, std::size_t tamanho_padrão, const char* texto,
+                  std::size_t tamanho_texto);
 // Registers the collation JET and the like function on a connection.
 void Registra_Comparação(sqlite3* banco);

@@ -31,20 +31,39 @@ void Abre(Registros& slot, const QString& fonte, Ligação& conexão, Opção_Ab
     slot.Open(fonte, conexão, opção);
 }
 
-Ligação* const Conexões_Transacionais[] = {&Conexão,           &Conexão_Secundária, &Conexão_Terciária,
-                                           &Conexão_Quaternária, &Conexão_Temporária, &Conexão_Dbf};
+Ligação* const Conexões_Transacionais[] = {
+    &Conexão,    &Conexão_Secundária, &Conexão_Terciária, &Conexão_Quaternária, &Conexão_Temporária,
+    &Conexão_Dbf};
 }  // namespace
 
-QString Caminho_Banco_Principal() { return Caminho_Dados() + "/Dados.Mdb"; }
-QString Caminho_Banco_Manutenção() { return Caminho_Dados() + "/Manutenção.Mdb"; }
-QString Caminho_Banco_Temporário() { return Caminho_Dados() + "/Temp.Mdb"; }
-QString Caminho_Cópia_Banco() { return Caminho_Dados() + "/Cópia do Banco de Dados.Mdb"; }
-QString Caminho_Ícone(const QString& arquivo) { return Caminho_Programa() + "/Ícones/" + arquivo; }
+QString Caminho_Banco_Principal() {
+    return Caminho_Dados() + "/Dados.Mdb";
+}
+QString Caminho_Banco_Manutenção() {
+    return Caminho_Dados() + "/Manutenção.Mdb";
+}
+QString Caminho_Banco_Temporário() {
+    return Caminho_Dados() + "/Temp.Mdb";
+}
+QString Caminho_Cópia_Banco() {
+    return Caminho_Dados() + "/Cópia do Banco de Dados.Mdb";
+}
+QString Caminho_Ícone(const QString& arquivo) {
+    return Caminho_Programa() + "/Ícones/" + arquivo;
+}
 
-QString Conexão_Principal() { return Texto_Conexão(Caminho_Banco_Principal()); }
-QString Conexão_Auditoria() { return Texto_Conexão(Caminho_Banco_Manutenção()); }
-QString Conexão_Rascunho() { return Texto_Conexão(Caminho_Banco_Temporário()); }
-QString Conexão_Cópia() { return Texto_Conexão(Caminho_Cópia_Banco()); }
+QString Conexão_Principal() {
+    return Texto_Conexão(Caminho_Banco_Principal());
+}
+QString Conexão_Auditoria() {
+    return Texto_Conexão(Caminho_Banco_Manutenção());
+}
+QString Conexão_Rascunho() {
+    return Texto_Conexão(Caminho_Banco_Temporário());
+}
+QString Conexão_Cópia() {
+    return Texto_Conexão(Caminho_Cópia_Banco());
+}
 QString Conexão_Dbase() {
     return "Provider=SQLite;Data Source=" + Caminho_Programa().left(3) + ";Extended Properties=Dbase IV;";
 }
@@ -56,16 +75,19 @@ void Abre_Tabela(const QString& Fonte) {
     Abre(Tabela, Fonte, Conexão, Opção_Abertura::Tabela_Direta, "Abre_Tabela");
 }
 void Abre_Tabela_Secundária(const QString& Fonte) {
-    Abre(Tabela_Secundária, Fonte, Conexão_Secundária, Opção_Abertura::Tabela_Direta, "Abre_Tabela_Secundária");
+    Abre(Tabela_Secundária, Fonte, Conexão_Secundária, Opção_Abertura::Tabela_Direta,
+         "Abre_Tabela_Secundária");
 }
 void Abre_Tabela_Terciária(const QString& Fonte) {
     Abre(Tabela_Terciária, Fonte, Conexão_Terciária, Opção_Abertura::Tabela_Direta, "Abre_Tabela_Terciária");
 }
 void Abre_Tabela_Quaternária(const QString& Fonte) {
-    Abre(Tabela_Quaternária, Fonte, Conexão_Quaternária, Opção_Abertura::Tabela_Direta, "Abre_Tabela_Quaternária");
+    Abre(Tabela_Quaternária, Fonte, Conexão_Quaternária, Opção_Abertura::Tabela_Direta,
+         "Abre_Tabela_Quaternária");
 }
 void Abre_Tabela_Temporária(const QString& Fonte) {
-    Abre(Tabela_Temporária, Fonte, Conexão_Temporária, Opção_Abertura::Tabela_Direta, "Abre_Tabela_Temporária");
+    Abre(Tabela_Temporária, Fonte, Conexão_Temporária, Opção_Abertura::Tabela_Direta,
+         "Abre_Tabela_Temporária");
 }
 void Abre_Tabela_Pesquisa(const QString& Fonte) {
     Abre(Tabela_Pesquisa, Fonte, Conexão, Opção_Abertura::Tabela_Direta, "Abre_Tabela_Pesquisa");
@@ -75,7 +97,8 @@ void Abre_Tabela_Critério_de_Consulta(const QString& Fonte) {
          "Abre_Tabela_Critério_de_Consulta");
 }
 void Abre_Tabela_Manutenção(const QString& Fonte) {
-    Abre(Tabela_Manutenção, Fonte, Conexão_Manutenção, Opção_Abertura::Tabela_Direta, "Abre_Tabela_Manutenção");
+    Abre(Tabela_Manutenção, Fonte, Conexão_Manutenção, Opção_Abertura::Tabela_Direta,
+         "Abre_Tabela_Manutenção");
 }
 void Abre_Tabela_Dbf(const QString& Fonte) {
     Abre(Tabela_Dbf, Fonte, Conexão_Dbf, Opção_Abertura::Tabela, "Abre_Tabela_Dbf");
@@ -89,11 +112,15 @@ void Abre_Tabela_Dynaset(const QString& Fonte, const QString& Conexão_Texto) {
     Tabela_Dynaset.Open(Fonte, Conexão_Texto);
 }
 
-void Limpa_Cache_Lastrec() { Cache_Fonte.clear(); }
+void Limpa_Cache_Lastrec() {
+    Cache_Fonte.clear();
+}
 void Reduz_Cache_Lastrec() {
     if (Cache_Contagem > 0) --Cache_Contagem;
 }
-int Consultas_Lastrec() { return Contador_Consultas; }
+int Consultas_Lastrec() {
+    return Contador_Consultas;
+}
 
 int Lastrec(const QString& Fonte, Ligação& Conexão_Contagem) {
     if (Fonte == Cache_Fonte && !Cache_Fonte.isEmpty()) return Cache_Contagem;
@@ -122,7 +149,8 @@ int Lastrec(const QString& Fonte, Ligação& Conexão_Contagem) {
     Tabela_Contagem.Reinicia();
     ++Contador_Consultas;
     Tabela_Contagem.Open(comando, Conexão_Contagem, Opção_Abertura::Tabela_Direta);
-    if (Tabela_Contagem.Aberto() && !Tabela_Contagem.Eof()) contagem = Tabela_Contagem.Fields(0).Value().toInt();
+    if (Tabela_Contagem.Aberto() && !Tabela_Contagem.Eof())
+        contagem = Tabela_Contagem.Fields(0).Value().toInt();
     Cache_Contagem = contagem;
     Tabela_Contagem.Reinicia();
     Cache_Fonte = Fonte;
@@ -152,8 +180,10 @@ void Tenta_Travar(Registros& slot, Ligação& conexão, bool Aguarda) {
     // Any other failure means that another user holds the row.
     if (!Aguarda)
         Plataforma_Atual().Caixa_Mensagem(
-            "Não foi possível concluir este processamento, pois neste exato momento há outros usuários utilizando "
-            "esta mesma informação!!!\r\rTente refazer novamente este processamento dentro de alguns instantes...",
+            "Não foi possível concluir este processamento, pois neste exato momento há outros usuários "
+            "utilizando "
+            "esta mesma informação!!!\r\rTente refazer novamente este processamento dentro de alguns "
+            "instantes...",
             Título_Programa, Ícone_Caixa::Exclamação, Botões_Caixa::Ok);
     else
         Plataforma_Atual().Dorme(1000);
@@ -190,7 +220,9 @@ void Reaponta_Conexão(Ligação& conexão, const QString& texto_conexão) {
     conexão.Open(texto_conexão);
 }
 
-bool Transação_Aberta() { return Estado_Transação == "Iniciou Transação"; }
+bool Transação_Aberta() {
+    return Estado_Transação == "Iniciou Transação";
+}
 
 void Inicia_Transação() {
     Rotina r(Fonte_Funções_Públicas, "Inicia_Transação");
@@ -249,19 +281,24 @@ void Grava(Registros& Tabela_Gravar, bool Excluir) {
     if (!Registro_Duplicado && !Tabela_Gravar.Source.isEmpty() && Monitora_Log) {
         Tabela_Manutenção.AddNew();
         QString verbo = "Atualizando";
-        if (Operação == "Inclusão") verbo = "Incluindo";
-        else if (Operação == "Alteração") verbo = "Alterando";
-        else if (Operação == "Exclusão") verbo = "Excluindo";
+        if (Operação == "Inclusão")
+            verbo = "Incluindo";
+        else if (Operação == "Alteração")
+            verbo = "Alterando";
+        else if (Operação == "Exclusão")
+            verbo = "Excluindo";
         const QString fonte = Tabela_Gravar.Source;
         if (fonte.left(3).toLower() == "tbl")
             Texto_Manutenção = verbo + " " + fonte.mid(3, 50).trimmed();
         else
             Texto_Manutenção = verbo + fonte.left(50).trimmed();
-        Texto_Manutenção += " onde " + Tabela_Gravar.Fields(0).Name().trimmed() + " = " + Chave_Registro.toString();
+        Texto_Manutenção +=
+            " onde " + Tabela_Gravar.Fields(0).Name().trimmed() + " = " + Chave_Registro.toString();
         const QDateTime agora = Plataforma_Atual().Agora();
         Tabela_Manutenção.Fields("Manutenção").Set_Value(Texto_Manutenção.left(100).trimmed());
         // Before the login there is no user: the row keeps an empty user rather than being refused.
-        Tabela_Manutenção.Fields("Usuário").Set_Value(Usuário_Atual.isEmpty() ? QVariant() : QVariant(Usuário_Atual));
+        Tabela_Manutenção.Fields("Usuário").Set_Value(Usuário_Atual.isEmpty() ? QVariant()
+                                                                              : QVariant(Usuário_Atual));
         Tabela_Manutenção.Fields("Data_Manutenção").Set_Value(QDateTime(agora.date(), QTime(0, 0)));
         Tabela_Manutenção.Fields("Hora_Manutenção").Set_Value(agora.toString("HH:mm:ss"));
         Tabela_Manutenção.Update();

@@ -23,7 +23,9 @@ QString Valor_Da_Chave(const QString& texto, const QString& chave) {
 }
 }  // namespace
 
-QString Arquivo_Da_Conexão(const QString& texto_conexão) { return Valor_Da_Chave(texto_conexão, "Data Source"); }
+QString Arquivo_Da_Conexão(const QString& texto_conexão) {
+    return Valor_Da_Chave(texto_conexão, "Data Source");
+}
 
 bool Exclui_Arquivo_Banco(const QString& caminho) {
     if (auto sessão = Sessão::Procura(caminho)) sessão->Retira_do_Registro();

@@ -7,7 +7,7 @@
 #include "store/Sessão.h"
 
 class Ligação {
-public:
+  public:
     QString ConnectionString;  // empty until first opened
 
     void Open(const QString& texto_conexão, std::source_location onde = std::source_location::current());
@@ -23,7 +23,7 @@ public:
     // The physical session, or null when closed or not a SQLite store.
     std::shared_ptr<Sessão> Sessão_Física() const { return Sessão_; }
 
-private:
+  private:
     std::shared_ptr<Sessão> Sessão_;
     bool Aberta_ = false;
     bool Dbase = false;

@@ -27,12 +27,17 @@ void Liga_Valor(sqlite3_stmt* comando, int posição, const QVariant& valor) {
         case QMetaType::LongLong:
         case QMetaType::Bool:
         case QMetaType::UInt:
-        case QMetaType::ULongLong: sqlite3_bind_int64(comando, posição, valor.toLongLong()); break;
+        case QMetaType::ULongLong:
+            sqlite3_bind_int64(comando, posição, valor.toLongLong());
+            break;
         case QMetaType::Double:
-        case QMetaType::Float: sqlite3_bind_double(comando, posição, valor.toDouble()); break;
+        case QMetaType::Float:
+            sqlite3_bind_double(comando, posição, valor.toDouble());
+            break;
         default: {
             const QByteArray texto = valor.toString().toUtf8();
-            sqlite3_bind_text(comando, posição, texto.constData(), static_cast<int>(texto.size()), SQLITE_TRANSIENT);
+            sqlite3_bind_text(comando, posição, texto.constData(), static_cast<int>(texto.size()),
+                              SQLITE_TRANSIENT);
         }
     }
 }
@@ -61,7 +66,8 @@ QVariant Campo::Value(std::source_location onde) const {
         return {};
     }
     if (Posição < 0 || Posição >= R->Fields_Count()) {
-        Falha(3265, "O item não pôde ser encontrado na coleção correspondente ao nome ou ordinal solicitado.", onde);
+        Falha(3265, "O item não pôde ser encontrado na coleção correspondente ao nome ou ordinal solicitado.",
+              onde);
         return {};
     }
     if (R->Modo == Registros::Modo_Edição::Inclusão) return R->Pendentes.value(Posição);
@@ -84,7 +90,8 @@ void Campo::Set_Value(const QVariant& valor, std::source_location onde) {
         return;
     }
     if (Posição < 0 || Posição >= R->Fields_Count()) {
-        Falha(3265, "O item não pôde ser encontrado na coleção correspondente ao nome ou ordinal solicitado.", onde);
+        Falha(3265, "O item não pôde ser encontrado na coleção correspondente ao nome ou ordinal solicitado.",
+              onde);
         return;
     }
     if (R->Estático) {
@@ -92,7 +99,8 @@ void Campo::Set_Value(const QVariant& valor, std::source_location onde) {
         return;
     }
     if (R->Estrutura->Campos[Posição].Auto) {
-        Falha(-2147217887, Texto_Várias_Etapas + " O campo de numeração automática não pode ser alterado.", onde);
+        Falha(-2147217887, Texto_Várias_Etapas + " O campo de numeração automática não pode ser alterado.",
+              onde);
         return;
     }
     if (R->Modo == Registros::Modo_Edição::Nenhum) {
@@ -110,14 +118,16 @@ void Campo::Set_Value(const QVariant& valor, std::source_location onde) {
 
 QString Campo::Name() const {
     if (R->Estático) return R->Nomes_Estáticos.value(Posição);
-    return R->Estrutura && Posição >= 0 && Posição < R->Estrutura->Campos.size() ? R->Estrutura->Campos[Posição].Nome
-                                                                                 : QString();
+    return R->Estrutura && Posição >= 0 && Posição < R->Estrutura->Campos.size()
+               ? R->Estrutura->Campos[Posição].Nome
+               : QString();
 }
 
 int Campo::Type() const {
     if (R->Estático) return R->Tipos_Estáticos.value(Posição);
-    return R->Estrutura && Posição >= 0 && Posição < R->Estrutura->Campos.size() ? R->Estrutura->Campos[Posição].Tipo
-                                                                                 : 0;
+    return R->Estrutura && Posição >= 0 && Posição < R->Estrutura->Campos.size()
+               ? R->Estrutura->Campos[Posição].Tipo
+               : 0;
 }
 
 int Campo::DefinedSize() const {
@@ -212,7 +222,8 @@ void Registros::Carrega_Estático(std::source_location onde) {
             switch (sqlite3_column_type(comando, i)) {
                 case SQLITE_INTEGER: {
                     const qint64 v = sqlite3_column_int64(comando, i);
-                    linha[i] = (v >= INT32_MIN && v <= INT32_MAX) ? QVariant(static_cast<int>(v)) : QVariant(v);
+                    linha[i] =
+                        (v >= INT32_MIN && v <= INT32_MAX) ? QVariant(static_cast<int>(v)) : QVariant(v);
                     Tipos_Estáticos[i] = Tipo_Long;
                     break;
                 }
@@ -220,8 +231,11 @@ void Registros::Carrega_Estático(std::source_location onde) {
                     linha[i] = sqlite3_column_double(comando, i);
                     Tipos_Estáticos[i] = Tipo_Double;
                     break;
-                case SQLITE_NULL: break;
-                default: linha[i] = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(comando, i)));
+                case SQLITE_NULL:
+                    break;
+                default:
+                    linha[i] =
+                        QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(comando, i)));
             }
         }
         Linhas_Estáticas.append(linha);
@@ -289,12 +303,17 @@ bool Registros::Lê_Linha(int posição) {
 QVariant Registros::Valor_Lido(int coluna, sqlite3_stmt* comando) const {
     if (sqlite3_column_type(comando, coluna) == SQLITE_NULL) return {};
     switch (Estrutura->Campos[coluna].Tipo) {
-        case Tipo_Long: return static_cast<int>(sqlite3_column_int64(comando, coluna));
-        case Tipo_Double: return sqlite3_column_double(comando, coluna);
-        case Tipo_Boolean: return sqlite3_column_int(comando, coluna) != 0;
+        case Tipo_Long:
+            return static_cast<int>(sqlite3_column_int64(comando, coluna));
+        case Tipo_Double:
+            return sqlite3_column_double(comando, coluna);
+        case Tipo_Boolean:
+            return sqlite3_column_int(comando, coluna) != 0;
         case Tipo_Data:
-            return Data_Do_Banco(QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(comando, coluna))));
-        default: return QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(comando, coluna)));
+            return Data_Do_Banco(
+                QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(comando, coluna))));
+        default:
+            return QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(comando, coluna)));
     }
 }
 
@@ -306,10 +325,13 @@ void Registros::Descarta_Edição() {
     Trava_Sem_Transação = false;
 }
 
-void Registros::CancelUpdate() { Descarta_Edição(); }
+void Registros::CancelUpdate() {
+    Descarta_Edição();
+}
 
 void Registros::Edita(std::source_location onde) {
-    if (!Aberto_ || Estático) return Falha(3251, "O objeto ou o provedor não é capaz de efetuar a operação solicitada.", onde);
+    if (!Aberto_ || Estático)
+        return Falha(3251, "O objeto ou o provedor não é capaz de efetuar a operação solicitada.", onde);
     if (Modo != Modo_Edição::Nenhum) return;
     if (!Tem_Linha_Atual() || !Linha_Lida) return Falha(Erro_Sem_Registro, Texto_Sem_Registro, onde);
     // The edit takes the row's lock and reads the row again, so that it starts from what was committed.
@@ -362,7 +384,9 @@ bool Registros::Bof() const {
     return !Aberto_ || total == 0 || Posição < 0;
 }
 
-qint64 Registros::Id_Linha_Atual() const { return !Estático && Tem_Linha_Atual() ? Chaves[Posição] : -1; }
+qint64 Registros::Id_Linha_Atual() const {
+    return !Estático && Tem_Linha_Atual() ? Chaves[Posição] : -1;
+}
 
 void Registros::MoveFirst(std::source_location onde) {
     if (!Aberto_) return Falha(3704, "A operação não é permitida quando o objeto está fechado.", onde);
@@ -375,12 +399,14 @@ void Registros::MoveLast(std::source_location onde) {
 }
 
 void Registros::MoveNext(std::source_location onde) {
-    if (Eof()) return Falha(Erro_Sem_Registro, "BOF ou EOF é verdadeiro, ou o registro atual foi excluído.", onde);
+    if (Eof())
+        return Falha(Erro_Sem_Registro, "BOF ou EOF é verdadeiro, ou o registro atual foi excluído.", onde);
     Vai_Para(Posição + 1, 1);
 }
 
 void Registros::MovePrevious(std::source_location onde) {
-    if (Bof()) return Falha(Erro_Sem_Registro, "BOF ou EOF é verdadeiro, ou o registro atual foi excluído.", onde);
+    if (Bof())
+        return Falha(Erro_Sem_Registro, "BOF ou EOF é verdadeiro, ou o registro atual foi excluído.", onde);
     Vai_Para(Posição - 1, -1);
 }
 
@@ -393,7 +419,8 @@ void Registros::Requery(std::source_location onde) {
 }
 
 void Registros::Set_Index(const QString& índice, std::source_location onde) {
-    if (!Aberto_ || Estático) return Falha(3251, "O objeto ou o provedor não é capaz de efetuar a operação solicitada.", onde);
+    if (!Aberto_ || Estático)
+        return Falha(3251, "O objeto ou o provedor não é capaz de efetuar a operação solicitada.", onde);
     if (!índice.isEmpty() && Estrutura->Índice(índice) == nullptr)
         return Falha(3015, "'" + índice + "' não é um índice nesta tabela.", onde);
     const qint64 atual = Id_Linha_Atual();
@@ -406,10 +433,12 @@ void Registros::Set_Index(const QString& índice, std::source_location onde) {
 }
 
 void Registros::Seek(const QVariantList& chave, Tipo_Busca tipo, std::source_location onde) {
-    if (!Aberto_ || Estático) return Falha(3251, "O objeto ou o provedor não é capaz de efetuar a operação solicitada.", onde);
+    if (!Aberto_ || Estático)
+        return Falha(3251, "O objeto ou o provedor não é capaz de efetuar a operação solicitada.", onde);
     const Índice_Info* índice = Índice_Atual.isEmpty() ? nullptr : Estrutura->Índice(Índice_Atual);
     if (índice == nullptr)
-        return Falha(3019, "É necessário que haja um índice ativo para que esta operação possa ser realizada.", onde);
+        return Falha(
+            3019, "É necessário que haja um índice ativo para que esta operação possa ser realizada.", onde);
     Descarta_Edição();
     const int partes = std::min<int>(chave.size(), índice->Campos.size());
     QString campos, marcas, igualdades;
@@ -421,19 +450,29 @@ void Registros::Seek(const QVariantList& chave, Tipo_Busca tipo, std::source_loc
         igualdades += (i ? " AND " : "") + nome + " = ?";
         QVariant convertido;
         Falha_Banco ignorada;
-        if (!Converte_Para_Gravar(Estrutura->Posição_Campo(índice->Campos[i]), chave[i], convertido, ignorada))
+        if (!Converte_Para_Gravar(Estrutura->Posição_Campo(índice->Campos[i]), chave[i], convertido,
+                                  ignorada))
             convertido = chave[i].toString();
         valores << convertido;
     }
     QString ordem;
-    for (const QString& campo : índice->Campos) ordem += Citação(campo) + (tipo == Tipo_Busca::Antes ? " DESC, " : ", ");
+    for (const QString& campo : índice->Campos)
+        ordem += Citação(campo) + (tipo == Tipo_Busca::Antes ? " DESC, " : ", ");
     ordem += tipo == Tipo_Busca::Antes ? "rowid DESC" : "rowid";
     QString condição;
     switch (tipo) {
-        case Tipo_Busca::Primeiro_Igual: condição = igualdades; break;
-        case Tipo_Busca::Depois_ou_Igual: condição = "(" + campos + ") >= (" + marcas + ")"; break;
-        case Tipo_Busca::Depois: condição = "(" + campos + ") > (" + marcas + ")"; break;
-        case Tipo_Busca::Antes: condição = "(" + campos + ") < (" + marcas + ")"; break;
+        case Tipo_Busca::Primeiro_Igual:
+            condição = igualdades;
+            break;
+        case Tipo_Busca::Depois_ou_Igual:
+            condição = "(" + campos + ") >= (" + marcas + ")";
+            break;
+        case Tipo_Busca::Depois:
+            condição = "(" + campos + ") > (" + marcas + ")";
+            break;
+        case Tipo_Busca::Antes:
+            condição = "(" + campos + ") < (" + marcas + ")";
+            break;
     }
     Falha_Banco falha;
     sqlite3_stmt* comando = Sessão_->Prepara(
@@ -468,7 +507,8 @@ Campo Registros::Fields(const QString& nome, std::source_location onde) {
         posição = Estrutura->Posição_Campo(nome);
     }
     if (posição < 0)
-        Falha(3265, "O item '" + nome + "' não pôde ser encontrado na coleção correspondente ao nome solicitado.",
+        Falha(3265,
+              "O item '" + nome + "' não pôde ser encontrado na coleção correspondente ao nome solicitado.",
               onde);
     return Campo(this, posição);
 }
@@ -478,7 +518,8 @@ int Registros::Fields_Count() const {
     return Estrutura ? Estrutura->Campos.size() : 0;
 }
 
-bool Registros::Converte_Para_Gravar(int posição, const QVariant& valor, QVariant& saída, Falha_Banco& falha) const {
+bool Registros::Converte_Para_Gravar(int posição, const QVariant& valor, QVariant& saída,
+                                     Falha_Banco& falha) const {
     if (posição < 0 || !Estrutura) return false;
     const Campo_Info& campo = Estrutura->Campos[posição];
     if (!valor.isValid()) {
@@ -490,24 +531,29 @@ bool Registros::Converte_Para_Gravar(int posição, const QVariant& valor, QVari
         case Tipo_Texto: {
             const QString texto = valor.toString();
             if (texto.size() > campo.Largura) {
-                falha = {-2147217887, Texto_Várias_Etapas + " O campo '" + campo.Nome + "' aceita no máximo " +
-                                          QString::number(campo.Largura) + " caracteres."};
+                falha = {-2147217887, Texto_Várias_Etapas + " O campo '" + campo.Nome +
+                                          "' aceita no máximo " + QString::number(campo.Largura) +
+                                          " caracteres."};
                 return false;
             }
             saída = texto;
             return true;
         }
-        case Tipo_Memo: saída = valor.toString(); return true;
+        case Tipo_Memo:
+            saída = valor.toString();
+            return true;
         case Tipo_Long: {
-            const double número = valor.typeId() == QMetaType::QString ? valor.toString().trimmed().toDouble(&ok)
-                                                                        : valor.toDouble(&ok);
+            const double número = valor.typeId() == QMetaType::QString
+                                      ? valor.toString().trimmed().toDouble(&ok)
+                                      : valor.toDouble(&ok);
             if (ok && (número < INT32_MIN || número > INT32_MAX)) ok = false;
             if (ok) saída = static_cast<qint64>(std::llround(número));
             break;
         }
         case Tipo_Double: {
-            const double número = valor.typeId() == QMetaType::QString ? valor.toString().trimmed().toDouble(&ok)
-                                                                        : valor.toDouble(&ok);
+            const double número = valor.typeId() == QMetaType::QString
+                                      ? valor.toString().trimmed().toDouble(&ok)
+                                      : valor.toDouble(&ok);
             if (ok) saída = número;
             break;
         }
@@ -523,14 +569,18 @@ bool Registros::Converte_Para_Gravar(int posição, const QVariant& valor, QVari
             if (ok) saída = Data_Para_Banco(data);
             break;
         }
-        case Tipo_Boolean: saída = valor.toBool() ? 1 : 0; break;
+        case Tipo_Boolean:
+            saída = valor.toBool() ? 1 : 0;
+            break;
     }
-    if (!ok) falha = {-2147217887, Texto_Várias_Etapas + " Valor inválido para o campo '" + campo.Nome + "'."};
+    if (!ok)
+        falha = {-2147217887, Texto_Várias_Etapas + " Valor inválido para o campo '" + campo.Nome + "'."};
     return ok;
 }
 
 void Registros::AddNew(std::source_location onde) {
-    if (!Aberto_ || Estático) return Falha(3251, "O objeto ou o provedor não é capaz de efetuar a operação solicitada.", onde);
+    if (!Aberto_ || Estático)
+        return Falha(3251, "O objeto ou o provedor não é capaz de efetuar a operação solicitada.", onde);
     Descarta_Edição();
     Modo = Modo_Edição::Inclusão;
 }
@@ -542,8 +592,9 @@ void Registros::Update(std::source_location onde) {
         const Campo_Info& campo = Estrutura->Campos[it.key()];
         if ((campo.Tipo == Tipo_Texto || campo.Tipo == Tipo_Memo) && !campo.Zero && it.value().isValid() &&
             it.value().toString().isEmpty())
-            return Falha(-2147467259, "O campo '" + Estrutura->Nome + "." + campo.Nome +
-                                          "' não pode ser uma seqüência de caracteres de comprimento zero.",
+            return Falha(-2147467259,
+                         "O campo '" + Estrutura->Nome + "." + campo.Nome +
+                             "' não pode ser uma seqüência de caracteres de comprimento zero.",
                          onde);
     }
     Falha_Banco falha;
@@ -599,11 +650,13 @@ void Registros::Update(std::source_location onde) {
 }
 
 void Registros::Delete(std::source_location onde) {
-    if (!Aberto_ || Estático) return Falha(3251, "O objeto ou o provedor não é capaz de efetuar a operação solicitada.", onde);
+    if (!Aberto_ || Estático)
+        return Falha(3251, "O objeto ou o provedor não é capaz de efetuar a operação solicitada.", onde);
     if (!Tem_Linha_Atual() || !Linha_Lida) return Falha(Erro_Sem_Registro, Texto_Sem_Registro, onde);
     const qint64 id = Chaves[Posição];
     const bool já_travada = Sessão_->Possui_Trava(Estrutura->Nome, id);
-    if (!já_travada && !Sessão_->Trava_Linha(Estrutura->Nome, id)) return Falha(-2147467259, Texto_Bloqueado, onde);
+    if (!já_travada && !Sessão_->Trava_Linha(Estrutura->Nome, id))
+        return Falha(-2147467259, Texto_Bloqueado, onde);
     Modo = Modo_Edição::Nenhum;
     Pendentes.clear();
     Falha_Banco falha;

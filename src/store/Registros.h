@@ -19,7 +19,7 @@ enum class Opção_Abertura { Texto = 1, Tabela = 2, Tabela_Direta = 512 };
 enum class Tipo_Busca { Primeiro_Igual = 1, Depois_ou_Igual = 4, Depois = 8, Antes = 32 };
 
 class Campo {
-public:
+  public:
     Campo(Registros* registros, int posição) : R(registros), Posição(posição) {}
     QVariant Value(std::source_location onde = std::source_location::current()) const;
     void Set_Value(const QVariant& valor, std::source_location onde = std::source_location::current());
@@ -27,13 +27,13 @@ public:
     int Type() const;
     int DefinedSize() const;
 
-private:
+  private:
     Registros* R;
     int Posição;
 };
 
 class Registros {
-public:
+  public:
     Registros() = default;
     Registros(const Registros&) = delete;
     Registros& operator=(const Registros&) = delete;
@@ -41,7 +41,8 @@ public:
     void Open(const QString& fonte, Ligação& conexão, Opção_Abertura opção,
               std::source_location onde = std::source_location::current());
     // Opens on its own connection from a connection string (the dynaset of the locate dialog).
-    void Open(const QString& fonte, const QString& texto_conexão, std::source_location onde = std::source_location::current());
+    void Open(const QString& fonte, const QString& texto_conexão,
+              std::source_location onde = std::source_location::current());
     void Close();
     void Reinicia();  // the slot set to nothing
     bool Aberto() const { return Aberto_; }
@@ -83,7 +84,7 @@ public:
     qint64 Id_Linha_Atual() const;
     std::shared_ptr<Sessão> Sessão_Física() const { return Sessão_; }
 
-private:
+  private:
     friend class Campo;
     enum class Modo_Edição { Nenhum, Inclusão, Alteração };
 

@@ -15,7 +15,9 @@ QHash<QString, std::weak_ptr<Sessão>>& Registro() {
     return registro;
 }
 
-QString Chave(const QString& caminho) { return QFileInfo(caminho).absoluteFilePath(); }
+QString Chave(const QString& caminho) {
+    return QFileInfo(caminho).absoluteFilePath();
+}
 
 // A wait for another copy's write lock; past it the write is refused as "in use".
 constexpr int Espera_Escrita_ms = 8000;
@@ -38,7 +40,9 @@ QString Citação(const QString& identificador) {
     return '"' + s + '"';
 }
 
-QString Nome_Índice_Físico(const QString& tabela, const QString& índice) { return tabela + "." + índice; }
+QString Nome_Índice_Físico(const QString& tabela, const QString& índice) {
+    return tabela + "." + índice;
+}
 
 int Estrutura_Tabela::Posição_Campo(const QString& nome) const {
     for (int i = 0; i < Campos.size(); ++i)
@@ -60,7 +64,9 @@ Sessão::~Sessão() {
     if (Descritor_Travas >= 0) ::close(Descritor_Travas);
 }
 
-std::shared_ptr<Sessão> Sessão::Procura(const QString& caminho) { return Registro().value(Chave(caminho)).lock(); }
+std::shared_ptr<Sessão> Sessão::Procura(const QString& caminho) {
+    return Registro().value(Chave(caminho)).lock();
+}
 
 void Sessão::Retira_do_Registro() {
     auto& registro = Registro();
@@ -78,7 +84,8 @@ std::shared_ptr<Sessão> Sessão::Abre(const QString& caminho, Falha_Banco& falh
     const QByteArray nome = caminho.toUtf8();
     int r = sqlite3_open_v2(nome.constData(), &banco, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
     // A file that is not a database is found out by the first read.
-    if (r == SQLITE_OK) r = sqlite3_exec(banco, "SELECT count(*) FROM sqlite_schema", nullptr, nullptr, nullptr);
+    if (r == SQLITE_OK)
+        r = sqlite3_exec(banco, "SELECT count(*) FROM sqlite_schema", nullptr, nullptr, nullptr);
     if (r != SQLITE_OK) {
         falha = {-2147467259, "Formato de banco de dados não reconhecido: '" + caminho + "'."};
         sqlite3_close_v2(banco);
@@ -101,8 +108,8 @@ bool Sessão::Cria_Arquivo(const QString& caminho, Falha_Banco& falha) {
     int r = sqlite3_open_v2(nome.constData(), &banco, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
     if (r == SQLITE_OK) r = sqlite3_exec(banco, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr);
     if (r != SQLITE_OK) {
-        falha = {-2147467259, "Não foi possível criar o banco de dados '" + caminho + "': " +
-                                  QString::fromUtf8(sqlite3_errmsg(banco))};
+        falha = {-2147467259, "Não foi possível criar o banco de dados '" + caminho +
+                                  "': " + QString::fromUtf8(sqlite3_errmsg(banco))};
         sqlite3_close_v2(banco);
         return false;
     }
@@ -110,7 +117,9 @@ bool Sessão::Cria_Arquivo(const QString& caminho, Falha_Banco& falha) {
     return true;
 }
 
-void Sessão::Inicia() { Transação_Lógica = true; }
+void Sessão::Inicia() {
+    Transação_Lógica = true;
+}
 
 bool Sessão::Prepara_Escrita(Falha_Banco& falha) {
     if (!Transação_Lógica || Transação_SQL) return true;
@@ -159,19 +168,22 @@ void Sessão::Falha_Da_Última(Falha_Banco& falha, int código) const {
     switch (código & 0xFF) {
         case SQLITE_CONSTRAINT:
             if (código == SQLITE_CONSTRAINT_UNIQUE || código == SQLITE_CONSTRAINT_PRIMARYKEY) {
-                falha = {-2147217887,
-                         "As alterações solicitadas à tabela não foram bem-sucedidas, pois criariam valores "
-                         "duplicados no índice, chave primária ou relacionamento. Altere os dados no campo ou nos "
-                         "campos que contêm os dados duplicados, remova o índice ou redefina o índice para permitir "
-                         "entradas duplicadas e tente novamente."};
+                falha = {
+                    -2147217887,
+                    "As alterações solicitadas à tabela não foram bem-sucedidas, pois criariam valores "
+                    "duplicados no índice, chave primária ou relacionamento. Altere os dados no campo ou nos "
+                    "campos que contêm os dados duplicados, remova o índice ou redefina o índice para "
+                    "permitir "
+                    "entradas duplicadas e tente novamente."};
                 return;
             }
             falha = {-2147467259, "Restrição violada: " + mensagem};
             return;
         case SQLITE_BUSY:
         case SQLITE_LOCKED:
-            falha = {-2147467259, "Não foi possível atualizar; o banco de dados está bloqueado no momento por outro "
-                                  "usuário."};
+            falha = {-2147467259,
+                     "Não foi possível atualizar; o banco de dados está bloqueado no momento por outro "
+                     "usuário."};
             return;
         case SQLITE_NOTADB:
         case SQLITE_CORRUPT:
@@ -271,9 +283,10 @@ std::shared_ptr<const Estrutura_Tabela> Sessão::Estrutura(const QString& tabela
 
     auto estrutura = std::make_shared<Estrutura_Tabela>();
     sqlite3_stmt* c = nullptr;
-    QByteArray sql = ("SELECT name FROM sqlite_schema WHERE type='table' AND name=" + Citação(tabela).replace('"', '\'') +
-                      " COLLATE NOCASE")
-                         .toUtf8();
+    QByteArray sql =
+        ("SELECT name FROM sqlite_schema WHERE type='table' AND name=" + Citação(tabela).replace('"', '\'') +
+         " COLLATE NOCASE")
+            .toUtf8();
     sqlite3_prepare_v2(Banco, sql.constData(), -1, &c, nullptr);
     if (c == nullptr || sqlite3_step(c) != SQLITE_ROW) {
         sqlite3_finalize(c);
@@ -299,13 +312,14 @@ std::shared_ptr<const Estrutura_Tabela> Sessão::Estrutura(const QString& tabela
         const QString criação = Texto_Coluna(c, 1);
         Índice_Info índice;
         índice.Nome = físico.section('.', 1);
-        índice.Tipo = criação.contains("/* PRIMARY */")           ? Tipo_Índice::Primário
+        índice.Tipo = criação.contains("/* PRIMARY */")                          ? Tipo_Índice::Primário
                       : criação.startsWith("CREATE UNIQUE", Qt::CaseInsensitive) ? Tipo_Índice::Único
-                                                                                  : Tipo_Índice::Simples;
+                                                                                 : Tipo_Índice::Simples;
         sqlite3_stmt* colunas = nullptr;
         const QByteArray pragma = ("PRAGMA index_info(" + Citação(físico) + ")").toUtf8();
         sqlite3_prepare_v2(Banco, pragma.constData(), -1, &colunas, nullptr);
-        while (colunas != nullptr && sqlite3_step(colunas) == SQLITE_ROW) índice.Campos << Texto_Coluna(colunas, 2);
+        while (colunas != nullptr && sqlite3_step(colunas) == SQLITE_ROW)
+            índice.Campos << Texto_Coluna(colunas, 2);
         sqlite3_finalize(colunas);
         estrutura->Índices.append(índice);
     }
@@ -318,9 +332,9 @@ std::shared_ptr<const Estrutura_Tabela> Sessão::Estrutura(const QString& tabela
 QStringList Sessão::Tabelas() {
     QStringList nomes;
     sqlite3_stmt* c = nullptr;
-    sqlite3_prepare_v2(Banco,
-                       "SELECT name FROM sqlite_schema WHERE type='table' AND name NOT LIKE 'sqlite_%' ORDER BY name",
-                       -1, &c, nullptr);
+    sqlite3_prepare_v2(
+        Banco, "SELECT name FROM sqlite_schema WHERE type='table' AND name NOT LIKE 'sqlite_%' ORDER BY name",
+        -1, &c, nullptr);
     while (c != nullptr && sqlite3_step(c) == SQLITE_ROW) nomes << Texto_Coluna(c, 0);
     sqlite3_finalize(c);
     return nomes;

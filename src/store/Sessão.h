@@ -50,7 +50,7 @@ struct Estrutura_Tabela {
 };
 
 class Sessão {
-public:
+  public:
     ~Sessão();
     // Opens an existing file; never creates one.
     static std::shared_ptr<Sessão> Abre(const QString& caminho, Falha_Banco& falha);
@@ -89,7 +89,7 @@ public:
     void Libera_Trava(const QString& tabela, qint64 linha);
     void Libera_Travas();
 
-private:
+  private:
     explicit Sessão(QString caminho);
     static qint64 Posição_Trava(const QString& tabela, qint64 linha);
     QHash<QString, sqlite3_stmt*> Comandos;

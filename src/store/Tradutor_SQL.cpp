@@ -9,7 +9,9 @@ QString Valor_Texto_SQL(const QString& texto) {
     return '\'' + s + '\'';
 }
 
-QString Data_Para_Banco(const QDateTime& data) { return data.toString("yyyy-MM-dd HH:mm:ss"); }
+QString Data_Para_Banco(const QDateTime& data) {
+    return data.toString("yyyy-MM-dd HH:mm:ss");
+}
 
 QDateTime Data_Do_Banco(const QString& texto) {
     QDateTime d = QDateTime::fromString(texto, "yyyy-MM-dd HH:mm:ss");
@@ -27,7 +29,8 @@ QString Data_Literal(int ano, int mês, int dia) {
 // A criterion on one field carries one typed value between its first and last quote. Quotes inside it
 // that are not already doubled are doubled.
 QString Conserta_Aspas(const QString& sql) {
-    const int onde = sql.indexOf(QRegularExpression("\\bwhere\\b", QRegularExpression::CaseInsensitiveOption));
+    const int onde =
+        sql.indexOf(QRegularExpression("\\bwhere\\b", QRegularExpression::CaseInsensitiveOption));
     if (onde < 0 || sql.contains("CDate(", Qt::CaseInsensitive)) return sql;
     const int primeira = sql.indexOf('\'', onde);
     const int última = sql.lastIndexOf('\'');
@@ -70,9 +73,9 @@ Consulta_Tabela Analisa_Fonte(const QString& fonte) {
         c.Tabela = f;
         return c;
     }
-    static const QRegularExpression selecao("^select\\s+\\*\\s+from\\s+([^\\s;]+)(.*)$",
-                                            QRegularExpression::CaseInsensitiveOption |
-                                                QRegularExpression::DotMatchesEverythingOption);
+    static const QRegularExpression selecao(
+        "^select\\s+\\*\\s+from\\s+([^\\s;]+)(.*)$",
+        QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption);
     const auto m = selecao.match(f);
     if (!m.hasMatch()) return c;
     c.Válida = true;

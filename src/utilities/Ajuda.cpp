@@ -31,7 +31,9 @@ QStringList Tópicos_do_Manual() {
             "Configuração do Sistema"};
 }
 
-QString Página_do_Manual(const QString& Tópico) { return Caminho_Programa() + "/Ajuda/" + Tópico + ".Html"; }
+QString Página_do_Manual(const QString& Tópico) {
+    return Caminho_Programa() + "/Ajuda/" + Tópico + ".Html";
+}
 
 void Ajuda(QWidget* Janela, const QString& Tópico) {
     Rotina r(Fonte_Funções_Públicas, "Ajuda");

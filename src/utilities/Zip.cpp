@@ -39,7 +39,8 @@ bool Descompacta_Arquivo(const QString& Arquivo_Zip, const QString& Máscara, co
         ok = saída.open(QIODevice::WriteOnly);
         char bloco[65536];
         zip_int64_t lidos = 0;
-        while (ok && (lidos = zip_fread(entrada, bloco, sizeof bloco)) > 0) ok = saída.write(bloco, lidos) == lidos;
+        while (ok && (lidos = zip_fread(entrada, bloco, sizeof bloco)) > 0)
+            ok = saída.write(bloco, lidos) == lidos;
         if (lidos < 0) ok = false;
         zip_fclose(entrada);
         ok = ok && saída.commit();

@@ -34,7 +34,7 @@ const std::vector<std::pair<unsigned char, char16_t>> Faixa_Windows = {
     {0x9E, u'\u017E'}, {0x9F, u'\u0178'}};
 
 class Gerador_Teste : public ::testing::Test {
-protected:
+  protected:
     Pasta_Teste Pasta;
     Plataforma_Roteirizada Plataforma;
 };

@@ -17,7 +17,7 @@ static void PrintTo(const QString& texto, std::ostream* saída) {
 namespace {
 // Remembers how many beeps had sounded when each box came up.
 class Plataforma_Com_Ordem : public Plataforma_Roteirizada {
-public:
+  public:
     QList<int> Bipes_Antes_Da_Caixa;
     Resposta_Caixa Caixa_Mensagem(const QString& texto, const QString& título, Ícone_Caixa ícone,
                                   Botões_Caixa botões) override {
@@ -27,7 +27,7 @@ public:
 };
 
 class Mensagens_Teste : public ::testing::Test {
-protected:
+  protected:
     Pasta_Teste Pasta;
     Plataforma_Com_Ordem Plataforma;
 

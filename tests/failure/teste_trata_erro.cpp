@@ -36,7 +36,7 @@ const QString Texto_Bloqueio =
 const QByteArray Traço(135, '_');
 
 class Trata_Erro_Teste : public ::testing::Test {
-protected:
+  protected:
     Pasta_Teste Pasta;
     Plataforma_Roteirizada Plataforma;
 

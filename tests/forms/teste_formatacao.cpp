@@ -53,7 +53,8 @@ TEST(Formatacao, ProgressBarCopesWithZeroAndOverflowAndWritesTheEstimate) {
     Início_Progresso = plataforma.Relógio.addMSecs(-166667);
     Barra_de_Progresso(1, 3000, 1200, &janela);
     EXPECT_EQ(barra->value(), 1200);
-    EXPECT_EQ(janela.windowTitle(), "Terminará em 0 dias e 00:04:10 hs    Processando 1.200 de 3.000    (40,00%)");
+    EXPECT_EQ(janela.windowTitle(),
+              "Terminará em 0 dias e 00:04:10 hs    Processando 1.200 de 3.000    (40,00%)");
     EXPECT_EQ(Texto_Progresso(3, 1, plataforma.Relógio.addDays(-1), plataforma.Relógio).left(25),
               "Terminará em 2 dias e 00:");
 }

@@ -23,13 +23,15 @@ QStringList Linhas_De(const QString& arquivo) {
     return linhas;
 }
 
-bool Cabe_Em_Cp1252(const QString& texto) { return De_Cp1252(Para_Cp1252(texto)) == texto; }
+bool Cabe_Em_Cp1252(const QString& texto) {
+    return De_Cp1252(Para_Cp1252(texto)) == texto;
+}
 }  // namespace
 
 TEST(Conteudo, QuestionsAreWellFormedDistinctAndStoredCapitalised) {
     QSet<QString> vistas;
     for (const auto& [arquivo, mínimo] : {std::pair{QString("perguntas_gerais.tsv"), 300},
-                                         std::pair{QString("perguntas_biblicas.tsv"), 300}}) {
+                                          std::pair{QString("perguntas_biblicas.tsv"), 300}}) {
         const QStringList linhas = Linhas_De(Conteúdo + "/" + arquivo);
         EXPECT_GE(linhas.size(), mínimo) << arquivo.toStdString();
         for (const QString& linha : linhas) {
@@ -86,8 +88,10 @@ TEST(Conteudo, ActivitiesHaveUniqueNamesAndEverySetting) {
     QMap<QString, int> por_tipo;
     for (const QString& bloco : blocos) {
         if (bloco.trimmed().isEmpty()) continue;
-        const auto nome = QRegularExpression("^Dinâmica: *(.+)$", QRegularExpression::MultilineOption).match(bloco);
-        const auto tipo = QRegularExpression("^Tipo: *(.+)$", QRegularExpression::MultilineOption).match(bloco);
+        const auto nome =
+            QRegularExpression("^Dinâmica: *(.+)$", QRegularExpression::MultilineOption).match(bloco);
+        const auto tipo =
+            QRegularExpression("^Tipo: *(.+)$", QRegularExpression::MultilineOption).match(bloco);
         ASSERT_TRUE(nome.hasMatch() && tipo.hasMatch()) << bloco.left(80).toStdString();
         EXPECT_LE(nome.captured(1).trimmed().size(), 50);
         EXPECT_FALSE(nomes.contains(nome.captured(1).trimmed().toLower())) << nome.captured(1).toStdString();

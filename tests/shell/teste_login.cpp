@@ -22,7 +22,7 @@
 
 namespace {
 class Login_Teste : public ::testing::Test {
-protected:
+  protected:
     Pasta_Teste Pasta;
     Plataforma_Roteirizada Plataforma;
 
@@ -44,7 +44,8 @@ protected:
         for (int n : {1, 2}) {
             QFile f(Caminho_Citação(n));
             ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-            f.write(Para_Cp1252(QString("Citação número %1, Salmo 23:1\r\n\r\nSegundo parágrafo.\r\n").arg(n)));
+            f.write(
+                Para_Cp1252(QString("Citação número %1, Salmo 23:1\r\n\r\nSegundo parágrafo.\r\n").arg(n)));
         }
     }
 

@@ -13,7 +13,8 @@ int main(int argc, char** argv) {
     if (argc < 4) return 2;
     qputenv("QUIZORA_PASTA", argv[1]);
     Plataforma_Roteirizada plataforma;
-    for (Ligação* c : {&Conexão, &Conexão_Secundária, &Conexão_Terciária, &Conexão_Quaternária, &Conexão_Temporária})
+    for (Ligação* c :
+         {&Conexão, &Conexão_Secundária, &Conexão_Terciária, &Conexão_Quaternária, &Conexão_Temporária})
         c->Open(Conexão_Principal());
     Inicia_Transação();
     Abre_Tabela("tblPergunta");

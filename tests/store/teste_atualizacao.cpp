@@ -17,7 +17,7 @@
 
 namespace {
 class Atualização_Teste : public ::testing::Test {
-protected:
+  protected:
     Pasta_Teste Pasta;
     Plataforma_Roteirizada Plataforma;
 
@@ -165,7 +165,8 @@ protected:
 TEST_F(Atualização_Teste, FreshFolderBecomesACompleteDatabaseAndTheSecondStartGoesOn) {
     ASSERT_TRUE(Inicia_Programa());
     ASSERT_FALSE(Plataforma.Caixas.isEmpty());
-    EXPECT_TRUE(Plataforma.Caixas.last().Texto.startsWith("Uma nova versão do sistema Quizora foi instalada"));
+    EXPECT_TRUE(
+        Plataforma.Caixas.last().Texto.startsWith("Uma nova versão do sistema Quizora foi instalada"));
     EXPECT_EQ(Plataforma.Caixas.size(), 1);
     EXPECT_FALSE(QFile::exists(Caminho_Log_Ocorrências()));
 
@@ -174,7 +175,8 @@ TEST_F(Atualização_Teste, FreshFolderBecomesACompleteDatabaseAndTheSecondStart
     EXPECT_EQ(Versão_Gravada(), "4.14.10");
 
     Abre_Tabela("tblConfigur");
-    EXPECT_EQ(Tabela.Fields("Razão_Social").Value().toString(), "Colocar aqui a razão social da empresa!!!!!!");
+    EXPECT_EQ(Tabela.Fields("Razão_Social").Value().toString(),
+              "Colocar aqui a razão social da empresa!!!!!!");
     EXPECT_TRUE(Tabela.Fields("Monitora_Log_das_Atividades").Value().toBool());
     EXPECT_EQ(Tabela.Fields("Versão_Revelações_de_Deus").Value().toInt(), 0);
     Abre_Tabela("tblUsuário");

@@ -9,7 +9,7 @@
 
 namespace {
 class Gravação_Teste : public ::testing::Test {
-protected:
+  protected:
     Pasta_Teste Pasta;
     Plataforma_Roteirizada Plataforma;
     void SetUp() override {
@@ -123,7 +123,8 @@ TEST_F(Gravação_Teste, AuditTextFollowsTheSourceAndIsCutAtOneHundred) {
     Finaliza_Transação();
     QStringList textos = Auditoria();
     ASSERT_EQ(textos.size(), 1);
-    EXPECT_EQ(textos[0], "AtualizandoSelect * From tblUsuário Where Usuário = 'Sem audi onde Usuário = Sem auditoria");
+    EXPECT_EQ(textos[0],
+              "AtualizandoSelect * From tblUsuário Where Usuário = 'Sem audi onde Usuário = Sem auditoria");
 
     Abre_Tabela("tblUsuário");
     Inclui_Usuário(QString(20, 'z'));

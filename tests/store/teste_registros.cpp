@@ -19,7 +19,7 @@ struct Captura {
 };
 
 class Registros_Teste : public ::testing::Test {
-protected:
+  protected:
     Pasta_Teste Pasta;
     Plataforma_Roteirizada Plataforma;
     void SetUp() override { Cria_Bancos_De_Teste(); }
@@ -131,7 +131,8 @@ TEST_F(Registros_Teste, FieldsAnswerNamesPositionsAndAdoTypes) {
 }
 
 TEST_F(Registros_Teste, SeekFindsByEachKindAndOnSeveralFields) {
-    Catálogo::Adiciona_Índice(Conexão, "tblPergunta", {"idxTipo_Pergunta", Tipo_Índice::Simples, {"Tipo", "Pergunta"}});
+    Catálogo::Adiciona_Índice(Conexão, "tblPergunta",
+                              {"idxTipo_Pergunta", Tipo_Índice::Simples, {"Tipo", "Pergunta"}});
     Abre_Tabela("tblPergunta");
     for (const char* p : {"b", "d", "f"}) Inclui_Pergunta(p, "x", "G");
     Inclui_Pergunta("a", "x", "B");
@@ -180,7 +181,8 @@ TEST_F(Registros_Teste, KeysetStepsOverRowsDeletedByOthersAndWalksBothEnds) {
     sqlite3* outro = nullptr;
     ASSERT_EQ(sqlite3_open(Caminho_Banco_Principal().toUtf8().constData(), &outro), SQLITE_OK);
     Registra_Comparação(outro);
-    ASSERT_EQ(sqlite3_exec(outro, "DELETE FROM tblPergunta WHERE rowid = 2", nullptr, nullptr, nullptr), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(outro, "DELETE FROM tblPergunta WHERE rowid = 2", nullptr, nullptr, nullptr),
+              SQLITE_OK);
     sqlite3_close(outro);
 
     Tabela.MoveNext();
@@ -203,7 +205,8 @@ TEST_F(Registros_Teste, KeysetStepsOverRowsDeletedByOthersAndWalksBothEnds) {
 
 TEST_F(Registros_Teste, StatementSubsetRunsWithDatesBooleansAndQuotes) {
     Abre_Tabela("tblPergunta_Já_Mostrada");
-    const QList<QDateTime> datas = {QDateTime(QDate(2026, 1, 5), QTime(10, 0)), QDateTime(QDate(2025, 12, 31), QTime(0, 0)),
+    const QList<QDateTime> datas = {QDateTime(QDate(2026, 1, 5), QTime(10, 0)),
+                                    QDateTime(QDate(2025, 12, 31), QTime(0, 0)),
                                     QDateTime(QDate(2026, 3, 1), QTime(8, 30))};
     for (int i = 0; i < datas.size(); ++i) {
         Tabela.AddNew();
@@ -216,8 +219,9 @@ TEST_F(Registros_Teste, StatementSubsetRunsWithDatesBooleansAndQuotes) {
     EXPECT_EQ(Tabela.Fields("Data_Jogo").Value().toDateTime(), datas[1]);
     Abre_Tabela("Select * From tblPergunta_Já_Mostrada Where Data_Jogo > #1/5/2026#");
     EXPECT_EQ(Tabela.RecordCount(), 2);
-    Abre_Tabela("Select * From tblPergunta_Já_Mostrada Where Data_Jogo Between CDate('01/01/2026') And "
-                "CDate('02/03/2026')");
+    Abre_Tabela(
+        "Select * From tblPergunta_Já_Mostrada Where Data_Jogo Between CDate('01/01/2026') And "
+        "CDate('02/03/2026')");
     EXPECT_EQ(Tabela.RecordCount(), 2);
     Abre_Tabela("Select * From tblPergunta_Já_Mostrada where Código_Pergunta = 3");
     EXPECT_EQ(Tabela.RecordCount(), 1);
@@ -264,9 +268,11 @@ TEST_F(Registros_Teste, LastrecCachesReadsSelectsAndIsDroppedByOpenersAndDeletes
 }
 
 TEST_F(Registros_Teste, CatalogueCreatesDropsAndChangesTablesFieldsAndIndexes) {
-    Catálogo::Cria_Tabela(Conexão, "tblPermissão",
-                          {{"Rotina", Tipo_Texto, 50}, {"Código_Permissão", Tipo_Long, 0, true}, {"Usuário", Tipo_Texto, 50}});
-    Catálogo::Adiciona_Índice(Conexão, "tblPermissão", {"idxCódigo_Permissão", Tipo_Índice::Simples, {"Código_Permissão"}});
+    Catálogo::Cria_Tabela(
+        Conexão, "tblPermissão",
+        {{"Rotina", Tipo_Texto, 50}, {"Código_Permissão", Tipo_Long, 0, true}, {"Usuário", Tipo_Texto, 50}});
+    Catálogo::Adiciona_Índice(Conexão, "tblPermissão",
+                              {"idxCódigo_Permissão", Tipo_Índice::Simples, {"Código_Permissão"}});
     Abre_Tabela("tblPermissão");
     Tabela.AddNew();
     Tabela.Fields("Rotina").Set_Value("frmPergunta");

@@ -12,7 +12,7 @@
 
 namespace {
 class Travas_Teste : public ::testing::Test {
-protected:
+  protected:
     Pasta_Teste Pasta;
     Plataforma_Roteirizada Plataforma;
     QProcess Outro;
@@ -62,8 +62,10 @@ TEST_F(Travas_Teste, HeldRowRefusesTheSecondCopyOnceAndLeavesOtherRowsFree) {
     EXPECT_EQ(Estado_Transação, "Desfez Transação");
     ASSERT_EQ(Plataforma.Caixas.size(), 1);
     EXPECT_EQ(Plataforma.Caixas[0].Texto,
-              "Não foi possível concluir este processamento, pois neste exato momento há outros usuários utilizando "
-              "esta mesma informação!!!\r\rTente refazer novamente este processamento dentro de alguns instantes...");
+              "Não foi possível concluir este processamento, pois neste exato momento há outros usuários "
+              "utilizando "
+              "esta mesma informação!!!\r\rTente refazer novamente este processamento dentro de alguns "
+              "instantes...");
     EXPECT_EQ(Plataforma.Caixas[0].Título, "Quizora");
     EXPECT_EQ(Plataforma.Caixas[0].Ícone, Ícone_Caixa::Exclamação);
 

@@ -8,12 +8,12 @@
 #include "store/Funções_Banco.h"
 
 void Reinicia_Estado_Global() {
-    for (Registros* r : {&Tabela, &Tabela_Secundária, &Tabela_Terciária, &Tabela_Quaternária, &Tabela_Temporária,
-                         &Tabela_Dbf, &Tabela_Pesquisa, &Tabela_Dynaset, &Tabela_Critério_de_Consulta,
-                         &Tabela_Manutenção})
+    for (Registros* r :
+         {&Tabela, &Tabela_Secundária, &Tabela_Terciária, &Tabela_Quaternária, &Tabela_Temporária,
+          &Tabela_Dbf, &Tabela_Pesquisa, &Tabela_Dynaset, &Tabela_Critério_de_Consulta, &Tabela_Manutenção})
         r->Reinicia();
-    for (Ligação* c : {&Conexão, &Conexão_Secundária, &Conexão_Terciária, &Conexão_Quaternária, &Conexão_Temporária,
-                       &Conexão_Dbf, &Conexão_Manutenção}) {
+    for (Ligação* c : {&Conexão, &Conexão_Secundária, &Conexão_Terciária, &Conexão_Quaternária,
+                       &Conexão_Temporária, &Conexão_Dbf, &Conexão_Manutenção}) {
         c->Close();
         c->ConnectionString.clear();
     }
@@ -46,27 +46,36 @@ Pasta_Teste::~Pasta_Teste() {
 void Cria_Bancos_De_Teste() {
     Catálogo::Cria_Banco(Conexão_Criação(Caminho_Banco_Principal()));
     Catálogo::Cria_Banco(Conexão_Criação(Caminho_Banco_Manutenção()));
-    for (Ligação* c : {&Conexão, &Conexão_Secundária, &Conexão_Terciária, &Conexão_Quaternária, &Conexão_Temporária})
+    for (Ligação* c :
+         {&Conexão, &Conexão_Secundária, &Conexão_Terciária, &Conexão_Quaternária, &Conexão_Temporária})
         c->Open(Conexão_Principal());
     Conexão_Dbf.Open(Conexão_Dbase());
     Conexão_Manutenção.Open(Conexão_Auditoria());
 
     Catálogo::Cria_Tabela(Conexão, "tblUsuário",
-                          {{"Usuário", Tipo_Texto, 20}, {"Código_Usuário", Tipo_Long, 0, true},
-                           {"Senha", Tipo_Long}, {"Biblioteca_Imagens_Local", Tipo_Texto, 150, false, true}});
-    Catálogo::Adiciona_Índice(Conexão, "tblUsuário", {"idxCódigo_Usuário", Tipo_Índice::Simples, {"Código_Usuário"}});
+                          {{"Usuário", Tipo_Texto, 20},
+                           {"Código_Usuário", Tipo_Long, 0, true},
+                           {"Senha", Tipo_Long},
+                           {"Biblioteca_Imagens_Local", Tipo_Texto, 150, false, true}});
+    Catálogo::Adiciona_Índice(Conexão, "tblUsuário",
+                              {"idxCódigo_Usuário", Tipo_Índice::Simples, {"Código_Usuário"}});
     Catálogo::Adiciona_Índice(Conexão, "tblUsuário", {"idxUsuário", Tipo_Índice::Primário, {"Usuário"}});
     Catálogo::Cria_Tabela(Conexão, "tblPergunta",
-                          {{"Pergunta", Tipo_Texto, 124}, {"Código_Pergunta", Tipo_Long, 0, true},
-                           {"Resposta_Correta", Tipo_Texto, 50}, {"Tipo", Tipo_Texto, 1},
+                          {{"Pergunta", Tipo_Texto, 124},
+                           {"Código_Pergunta", Tipo_Long, 0, true},
+                           {"Resposta_Correta", Tipo_Texto, 50},
+                           {"Tipo", Tipo_Texto, 1},
                            {"Já_Comparada", Tipo_Boolean}});
-    Catálogo::Adiciona_Índice(Conexão, "tblPergunta", {"idxCódigo_Pergunta", Tipo_Índice::Simples, {"Código_Pergunta"}});
+    Catálogo::Adiciona_Índice(Conexão, "tblPergunta",
+                              {"idxCódigo_Pergunta", Tipo_Índice::Simples, {"Código_Pergunta"}});
     Catálogo::Adiciona_Índice(Conexão, "tblPergunta", {"idxPergunta", Tipo_Índice::Simples, {"Pergunta"}});
     Catálogo::Cria_Tabela(Conexão, "tblPergunta_Já_Mostrada",
                           {{"Código_Pergunta", Tipo_Long}, {"Data_Jogo", Tipo_Data}});
     Catálogo::Cria_Tabela(Conexão_Manutenção, "tblManutenção_Banco_de_Dados",
-                          {{"Manutenção", Tipo_Texto, 100}, {"Código_Manutenção_Banco_de_Dados", Tipo_Long, 0, true},
-                           {"Usuário", Tipo_Texto, 20}, {"Data_Manutenção", Tipo_Data},
+                          {{"Manutenção", Tipo_Texto, 100},
+                           {"Código_Manutenção_Banco_de_Dados", Tipo_Long, 0, true},
+                           {"Usuário", Tipo_Texto, 20},
+                           {"Data_Manutenção", Tipo_Data},
                            {"Hora_Manutenção", Tipo_Texto, 8}});
     Abre_Tabela_Manutenção("tblManutenção_Banco_de_Dados");
 }

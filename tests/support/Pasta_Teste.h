@@ -4,13 +4,13 @@
 #include <QTemporaryDir>
 
 class Pasta_Teste {
-public:
+  public:
     Pasta_Teste();
     ~Pasta_Teste();
     QString Caminho() const { return Pasta.path(); }
     QString Dados() const { return Pasta.path() + "/Dados"; }
 
-private:
+  private:
     QTemporaryDir Pasta;
 };
 

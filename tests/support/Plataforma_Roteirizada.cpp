@@ -4,7 +4,9 @@
 
 Plataforma_Roteirizada::Plataforma_Roteirizada() : Anterior(Define_Plataforma(this)) {}
 
-Plataforma_Roteirizada::~Plataforma_Roteirizada() { Define_Plataforma(Anterior); }
+Plataforma_Roteirizada::~Plataforma_Roteirizada() {
+    Define_Plataforma(Anterior);
+}
 
 Resposta_Caixa Plataforma_Roteirizada::Caixa_Mensagem(const QString& texto, const QString& título,
                                                       Ícone_Caixa ícone, Botões_Caixa botões) {
@@ -15,7 +17,7 @@ Resposta_Caixa Plataforma_Roteirizada::Caixa_Mensagem(const QString& texto, cons
         return r;
     }
     return (botões == Botões_Caixa::Sim_Não || botões == Botões_Caixa::Sim_Não_Cancelar) ? Resposta_Caixa::Sim
-                                                                                          : Resposta_Caixa::Ok;
+                                                                                         : Resposta_Caixa::Ok;
 }
 
 QString Plataforma_Roteirizada::Caixa_Entrada(const QString&, const QString&, const QString&) {
@@ -25,7 +27,9 @@ QString Plataforma_Roteirizada::Caixa_Entrada(const QString&, const QString&, co
     return r;
 }
 
-int Plataforma_Roteirizada::Mostra_Modal(QDialog* janela) { return janela->exec(); }
+int Plataforma_Roteirizada::Mostra_Modal(QDialog* janela) {
+    return janela->exec();
+}
 
 void Plataforma_Roteirizada::Dorme(int ms) {
     Sonos << ms;

@@ -22,7 +22,7 @@ struct Programa_Encerrado {
 };
 
 class Plataforma_Roteirizada : public Plataforma {
-public:
+  public:
     Plataforma_Roteirizada();
     ~Plataforma_Roteirizada() override;
 
@@ -63,7 +63,7 @@ public:
     bool Linha_Comando_Vazia() override { return Linha_Vazia; }
     [[noreturn]] void Encerra_Agora(int código) override;
 
-private:
+  private:
     Plataforma* Anterior;
     unsigned Estado_Gerador = 12345;
 };

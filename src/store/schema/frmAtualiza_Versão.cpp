@@ -21,8 +21,9 @@
 #include "utilities/Zip.h"
 
 namespace {
-Ligação* const Sete_Conexões[] = {&Conexão,           &Conexão_Secundária, &Conexão_Terciária, &Conexão_Quaternária,
-                                  &Conexão_Temporária, &Conexão_Dbf,        &Conexão_Manutenção};
+Ligação* const Sete_Conexões[] = {
+    &Conexão,     &Conexão_Secundária, &Conexão_Terciária, &Conexão_Quaternária, &Conexão_Temporária,
+    &Conexão_Dbf, &Conexão_Manutenção};
 
 QString Versão_Programa() {
     return Versão_Comparável(Versão_Maior_Programa, Versão_Menor_Programa, Versão_Revisão_Programa);
@@ -73,7 +74,8 @@ frmAtualiza_Versão::frmAtualiza_Versão(QWidget* pai) : QDialog(pai) {
     negrito.setBold(true);
     Label5->setFont(negrito);
     for (QLabel* l : {Label1, Label2, Label3, Label5, Image1, lblStatus}) l->setAlignment(Qt::AlignCenter);
-    Image1->setPixmap(QPixmap(Caminho_Ícone("Quizora.png")).scaled(96, 96, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    Image1->setPixmap(
+        QPixmap(Caminho_Ícone("Quizora.png")).scaled(96, 96, Qt::KeepAspectRatio, Qt::SmoothTransformation));
     pgbBarra_De_Progresso->setMinimumWidth(520);
 
     auto* layout = new QVBoxLayout(this);
@@ -101,7 +103,10 @@ void frmAtualiza_Versão::Form_Load() {
     setWindowIcon(QIcon());
     setWindowTitle(" ");
     Label1->setText(Título_Programa);
-    Label2->setText(QString("versão %1.%2.%3").arg(Versão_Maior_Programa).arg(Versão_Menor_Programa).arg(Versão_Revisão_Programa));
+    Label2->setText(QString("versão %1.%2.%3")
+                        .arg(Versão_Maior_Programa)
+                        .arg(Versão_Menor_Programa)
+                        .arg(Versão_Revisão_Programa));
     Em_Cadastro = false;
     Comando_SQL.clear();
     Limpa_Cache_Lastrec();
@@ -116,17 +121,19 @@ void frmAtualiza_Versão::tmrTempo_Timer() {
         Catálogo::Cria_Banco(Conexão_Criação(Caminho_Banco_Principal()));
         Ligação criação;
         criação.Open(Conexão_Criação(Caminho_Banco_Principal()));
-        const Definição_Tabela d =
-            Só_Campos(Definição("tblConfigur"), {"Razão_Social", "Versão_Maior", "Versão_Menor", "Versão_Revisão"});
+        const Definição_Tabela d = Só_Campos(
+            Definição("tblConfigur"), {"Razão_Social", "Versão_Maior", "Versão_Menor", "Versão_Revisão"});
         Catálogo::Cria_Tabela(criação, d.Nome, d.Campos);
     }
     if (!QFile::exists(Caminho_Banco_Manutenção())) Cria_Banco_de_Dados_Manutenção();
 
-    const QString textos[] = {Conexão_Principal(), Conexão_Principal(), Conexão_Principal(), Conexão_Principal(),
-                              Conexão_Principal(), Conexão_Dbase(),     Conexão_Auditoria()};
+    const QString textos[] = {Conexão_Principal(), Conexão_Principal(), Conexão_Principal(),
+                              Conexão_Principal(), Conexão_Principal(), Conexão_Dbase(),
+                              Conexão_Auditoria()};
     for (int i = 0; i < 7; ++i) Reaponta_Conexão(*Sete_Conexões[i], textos[i]);
     // A start killed before the table was added finds a file without it.
-    Garante_Tabela(Definição("tblConfigur"), {"Razão_Social", "Versão_Maior", "Versão_Menor", "Versão_Revisão"});
+    Garante_Tabela(Definição("tblConfigur"),
+                   {"Razão_Social", "Versão_Maior", "Versão_Menor", "Versão_Revisão"});
 
     Abre_Tabela("tblConfigur");
     Abre_Tabela_Manutenção("tblManutenção_Banco_de_Dados");
@@ -184,17 +191,20 @@ void frmAtualiza_Versão::Cria_Banco_de_Dados_Manutenção() {
 
 // ---------- the schema steps; each is safe to repeat after a start that was killed ----------
 
-void frmAtualiza_Versão::Garante_Tabela(const Definição_Tabela& definição, const QStringList& só_estes_campos) {
+void frmAtualiza_Versão::Garante_Tabela(const Definição_Tabela& definição,
+                                        const QStringList& só_estes_campos) {
     const Definição_Tabela d = Só_Campos(definição, só_estes_campos);
     if (!Catálogo::Existe_Tabela(Conexão, d.Nome)) Catálogo::Cria_Tabela(Conexão, d.Nome, d.Campos);
 }
 
 void frmAtualiza_Versão::Garante_Campo(const QString& tabela, const Campo_Info& campo) {
-    if (Catálogo::Estrutura(Conexão, tabela).Posição_Campo(campo.Nome) < 0) Catálogo::Adiciona_Campo(Conexão, tabela, campo);
+    if (Catálogo::Estrutura(Conexão, tabela).Posição_Campo(campo.Nome) < 0)
+        Catálogo::Adiciona_Campo(Conexão, tabela, campo);
 }
 
 void frmAtualiza_Versão::Retira_Campo(const QString& tabela, const QString& campo) {
-    if (Catálogo::Estrutura(Conexão, tabela).Posição_Campo(campo) >= 0) Catálogo::Exclui_Campo(Conexão, tabela, campo);
+    if (Catálogo::Estrutura(Conexão, tabela).Posição_Campo(campo) >= 0)
+        Catálogo::Exclui_Campo(Conexão, tabela, campo);
 }
 
 void frmAtualiza_Versão::Garante_Índice(const QString& tabela, const QString& índice) {
@@ -227,7 +237,9 @@ void frmAtualiza_Versão::Atualiza_Cada_Linha(const QString& tabela,
 void frmAtualiza_Versão::Etapas_do_Esquema(long versão) {
     Rotina r(this, "Etapas_do_Esquema");
     const QString pasta_ícones = QDir::toNativeSeparators(Caminho_Programa() + "/Ícones");
-    auto etapa = [&](long comporta) { return versão < comporta && (Última_Etapa == 0 || comporta <= Última_Etapa); };
+    auto etapa = [&](long comporta) {
+        return versão < comporta && (Última_Etapa == 0 || comporta <= Última_Etapa);
+    };
 
     if (etapa(1000000)) {
         Garante_Tabela(Definição("tblUsuário"), {"Usuário", "Código_Usuário", "Senha"});
@@ -304,7 +316,8 @@ void frmAtualiza_Versão::Etapas_do_Esquema(long versão) {
     }
     if (etapa(1010006)) {
         Garante_Campo("tblPergunta", Texto("Pergunta_Original", 124, true));
-        Atualiza_Cada_Linha("tblPergunta", [](int) { Tabela.Fields("Pergunta_Original").Set_Value(QString("")); });
+        Atualiza_Cada_Linha("tblPergunta",
+                            [](int) { Tabela.Fields("Pergunta_Original").Set_Value(QString("")); });
     }
     if (etapa(1011004)) {
         Abre_Tabela("tblPermissão");
@@ -355,7 +368,8 @@ void frmAtualiza_Versão::Etapas_do_Esquema(long versão) {
         Catálogo::Exclui_Tabela(Conexão, "tblManutenção_Banco_de_Dados");
     if (etapa(2006036)) {
         Garante_Campo("tblConfigur", Booleano("Monitora_Log_das_Atividades"));
-        Atualiza_Cada_Linha("tblConfigur", [](int) { Tabela.Fields("Monitora_Log_das_Atividades").Set_Value(true); });
+        Atualiza_Cada_Linha("tblConfigur",
+                            [](int) { Tabela.Fields("Monitora_Log_das_Atividades").Set_Value(true); });
     }
     if (etapa(2006042)) {
         Garante_Tabela(Definição("tblDinâmica"));
@@ -382,7 +396,8 @@ void frmAtualiza_Versão::Etapas_do_Esquema(long versão) {
     }
     if (etapa(4006025)) {
         Garante_Campo("tblConfigur", Longo("Versão_Revelações_de_Deus"));
-        Atualiza_Cada_Linha("tblConfigur", [](int) { Tabela.Fields("Versão_Revelações_de_Deus").Set_Value(0); });
+        Atualiza_Cada_Linha("tblConfigur",
+                            [](int) { Tabela.Fields("Versão_Revelações_de_Deus").Set_Value(0); });
     }
     if (etapa(4011004)) Retira_Campo("tblPergunta", "Usuário");
     if (etapa(4011019)) Garante_Índice("tblPergunta", "idxJá_Comparada");
@@ -416,7 +431,8 @@ void frmAtualiza_Versão::Converte_Pontuação() {
         Exclui_Arquivo_Banco(Caminho_Cópia_Banco());
         Tabela.Reinicia();
         Catálogo::Copia_Banco(Conexão, Caminho_Cópia_Banco());
-        if (atual.Índice("idxPontuação") != nullptr) Catálogo::Exclui_Índice(Conexão, "tblPontuação", "idxPontuação");
+        if (atual.Índice("idxPontuação") != nullptr)
+            Catálogo::Exclui_Índice(Conexão, "tblPontuação", "idxPontuação");
         Catálogo::Exclui_Campo(Conexão, "tblPontuação", "Pontuação");
         Catálogo::Adiciona_Campo(Conexão, "tblPontuação", Duplo("Pontuação"));
     }
@@ -463,11 +479,12 @@ void frmAtualiza_Versão::Semente_Danificada(const QString& arquivo, const QStri
     QFile::remove(arquivo + "-wal");
     QFile::remove(arquivo + "-shm");
     QFile::rename(arquivo, guardado);
-    Mensagem_Erro = "O arquivo de atualização " + QFileInfo(arquivo).fileName() + " não pôde ser lido (" + motivo +
-                    "). Ele foi renomeado para " + QFileInfo(guardado).fileName() +
+    Mensagem_Erro = "O arquivo de atualização " + QFileInfo(arquivo).fileName() + " não pôde ser lido (" +
+                    motivo + "). Ele foi renomeado para " + QFileInfo(guardado).fileName() +
                     " e as informações já cadastradas foram preservadas";
     Registra_Ocorrência(31037, objectName(), "Semente_Danificada", 0);
-    Plataforma_Atual().Caixa_Mensagem(Mensagem_Erro + ".", Título_Programa, Ícone_Caixa::Crítico, Botões_Caixa::Ok);
+    Plataforma_Atual().Caixa_Mensagem(Mensagem_Erro + ".", Título_Programa, Ícone_Caixa::Crítico,
+                                      Botões_Caixa::Ok);
 }
 
 void frmAtualiza_Versão::Etapa_Citações() {
@@ -538,9 +555,10 @@ void frmAtualiza_Versão::Etapa_Arquivo_Compactado() {
     }
     Rotina r(this, "Etapa_Arquivo_Compactado");
     if (Catálogo::Existe_Tabela(Conexão_Temporária, "tblPergunta"))
-        Importa_Tabela_Semente("tblPergunta", "idxPergunta_Original", "Pergunta_Original",
-                               {"Pergunta", "Resposta_Correta", "Resposta_Incorreta_1", "Resposta_Incorreta_2",
-                                "Resposta_Incorreta_3", "Tipo", "Já_Comparada", "Já_Verificada", "Pergunta_Original"});
+        Importa_Tabela_Semente(
+            "tblPergunta", "idxPergunta_Original", "Pergunta_Original",
+            {"Pergunta", "Resposta_Correta", "Resposta_Incorreta_1", "Resposta_Incorreta_2",
+             "Resposta_Incorreta_3", "Tipo", "Já_Comparada", "Já_Verificada", "Pergunta_Original"});
     if (Catálogo::Existe_Tabela(Conexão_Temporária, "tblDinâmica"))
         Importa_Tabela_Semente("tblDinâmica", "idxDinâmica", "Dinâmica",
                                {"Dinâmica", "Materiais", "Instruções", "Tipo_Dinâmica"});
@@ -548,8 +566,8 @@ void frmAtualiza_Versão::Etapa_Arquivo_Compactado() {
     Exclui_Arquivo_Banco(Caminho_Banco_Temporário());
 }
 
-void frmAtualiza_Versão::Importa_Tabela_Semente(const QString& tabela, const QString& índice, const QString& chave,
-                                                const QStringList& campos) {
+void frmAtualiza_Versão::Importa_Tabela_Semente(const QString& tabela, const QString& índice,
+                                                const QString& chave, const QStringList& campos) {
     Abre_Tabela_Temporária(tabela);
     const int total = Lastrec(Tabela_Temporária.Source, Conexão_Temporária);
     if (total != 0) Tabela_Temporária.MoveFirst();
@@ -565,7 +583,8 @@ void frmAtualiza_Versão::Importa_Tabela_Semente(const QString& tabela, const QS
         if (Tabela.Eof()) {
             Inicia_Transação();
             Tabela.AddNew();
-            for (const QString& campo : campos) Tabela.Fields(campo).Set_Value(Tabela_Temporária.Fields(campo).Value());
+            for (const QString& campo : campos)
+                Tabela.Fields(campo).Set_Value(Tabela_Temporária.Fields(campo).Value());
             Grava(Tabela, false);
             Finaliza_Transação();
         }

@@ -11,7 +11,7 @@ struct Definição_Tabela;
 // The gate of every start: creates the databases, brings an older one up to this version and loads the
 // seed files left in Dados.
 class frmAtualiza_Versão : public QDialog {
-public:
+  public:
     explicit frmAtualiza_Versão(QWidget* pai = nullptr);
 
     // The whole work of the window; the timer runs it once when the window is on the screen.
@@ -31,7 +31,7 @@ public:
     // databases as older releases left them this way). Zero runs them all.
     long Última_Etapa = 0;
 
-private:
+  private:
     void Form_Load();
     void Caminho_de_Atualização(const QString& versão_banco);
     void Etapas_do_Esquema(long versão);
