@@ -19,6 +19,10 @@
 #include "failure/Trata_Erro.h"
 #include "platform/Plataforma.h"
 #include "revelations/Revelações.h"
+#include "game/frmHall.h"
+#include "game/frmInício_Jogo.h"
+#include "game/frmJogo.h"
+#include "game/frmSorteio.h"
 #include "shell/frmLogin.h"
 #include "shell/frmSair.h"
 #include "store/Funções_Banco.h"
@@ -75,6 +79,32 @@ QAction* frmPrincipal::Entrada(QMenu* menu, const char* nome, const QString& tí
 }
 
 void frmPrincipal::Monta_Menu() {
+    QAction* novo_jogo = menuBar()->addAction("&Novo Jogo");
+    novo_jogo->setObjectName("mnuNovo_Jogo");
+    QObject::connect(novo_jogo, &QAction::triggered, this, [this] {
+        Rotina r(this, "mnuNovo_Jogo_Click");
+        frmInício_Jogo janela(this);
+        Plataforma_Atual().Mostra_Modal(&janela);
+    });
+    // A game that ends shows the hall of fame with its ranking.
+    frmJogo::Ao_Terminar_Padrão = [](frmJogo& jogo) {
+        frmHall hall(&jogo, &jogo.Jogo);
+        Plataforma_Atual().Mostra_Modal(&hall);
+    };
+    QAction* hall = menuBar()->addAction("&Hall da Fama");
+    hall->setObjectName("mnuHall");
+    QObject::connect(hall, &QAction::triggered, this, [this] {
+        Rotina r(this, "mnuHall_Click");
+        frmHall janela(this);
+        Plataforma_Atual().Mostra_Modal(&janela);
+    });
+    QAction* sorteio = menuBar()->addAction("Sor&teio");
+    sorteio->setObjectName("mnuSorteio");
+    QObject::connect(sorteio, &QAction::triggered, this, [this] {
+        Rotina r(this, "mnuSorteio_Click");
+        frmSorteio janela(this);
+        Plataforma_Atual().Mostra_Modal(&janela);
+    });
     QMenu* utilitários = menuBar()->addMenu("&Utilitários");
     utilitários->setObjectName("mnuUtilitários");
     QObject::connect(Entrada(utilitários, "mnuBackup", "&Backup de Segurança"), &QAction::triggered, this,

@@ -1,0 +1,302 @@
+// The game windows driven offscreen with the scripted platform, on a real database.
+#include <gtest/gtest.h>
+
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSet>
+#include <QTest>
+#include <QTimer>
+
+#include "common/Globais.h"
+#include "game/frmInício_Jogo.h"
+#include "game/frmJogo.h"
+#include "store/Funções_Banco.h"
+#include "store/schema/frmAtualiza_Versão.h"
+#include "support/Pasta_Teste.h"
+#include "support/Plataforma_Roteirizada.h"
+
+namespace {
+class Janela_Jogo_Teste : public ::testing::Test {
+  protected:
+    Pasta_Teste Pasta;
+    Plataforma_Roteirizada Plataforma;
+
+    void SetUp() override {
+        for (int início = 0; início < 2; ++início) {
+            Reinicia_Estado_Global();
+            frmAtualiza_Versão janela;
+            janela.tmrTempo->stop();
+            try {
+                janela.tmrTempo_Timer();
+            } catch (const Programa_Encerrado&) {
+            }
+        }
+        Tabela_Manutenção.Reinicia();
+        Abre_Tabela_Manutenção("tblManutenção_Banco_de_Dados");
+        Plataforma.Caixas.clear();
+        Tipo_Pergunta = "A";
+        frmJogo::Ao_Terminar_Padrão = nullptr;
+    }
+
+    void TearDown() override { frmJogo::Ao_Terminar_Padrão = nullptr; }
+
+    static void Cadastra_Perguntas(int quantidade, const QString& tipo = "G") {
+        Tabela.Reinicia();
+        Abre_Tabela("tblPergunta");
+        for (int i = 1; i <= quantidade; ++i) {
+            Tabela.AddNew();
+            Tabela.Fields("Pergunta").Set_Value(QString("Pergunta número %1?").arg(i));
+            Tabela.Fields("Resposta_Correta").Set_Value(QString("Certa %1").arg(i));
+            Tabela.Fields("Resposta_Incorreta_1").Set_Value(QString("Errada A%1").arg(i));
+            Tabela.Fields("Resposta_Incorreta_2").Set_Value(QString("Errada B%1").arg(i));
+            Tabela.Fields("Resposta_Incorreta_3").Set_Value(QString("Errada C%1").arg(i));
+            Tabela.Fields("Tipo").Set_Value(tipo);
+            Tabela.Fields("Já_Comparada").Set_Value(false);
+            Tabela.Fields("Já_Verificada").Set_Value(false);
+            Tabela.Update();
+        }
+        Tabela.Reinicia();
+        Limpa_Cache_Lastrec();
+    }
+
+    // A radio button or a check box takes the click on its mark and its text, at the left.
+    static void Clica(QAbstractButton* botão) {
+        QTest::mouseClick(botão, Qt::LeftButton, {}, QPoint(8, botão->height() / 2));
+    }
+
+    static int Certa(const frmJogo& janela) {
+        for (int k = 0; k < 4; ++k)
+            if (janela.Jogo.Respostas_Exibidas[k] == janela.Jogo.Pergunta_Atual.Resposta_Correta) return k;
+        return -1;
+    }
+    static int Errada(const frmJogo& janela) {
+        for (int k = 0; k < 4; ++k) {
+            const QString& r = janela.Jogo.Respostas_Exibidas[k];
+            if (!r.isEmpty() && r != janela.Jogo.Pergunta_Atual.Resposta_Correta) return k;
+        }
+        return -1;
+    }
+
+    static void Informa_Nomes(frmJogo& janela, const QStringList& nomes) {
+        for (int i = 0; i < nomes.size(); ++i) {
+            janela.txtJogador[i + 1]->setText(nomes[i]);
+            janela.txtJogador_GotFocus(i + 1);
+            janela.txtJogador_Validate(i + 1);
+            janela.txtJogador_LostFocus(i + 1);
+        }
+        if (nomes.size() < Máximo_Jogadores) {
+            janela.txtJogador_GotFocus(nomes.size() + 1);
+            janela.txtJogador_Validate(nomes.size() + 1);
+            janela.txtJogador_LostFocus(nomes.size() + 1);
+        }
+    }
+
+    static int Linhas(const QString& comando) {
+        Tabela_Quaternária.Reinicia();
+        Abre_Tabela_Quaternária(comando);
+        const int n = Tabela_Quaternária.RecordCount();
+        return n;
+    }
+};
+}  // namespace
+
+TEST_F(Janela_Jogo_Teste, AnEmptyBankShowsMessage102AndLeavesOnlyTheExitButton) {
+    frmJogo janela;
+    ASSERT_EQ(Plataforma.Caixas.size(), 1);
+    EXPECT_FALSE(janela.fraJogadores->isEnabled());
+    EXPECT_FALSE(janela.fraResposta->isEnabled());
+    EXPECT_FALSE(janela.fraAjuda->isEnabled());
+    EXPECT_TRUE(janela.cmdSair->isEnabled());
+    EXPECT_EQ(janela.windowTitle(), "Existem atualmente  perguntas cadastradas...");
+}
+
+TEST_F(Janela_Jogo_Teste, TheStartingWindowChoosesTheKindOfQuestions) {
+    frmInício_Jogo início;
+    EXPECT_EQ(início.windowTitle(), "Início do Jogo");
+    início.Define_Tipo_Pergunta();
+    EXPECT_EQ(Tipo_Pergunta, "A");
+    início.optTipo_Pergunta[1]->setChecked(true);
+    início.Define_Tipo_Pergunta();
+    EXPECT_EQ(Tipo_Pergunta, "B");
+    início.optTipo_Pergunta[0]->setChecked(true);
+    início.Define_Tipo_Pergunta();
+    EXPECT_EQ(Tipo_Pergunta, "G");
+}
+
+TEST_F(Janela_Jogo_Teste, TwoCompetitorsPlayUntilBothDropOutAndGoToTheHallOfFame) {
+    Cadastra_Perguntas(30);
+    int halls = 0;
+    frmJogo::Ao_Terminar_Padrão = [&halls](frmJogo& j) {
+        ++halls;
+        EXPECT_FALSE(j.fraResposta->isEnabled());
+    };
+    frmJogo janela;
+    janela.show();
+    EXPECT_EQ(janela.windowTitle(), "Existem atualmente 30 perguntas cadastradas...");
+    EXPECT_TRUE(janela.fraJogadores->isEnabled());
+    EXPECT_FALSE(janela.fraResposta->isEnabled());
+    EXPECT_EQ(janela.lblPontuação[1]->text(), "        0 pts");
+    EXPECT_EQ(janela.lblNível[1]->text(), "1");
+
+    Informa_Nomes(janela, {"ANA MARIA", "bruno"});
+    EXPECT_EQ(janela.txtJogador[1]->text(), "Ana maria");
+    EXPECT_EQ(janela.txtJogador[2]->text(), "Bruno");
+    EXPECT_FALSE(janela.fraJogadores->isEnabled());
+    ASSERT_TRUE(janela.fraResposta->isEnabled());
+    ASSERT_FALSE(Plataforma.Caixas.isEmpty());
+    EXPECT_EQ(Plataforma.Caixas.last().Texto, "ANA MARIA, agora é a sua vez de jogar. Boa Sorte!!!");
+    EXPECT_EQ(janela.lblJogador_Atual->text(), "Ana maria");
+    EXPECT_EQ(janela.lblPontuação_1->text(), "Valendo");
+    EXPECT_EQ(janela.lblPontuação_2->text().trimmed(), "10");
+    EXPECT_FALSE(janela.lblPergunta->text().isEmpty());
+    int turnos = 1;
+
+    // Ana answers right: 10 points, level 2, the next question worth 20.
+    int k = Certa(janela);
+    ASSERT_GE(k, 0);
+    Clica(janela.optResposta[k]);
+    EXPECT_EQ(janela.lblPontuação[1]->text(), "       10 pts");
+    EXPECT_EQ(janela.lblNível[1]->text(), "2");
+    EXPECT_EQ(janela.lblResposta_Usuário[0]->text(), "Selecione uma");  // Bruno's turn has begun
+    EXPECT_EQ(Plataforma.Sons.last(), Caminho_Programa() + "/Sons/acerto.wav");
+    EXPECT_EQ(Plataforma.Caixas.last().Texto, "BRUNO, agora é a sua vez de jogar. Boa Sorte!!!");
+    ++turnos;
+
+    // Bruno asks the die; no answer gets through while it rolls.
+    ASSERT_EQ(janela.Jogo.Jogador_Atual, 2);
+    int tentativas_durante = 0;
+    Plataforma.Ao_Esperar = [&] {
+        ++tentativas_durante;
+        EXPECT_TRUE(janela.Dado_Rolando());
+        EXPECT_FALSE(janela.fraResposta->isEnabled());
+        janela.optResposta_Click(Certa(janela));
+        janela.chkAjuda_Click(4);
+    };
+    const int sonos_antes = Plataforma.Sonos.size();
+    Clica(janela.chkAjuda[3]);
+    Plataforma.Ao_Esperar = nullptr;
+    EXPECT_GT(tentativas_durante, 0);
+    EXPECT_EQ(janela.Jogo.Jogador_Atual, 2);
+    EXPECT_EQ(janela.Jogo.Pontos[2], 0);
+    EXPECT_TRUE(janela.fraResposta->isEnabled());
+    EXPECT_FALSE(janela.fraAjuda->isEnabled());
+    EXPECT_TRUE(janela.chkAjuda[3]->isHidden());
+    EXPECT_TRUE(janela.Jogo.Ajuda_Disponível[2][4]);  // the apostles were refused during the roll
+    EXPECT_GT(Plataforma.Sonos.size(), sonos_antes);  // the die paused between faces
+    for (int s = sonos_antes; s < Plataforma.Sonos.size(); ++s) EXPECT_EQ(Plataforma.Sonos[s], 250);
+    EXPECT_EQ(janela.lblResposta_Usuário[0]->text(), "Respostas");
+    const int eliminar = janela.lblResposta_Usuário[3]->text().toInt();
+    EXPECT_GE(eliminar, 1);
+    EXPECT_LE(eliminar, 3);
+    int vazias = 0;
+    for (int i = 0; i < 4; ++i) vazias += janela.optResposta[i]->text().isEmpty() ? 1 : 0;
+    EXPECT_EQ(vazias, eliminar);
+    // A blanked answer does nothing.
+    for (int i = 0; i < 4; ++i)
+        if (janela.Jogo.Respostas_Exibidas[i].isEmpty()) janela.optResposta_Click(i);
+    EXPECT_EQ(janela.Jogo.Jogador_Atual, 2);
+    // Bruno answers right after the die.
+    Clica(janela.optResposta[Certa(janela)]);
+    EXPECT_EQ(janela.Jogo.Pontos[2], 10);
+    ++turnos;
+
+    // Ana skips: no points, the value goes from 20 to 16.
+    ASSERT_EQ(janela.Jogo.Jogador_Atual, 1);
+    Clica(janela.chkAjuda[1]);
+    EXPECT_FALSE(janela.Jogo.Ajuda_Disponível[1][0]);
+    EXPECT_EQ(janela.Jogo.Valor_Jogador[1], 16);
+    EXPECT_EQ(janela.Jogo.Pontos[1], 10);
+    ++turnos;
+
+    // From now on both err until they drop out.
+    int saídas = 0;
+    for (int volta = 0; volta < 40 && janela.fraResposta->isEnabled(); ++volta) {
+        const int jogador = janela.Jogo.Jogador_Atual;
+        const int visíveis_antes = [&] {
+            int n = 0;
+            for (QCheckBox* c : janela.chkAjuda) n += c->isHidden() ? 0 : 1;
+            return n;
+        }();
+        k = Errada(janela);
+        ASSERT_GE(k, 0);
+        Clica(janela.optResposta[k]);
+        EXPECT_EQ(Plataforma.Sons.last(), Caminho_Programa() + "/Sons/erro.wav");
+        if (visíveis_antes == 0) {
+            ++saídas;
+            EXPECT_FALSE(janela.Jogo.Ativo[jogador]);
+            bool avisado = false;
+            for (const Caixa_Mostrada& c : Plataforma.Caixas)
+                avisado =
+                    avisado || c.Texto == janela.Jogo.Nome_Jogador[jogador].toUpper() +
+                                              ", você errou e já utilizou todas as ajudas disponíveis!!! O "
+                                              "jogo continuará para os demais competidores...";
+            EXPECT_TRUE(avisado);
+        }
+        if (janela.fraResposta->isEnabled()) ++turnos;
+    }
+    EXPECT_EQ(saídas, 2);
+    // The last answer stays on screen, the right one highlighted.
+    EXPECT_TRUE(janela.optResposta[Certa(janela)]->font().bold());
+    EXPECT_TRUE(janela.Jogo.Terminado);
+    EXPECT_EQ(halls, 1);
+    EXPECT_FALSE(janela.fraResposta->isEnabled());
+    EXPECT_FALSE(janela.fraAjuda->isEnabled());
+    EXPECT_FALSE(janela.fraJogadores->isEnabled());
+    EXPECT_EQ(janela.Jogo.Pontos[1], 10);
+    EXPECT_EQ(janela.Jogo.Pontos[2], 10);
+
+    // Every turn left a row in the history, dated today, and no question came twice.
+    EXPECT_EQ(Linhas("Select * From tblPergunta_Já_Mostrada Order By Data_Jogo"), turnos);
+    QSet<int> códigos;
+    for (Tabela_Quaternária.MoveFirst(); !Tabela_Quaternária.Eof(); Tabela_Quaternária.MoveNext()) {
+        códigos.insert(Tabela_Quaternária.Fields("Código_Pergunta").Value().toInt());
+        EXPECT_EQ(Tabela_Quaternária.Fields("Data_Jogo").Value().toDateTime().date(), QDate(2026, 11, 23));
+    }
+    EXPECT_EQ(códigos.size(), turnos);
+
+    // Both competitors stand in the hall of fame.
+    ASSERT_EQ(Linhas("Select * From tblPontuação"), 2);
+    QStringList jogadores;
+    for (Tabela_Quaternária.MoveFirst(); !Tabela_Quaternária.Eof(); Tabela_Quaternária.MoveNext()) {
+        jogadores << Tabela_Quaternária.Fields("Jogador").Value().toString().trimmed();
+        EXPECT_EQ(Tabela_Quaternária.Fields("Pontuação").Value().toDouble(), 10);
+    }
+    jogadores.sort();
+    EXPECT_EQ(jogadores, QStringList({"23/11/2026 Ana maria", "23/11/2026 Bruno"}));
+    Tabela_Quaternária.Reinicia();
+}
+
+TEST_F(Janela_Jogo_Teste, TheHallOfFameKeepsTheBestTen) {
+    Cadastra_Perguntas(5);
+    Tabela_Terciária.Reinicia();
+    Abre_Tabela_Terciária("tblPontuação");
+    for (int i = 1; i <= 10; ++i) {
+        Tabela_Terciária.AddNew();
+        Tabela_Terciária.Fields("Jogador").Set_Value(QString("01/01/2025 Antigo %1").arg(i));
+        Tabela_Terciária.Fields("Pontuação").Set_Value(i * 5.0);  // 5 to 50
+        Tabela_Terciária.Update();
+    }
+    Tabela_Terciária.Reinicia();
+
+    frmJogo janela;
+    janela.show();
+    Informa_Nomes(janela, {"carla"});
+    ASSERT_TRUE(janela.fraResposta->isEnabled());
+    Clica(janela.optResposta[Certa(janela)]);  // 10 points
+    for (int volta = 0; volta < 10 && janela.fraResposta->isEnabled(); ++volta)
+        Clica(janela.optResposta[Errada(janela)]);
+    ASSERT_TRUE(janela.Jogo.Terminado);
+
+    ASSERT_EQ(Linhas("Select * From tblPontuação"), 10);
+    QStringList jogadores;
+    for (Tabela_Quaternária.MoveFirst(); !Tabela_Quaternária.Eof(); Tabela_Quaternária.MoveNext())
+        jogadores << Tabela_Quaternária.Fields("Jogador").Value().toString().trimmed();
+    EXPECT_TRUE(jogadores.contains("23/11/2026 Carla"));
+    EXPECT_FALSE(jogadores.contains("01/01/2025 Antigo 1"));  // 5 points: the lowest goes
+    EXPECT_TRUE(jogadores.contains("01/01/2025 Antigo 2"));   // 10 points, ties with Carla and stays
+    Tabela_Quaternária.Reinicia();
+}
