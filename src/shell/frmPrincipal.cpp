@@ -25,6 +25,7 @@
 #include "game/frmSorteio.h"
 #include "shell/frmLogin.h"
 #include "shell/frmSair.h"
+#include "shell/frmSobre.h"
 #include "store/Funções_Banco.h"
 #include "store/schema/frmAtualiza_Versão.h"
 #include "utilities/Ajuda.h"
@@ -121,6 +122,11 @@ void frmPrincipal::Monta_Menu() {
     QObject::connect(Entrada(ajuda, "mnuRevelações_De_Deus",
                              "&Revelações de Deus (também acessível através da tecla F10)"),
                      &QAction::triggered, this, [] { Revelações_de_Deus(true); });
+    QObject::connect(Entrada(ajuda, "mnuSobre", "&Sobre"), &QAction::triggered, this, [this] {
+        Rotina r(this, "mnuSobre_Click");
+        frmSobre sobre(this);
+        Plataforma_Atual().Mostra_Modal(&sobre);
+    });
 }
 
 void frmPrincipal::Monta_Barra_de_Status() {

@@ -83,8 +83,7 @@ void frmSair::Form_Load() {
                         .arg(Versão_Revisão_Programa));
     Em_Cadastro = false;
     Comando_SQL.clear();
-    Label3->setText("Desenvolvido por Norvane Informática - 2004-" +
-                    QString::number(Plataforma_Atual().Agora().date().year()));
+    Label3->setText(Texto_Créditos());
 }
 
 void frmSair::cmdSair_Click() {

@@ -28,3 +28,8 @@ void Visita_Site_da_Norvane_Informática(QWidget* Janela) {
     Rotina r(Fonte_Funções_Públicas, "Visita_Site_da_Norvane_Informática");
     Abre_Link(Janela, "lblSite", "Abrindo site; aguarde...", Endereço_Site);
 }
+
+QString Texto_Créditos() {
+    return "Desenvolvido por Norvane Informática - 2004-" +
+           QString::number(Plataforma_Atual().Agora().date().year());
+}

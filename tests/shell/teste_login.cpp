@@ -15,6 +15,7 @@
 #include "revelations/Revelações.h"
 #include "shell/frmLogin.h"
 #include "shell/frmSair.h"
+#include "shell/frmSobre.h"
 #include "store/Funções_Banco.h"
 #include "store/schema/frmAtualiza_Versão.h"
 #include "support/Pasta_Teste.h"
@@ -123,4 +124,16 @@ TEST_F(Login_Teste, ExitDialogCancelFinishesAnOpenTransaction) {
     EXPECT_EQ(Estado_Transação, "Finalizou Transação");
     EXPECT_EQ(Operação, "Consulta");
     EXPECT_THROW(sair.cmdSair_Click(), Programa_Encerrado);
+}
+
+TEST_F(Login_Teste, AboutDialogNamesTheVersionsAndTheYear) {
+    frmSobre sobre;
+    EXPECT_EQ(sobre.windowTitle(), "Sobre o sistema Quizora");
+    EXPECT_EQ(sobre.Label2->text(), "versão 4.14.10");
+    EXPECT_TRUE(sobre.lblVersão_ADO->text().startsWith("ADO SQLite 3."));
+    EXPECT_TRUE(sobre.Label3->text().endsWith("2026"));
+    sobre.lblEmail->linkActivated("#");
+    ASSERT_FALSE(Plataforma.Abertos.isEmpty());
+    EXPECT_EQ(Plataforma.Abertos.last(), "mailto:" + Endereço_Suporte);
+    EXPECT_EQ(sobre.lblEmail->text(), "Abrindo e-mail; aguarde...");
 }

@@ -1,0 +1,91 @@
+#include "shell/frmSobre.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPixmap>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <sqlite3.h>
+
+#include "common/Globais.h"
+#include "failure/Rotina.h"
+#include "store/Funções_Banco.h"
+#include "utilities/Links.h"
+
+frmSobre::frmSobre(QWidget* pai) : Formulário("frmSobre", pai) {
+    Revelação_Com_F10 = false;
+    auto rótulo = [this](const QString& nome, const QString& texto = QString()) {
+        auto* l = new QLabel(texto, this);
+        l->setObjectName(nome);
+        return l;
+    };
+    Label1 = rótulo("Label1");
+    QFont título = font();
+    título.setBold(true);
+    título.setPointSize(título.pointSize() * 2);
+    Label1->setFont(título);
+    Label2 = rótulo("Label2");
+    Label6 = rótulo("Label6", "Versão do Banco de Dados:");
+    lblVersão_ADO = rótulo("lblVersão_ADO");
+    Label3 = rótulo("Label3");
+    Label5 = rótulo("Label5", "Clique no endereço abaixo para visitar nosso site:");
+    lblSite = rótulo("lblSite", "<a href=\"#\">" + Endereço_Site + "</a>");
+    Label4 = rótulo("Label4", "Clique no e-mail abaixo para contactar-nos (e-mail / MSN):");
+    lblEmail = rótulo("lblEmail", "<a href=\"#\">" + Endereço_Suporte + "</a>");
+    Image1 = rótulo("Image1");
+    Image1->setPixmap(
+        QPixmap(Caminho_Ícone("Quizora.png")).scaled(96, 96, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    cmdSair = new QPushButton("&Sair", this);
+    cmdSair->setObjectName("cmdSair");
+
+    auto* identificação = new QVBoxLayout;
+    for (QLabel* l : {Label1, Label2, Label6, lblVersão_ADO, Label3}) identificação->addWidget(l);
+    auto* topo = new QHBoxLayout;
+    topo->addWidget(Image1);
+    topo->addSpacing(12);
+    topo->addLayout(identificação, 1);
+    auto* botões = new QHBoxLayout;
+    botões->addStretch();
+    botões->addWidget(cmdSair);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(20, 16, 20, 16);
+    layout->addLayout(topo);
+    layout->addSpacing(10);
+    for (QLabel* l : {Label5, lblSite, Label4, lblEmail}) layout->addWidget(l);
+    layout->addSpacing(8);
+    layout->addLayout(botões);
+
+    QObject::connect(cmdSair, &QPushButton::clicked, this, [this] { cmdSair_Click(); });
+    QObject::connect(lblSite, &QLabel::linkActivated, this, [this] {
+        Rotina r(this, "lblSite_Click");
+        Visita_Site_da_Norvane_Informática(this);
+    });
+    QObject::connect(lblEmail, &QLabel::linkActivated, this, [this] {
+        Rotina r(this, "lblEmail_Click");
+        Envia_Email_ao_Ornelio(this);
+    });
+    Form_Load();
+}
+
+void frmSobre::Form_Load() {
+    Rotina r(this, "Form_Load");
+    Nome_Janela = objectName();
+    setWindowIcon(QIcon());
+    setWindowTitle("Sobre o sistema " + Título_Programa);
+    Label1->setText(Título_Programa);
+    Label2->setText(QString("versão %1.%2.%3")
+                        .arg(Versão_Maior_Programa)
+                        .arg(Versão_Menor_Programa)
+                        .arg(Versão_Revisão_Programa));
+    Em_Cadastro = false;
+    Comando_SQL.clear();
+    // The data layer here is SQLite; its library version stands where the Windows release showed ADO's.
+    lblVersão_ADO->setText("ADO SQLite " + QString::fromLatin1(sqlite3_libversion()));
+    Label3->setText(Texto_Créditos());
+}
+
+void frmSobre::cmdSair_Click() {
+    Rotina r(this, "cmdSair_Click");
+    Em_Cadastro = false;
+    accept();
+}
