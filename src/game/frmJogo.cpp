@@ -295,9 +295,8 @@ std::optional<Registro_Pergunta> frmJogo::Busca_Pergunta(int código) {
 }
 
 int frmJogo::Quantidade_Mostradas() {
-    Tabela_Secundária.Reinicia();
-    Abre_Tabela_Secundária("Select * From tblPergunta_Já_Mostrada Order By Data_Jogo");
-    return Tabela_Secundária.RecordCount();
+    // A count asked of the store: no need to walk the history for it.
+    return Lastrec("tblPergunta_Já_Mostrada", Conexão_Secundária);
 }
 
 void frmJogo::Exclui_Mostrada_Mais_Antiga() {

@@ -14,6 +14,13 @@ QString Data_Para_Banco(const QDateTime& data) {
 }
 
 QDateTime Data_Do_Banco(const QString& texto) {
+    // The stored form is read by hand: it is read for every row of every walk.
+    if (texto.size() == 19 && texto[4] == '-' && texto[7] == '-' && texto[10] == ' ') {
+        const QDateTime d(
+            QDate(texto.left(4).toInt(), texto.mid(5, 2).toInt(), texto.mid(8, 2).toInt()),
+            QTime(texto.mid(11, 2).toInt(), texto.mid(14, 2).toInt(), texto.mid(17, 2).toInt()));
+        if (d.isValid()) return d;
+    }
     QDateTime d = QDateTime::fromString(texto, "yyyy-MM-dd HH:mm:ss");
     if (!d.isValid()) d = QDateTime::fromString(texto, Qt::ISODate);
     return d;
@@ -29,8 +36,9 @@ QString Data_Literal(int ano, int mês, int dia) {
 // A criterion on one field carries one typed value between its first and last quote. Quotes inside it
 // that are not already doubled are doubled.
 QString Conserta_Aspas(const QString& sql) {
-    const int onde =
-        sql.indexOf(QRegularExpression("\\bwhere\\b", QRegularExpression::CaseInsensitiveOption));
+    if (!sql.contains('\'')) return sql;
+    static const QRegularExpression where("\\bwhere\\b", QRegularExpression::CaseInsensitiveOption);
+    const int onde = sql.indexOf(where);
     if (onde < 0 || sql.contains("CDate(", Qt::CaseInsensitive)) return sql;
     const int primeira = sql.indexOf('\'', onde);
     const int última = sql.lastIndexOf('\'');
@@ -53,6 +61,7 @@ QString Conserta_Aspas(const QString& sql) {
 
 QString Traduz_SQL(const QString& jet) {
     QString sql = Conserta_Aspas(jet);
+    if (!sql.contains('#') && !sql.contains("CDate", Qt::CaseInsensitive)) return sql;
     static const QRegularExpression data_jet("#(\\d{1,2})/(\\d{1,2})/(\\d{4})#");
     static const QRegularExpression cdate("CDate\\s*\\(\\s*'(\\d{1,2})/(\\d{1,2})/(\\d{4})'\\s*\\)",
                                           QRegularExpression::CaseInsensitiveOption);
