@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QRegularExpression>
 #include <QSet>
@@ -112,4 +113,23 @@ TEST(Conteudo, EveryTopicOfTheManualHasItsPage) {
         EXPECT_TRUE(html.contains("Index.Html")) << tópico.toStdString();
     }
     EXPECT_TRUE(QFile::exists(Manual + "/estilo.css"));
+
+    // Every topic that a window of the code names, by F1 or by a menu entry, has its page too.
+    static const QRegularExpression tópico_nomeado("(?:Tópico_Ajuda = |Ajuda\\(\\w+, )\"([^\"]+)\"");
+    int nomeados = 0;
+    QDirIterator fontes(QStringLiteral(QUIZORA_FONTES) + "/src", {"*.cpp"}, QDir::Files,
+                        QDirIterator::Subdirectories);
+    while (fontes.hasNext()) {
+        QFile fonte(fontes.next());
+        ASSERT_TRUE(fonte.open(QIODevice::ReadOnly));
+        const QString código = QString::fromUtf8(fonte.readAll());
+        for (auto m = tópico_nomeado.globalMatch(código); m.hasNext();) {
+            const QString tópico = m.next().captured(1);
+            ++nomeados;
+            EXPECT_TRUE(QFile::exists(Manual + "/" + tópico + ".Html"))
+                << tópico.toStdString() << " em " << fonte.fileName().toStdString();
+            EXPECT_TRUE(Tópicos_do_Manual().contains(tópico)) << tópico.toStdString();
+        }
+    }
+    EXPECT_GE(nomeados, 5);
 }
