@@ -487,17 +487,20 @@ void frmAtualiza_Versão::Semente_Danificada(const QString& arquivo, const QStri
                                       Botões_Caixa::Ok);
 }
 
-void frmAtualiza_Versão::Etapa_Citações() {
+bool frmAtualiza_Versão::Abre_Rascunho() {
     QString motivo;
     {
-        Rotina r(objectName(), "Etapa_Citações", [&](long, const QString& d, long) { motivo = d; });
+        Rotina r(objectName(), "Abre_Rascunho", [&](long, const QString& d, long) { motivo = d; });
         Reaponta_Conexão(Conexão_Temporária, Conexão_Rascunho());
     }
-    if (!Conexão_Temporária.Aberta()) {
-        Conexão_Temporária.Open(Conexão_Principal());
-        Semente_Danificada(Caminho_Banco_Temporário(), motivo);
-        return;
-    }
+    if (Conexão_Temporária.Aberta()) return true;
+    Conexão_Temporária.Open(Conexão_Principal());
+    Semente_Danificada(Caminho_Banco_Temporário(), motivo);
+    return false;
+}
+
+void frmAtualiza_Versão::Etapa_Citações() {
+    if (!Abre_Rascunho()) return;
     Rotina r(this, "Etapa_Citações");
     if (Catálogo::Existe_Tabela(Conexão_Temporária, "tblRevelação")) {
         for (const char* tabela : {"tblAdaptação", "tblRevelação"}) {
@@ -543,16 +546,7 @@ void frmAtualiza_Versão::Etapa_Arquivo_Compactado() {
     QFile::remove(arquivo_zip);
     if (!QFile::exists(Caminho_Banco_Temporário())) return;
 
-    QString motivo;
-    {
-        Rotina r(objectName(), "Etapa_Arquivo_Compactado", [&](long, const QString& d, long) { motivo = d; });
-        Reaponta_Conexão(Conexão_Temporária, Conexão_Rascunho());
-    }
-    if (!Conexão_Temporária.Aberta()) {
-        Conexão_Temporária.Open(Conexão_Principal());
-        Semente_Danificada(Caminho_Banco_Temporário(), motivo);
-        return;
-    }
+    if (!Abre_Rascunho()) return;
     Rotina r(this, "Etapa_Arquivo_Compactado");
     if (Catálogo::Existe_Tabela(Conexão_Temporária, "tblPergunta"))
         Importa_Tabela_Semente(

@@ -46,6 +46,8 @@ class frmAtualiza_Versão : public QDialog {
     void Retira_Campo(const QString& tabela, const QString& campo);
     void Garante_Índice(const QString& tabela, const QString& índice);
     void Semente_Danificada(const QString& arquivo, const QString& motivo);
+    // Points Conexão_Temporária at the scratch database; a file that cannot be opened is set aside.
+    bool Abre_Rascunho();
 };
 
 // Records this program's version in tblConfigur and tells the user that it was installed.
