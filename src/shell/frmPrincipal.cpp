@@ -214,8 +214,13 @@ void frmPrincipal::cmdSair_Click() {
 }
 
 void frmPrincipal::closeEvent(QCloseEvent* evento) {
-    // Leaving by the title-bar button: warn, then end at once.
-    Exibe_Mensagem(34);
     evento->accept();
+    Form_QueryUnload();
+}
+
+void frmPrincipal::Form_QueryUnload() {
+    Rotina r(this, "Form_QueryUnload");
+    // Leaving by the title-bar button: warn, then end at once, whatever the user was doing.
+    Exibe_Mensagem(34);
     Plataforma_Atual().Encerra_Agora(0);
 }

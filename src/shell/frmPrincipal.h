@@ -21,6 +21,8 @@ class frmPrincipal : public QMainWindow {
 
     void Form_Activate();
     void cmdSair_Click();
+    // The close box: message 34, then the end of the program.
+    void Form_QueryUnload();
 
   protected:
     void closeEvent(QCloseEvent* evento) override;

@@ -14,6 +14,8 @@
 #include "common/Globais.h"
 #include "revelations/Revelações.h"
 #include "shell/frmLogin.h"
+#include "shell/frmAutentica_Senha.h"
+#include "shell/frmPrincipal.h"
 #include "shell/frmSair.h"
 #include "shell/frmSobre.h"
 #include "store/Funções_Banco.h"
@@ -136,4 +138,36 @@ TEST_F(Login_Teste, AboutDialogNamesTheVersionsAndTheYear) {
     ASSERT_FALSE(Plataforma.Abertos.isEmpty());
     EXPECT_EQ(Plataforma.Abertos.last(), "mailto:" + Endereço_Suporte);
     EXPECT_EQ(sobre.lblEmail->text(), "Abrindo e-mail; aguarde...");
+}
+
+TEST_F(Login_Teste, PasswordConfirmationComparesWithTheLoggedInUser) {
+    Usuário_Atual = "Supervisor";
+    Abre_Tabela("tblUsuário");  // the caller stands on another row
+    frmAutentica_Senha janela;
+    janela.txtSenha->setText("tamaris");  // Ornelio Varga's password, not the logged-in user's
+    janela.cmdOk_Click();
+    EXPECT_FALSE(Senha_Autenticada);
+    ASSERT_EQ(Plataforma.Caixas.size(), 1);
+    EXPECT_EQ(Plataforma.Caixas[0].Texto, "Senha inválida!!!");
+    EXPECT_EQ(janela.txtSenha->text(), "");
+    janela.txtSenha->setText("LUMEN");
+    janela.cmdOk_Click();
+    EXPECT_TRUE(Senha_Autenticada);
+    EXPECT_EQ(janela.result(), QDialog::Accepted);
+    EXPECT_EQ(Tabela.Fields("Usuário").Value().toString(), "Supervisor");
+
+    frmAutentica_Senha desistência;
+    Senha_Autenticada = false;
+    desistência.cmdSair_Click();
+    EXPECT_FALSE(Senha_Autenticada);
+}
+
+TEST_F(Login_Teste, TheMainWindowsCloseBoxWarnsAndEnds) {
+    frmPrincipal principal;  // loads through the upgrade window; not shown, so no login comes up
+    EXPECT_TRUE(principal.windowTitle().startsWith("Quizora v. 4.14.10 - "));
+    const int caixas = Plataforma.Caixas.size();
+    EXPECT_THROW(principal.Form_QueryUnload(), Programa_Encerrado);
+    ASSERT_EQ(Plataforma.Caixas.size(), caixas + 1);
+    EXPECT_TRUE(Plataforma.Caixas.last().Texto.contains("(CLICANDO-SE NO \"X\" DA JANELA)"));
+    EXPECT_EQ(Plataforma.Bipes % 25, 0);
 }
