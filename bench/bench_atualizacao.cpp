@@ -16,7 +16,9 @@
 #include "store/Funções_Banco.h"
 #include "store/schema/Esquema.h"
 #include "store/schema/frmAtualiza_Versão.h"
+#include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
+#include "Relator_Razão.h"
 #include "support/Plataforma_Roteirizada.h"
 
 namespace {
@@ -83,18 +85,6 @@ void Cria_Sementes(const QString& dados) {
                  zip_source_file(arquivo, QFile::encodeName(dados + "/z/Temp.Mdb").constData(), 0, -1), 0);
     zip_close(arquivo);
     QDir(dados + "/z").removeRecursively();
-}
-
-bool Inicia_Programa() {
-    Reinicia_Estado_Global();
-    frmAtualiza_Versão janela;
-    janela.tmrTempo->stop();
-    try {
-        janela.tmrTempo_Timer();
-    } catch (const Programa_Encerrado&) {
-        return true;
-    }
-    return false;
 }
 
 void BM_Carga_Sementes_Pelo_Programa(benchmark::State& estado) {
@@ -170,27 +160,6 @@ void BM_Carga_Sementes_SQLite_Puro(benchmark::State& estado) {
 
 BENCHMARK(BM_Carga_Sementes_SQLite_Puro)->Unit(benchmark::kMillisecond)->Iterations(2);
 BENCHMARK(BM_Carga_Sementes_Pelo_Programa)->Unit(benchmark::kMillisecond)->Iterations(2);
-
-namespace {
-// Prints each result and, at the end, the program's time as a multiple of raw SQLite's.
-class Relator_Razão : public benchmark::ConsoleReporter {
-  public:
-    void ReportRuns(const std::vector<Run>& execuções) override {
-        ConsoleReporter::ReportRuns(execuções);
-        for (const Run& r : execuções) Tempos[r.benchmark_name()] = r.GetAdjustedRealTime();
-    }
-    void Finalize() override {
-        ConsoleReporter::Finalize();
-        double programa = 0, puro = 0;
-        for (const auto& [nome, tempo] : Tempos) {
-            if (nome.find("Pelo_Programa") != std::string::npos) programa = tempo;
-            if (nome.find("SQLite_Puro") != std::string::npos) puro = tempo;
-        }
-        if (programa > 0 && puro > 0) std::printf("Razão programa / SQLite puro: %.2f\n", programa / puro);
-    }
-    std::map<std::string, double> Tempos;
-};
-}  // namespace
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");

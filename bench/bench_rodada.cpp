@@ -12,7 +12,9 @@
 #include "store/Comparação.h"
 #include "store/Funções_Banco.h"
 #include "store/schema/frmAtualiza_Versão.h"
+#include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
+#include "Relator_Razão.h"
 #include "support/Plataforma_Roteirizada.h"
 
 namespace {
@@ -53,15 +55,7 @@ struct Instalação {
     Pasta_Teste Pasta;
     Plataforma_Roteirizada Plataforma;
     Instalação() {
-        for (int início = 0; início < 2; ++início) {
-            Reinicia_Estado_Global();
-            frmAtualiza_Versão janela;
-            janela.tmrTempo->stop();
-            try {
-                janela.tmrTempo_Timer();
-            } catch (const Programa_Encerrado&) {
-            }
-        }
+        Instala_Programa();
         Reinicia_Estado_Global();
         sqlite3* banco = nullptr;
         sqlite3_open(Caminho_Banco_Principal().toUtf8().constData(), &banco);
@@ -140,23 +134,6 @@ void BM_Nova_Rodada_SQLite_Puro(benchmark::State& estado) {
     sqlite3_close(banco);
 }
 
-class Relator_Razão : public benchmark::ConsoleReporter {
-  public:
-    void ReportRuns(const std::vector<Run>& execuções) override {
-        ConsoleReporter::ReportRuns(execuções);
-        for (const Run& r : execuções) Tempos[r.benchmark_name()] = r.GetAdjustedRealTime();
-    }
-    void Finalize() override {
-        ConsoleReporter::Finalize();
-        double programa = 0, puro = 0;
-        for (const auto& [nome, tempo] : Tempos) {
-            if (nome.find("Pelo_Programa") != std::string::npos) programa = tempo;
-            if (nome.find("SQLite_Puro") != std::string::npos) puro = tempo;
-        }
-        if (programa > 0 && puro > 0) std::printf("Razão programa / SQLite puro: %.2f\n", programa / puro);
-    }
-    std::map<std::string, double> Tempos;
-};
 }  // namespace
 
 BENCHMARK(BM_Nova_Rodada_SQLite_Puro)->Unit(benchmark::kMillisecond)->Iterations(200);

@@ -16,6 +16,7 @@
 #include "game/frmJogo.h"
 #include "store/Funções_Banco.h"
 #include "store/schema/frmAtualiza_Versão.h"
+#include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
 
@@ -26,15 +27,7 @@ class Janela_Jogo_Teste : public ::testing::Test {
     Plataforma_Roteirizada Plataforma;
 
     void SetUp() override {
-        for (int início = 0; início < 2; ++início) {
-            Reinicia_Estado_Global();
-            frmAtualiza_Versão janela;
-            janela.tmrTempo->stop();
-            try {
-                janela.tmrTempo_Timer();
-            } catch (const Programa_Encerrado&) {
-            }
-        }
+        Instala_Programa();
         Tabela_Manutenção.Reinicia();
         Abre_Tabela_Manutenção("tblManutenção_Banco_de_Dados");
         Plataforma.Caixas.clear();

@@ -14,6 +14,7 @@
 #include "game/frmSorteio.h"
 #include "store/Funções_Banco.h"
 #include "store/schema/frmAtualiza_Versão.h"
+#include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
 
@@ -27,15 +28,7 @@ class Janelas_Hall_Sorteio_Teste : public ::testing::Test {
     Plataforma_Roteirizada Plataforma;
 
     void SetUp() override {
-        for (int início = 0; início < 2; ++início) {
-            Reinicia_Estado_Global();
-            frmAtualiza_Versão janela;
-            janela.tmrTempo->stop();
-            try {
-                janela.tmrTempo_Timer();
-            } catch (const Programa_Encerrado&) {
-            }
-        }
+        Instala_Programa();
         Plataforma.Caixas.clear();
     }
 

@@ -20,6 +20,7 @@
 #include "shell/frmSobre.h"
 #include "store/Funções_Banco.h"
 #include "store/schema/frmAtualiza_Versão.h"
+#include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
 
@@ -30,15 +31,7 @@ class Login_Teste : public ::testing::Test {
     Plataforma_Roteirizada Plataforma;
 
     void SetUp() override {
-        for (int início = 0; início < 2; ++início) {
-            Reinicia_Estado_Global();
-            frmAtualiza_Versão janela;
-            janela.tmrTempo->stop();
-            try {
-                janela.tmrTempo_Timer();
-            } catch (const Programa_Encerrado&) {
-            }
-        }
+        Instala_Programa();
         Plataforma.Caixas.clear();
         Usuário_Atual.clear();
         Número_Revelação = 0;

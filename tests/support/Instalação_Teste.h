@@ -1,0 +1,7 @@
+#pragma once
+// Starts of the program through its upgrade window, as a user's starts would run them.
+
+// One start: true when it ended after installing a new version.
+bool Inicia_Programa(long última_etapa = 0);
+// The first two starts of a new installation: the database is then complete and the program goes on.
+void Instala_Programa();
