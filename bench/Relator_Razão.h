@@ -3,6 +3,8 @@
 // pairing the benchmark whose name holds "Pelo_Programa" with the one whose name holds "SQLite_Puro".
 #include <benchmark/benchmark.h>
 
+#include <QApplication>
+
 #include <cstdio>
 #include <map>
 #include <string>
@@ -26,3 +28,14 @@ class Relator_Razão : public benchmark::ConsoleReporter {
   private:
     std::map<std::string, double> Tempos;
 };
+
+// The main of every benchmark program here: offscreen windows, the registered benchmarks, the ratio.
+inline int Roda_Comparação(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication aplicação(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    Relator_Razão relator;
+    benchmark::RunSpecifiedBenchmarks(&relator);
+    benchmark::Shutdown();
+    return 0;
+}

@@ -162,11 +162,5 @@ BENCHMARK(BM_Carga_Sementes_SQLite_Puro)->Unit(benchmark::kMillisecond)->Iterati
 BENCHMARK(BM_Carga_Sementes_Pelo_Programa)->Unit(benchmark::kMillisecond)->Iterations(2);
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication aplicação(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    Relator_Razão relator;
-    benchmark::RunSpecifiedBenchmarks(&relator);
-    benchmark::Shutdown();
-    return 0;
+    return Roda_Comparação(argc, argv);
 }

@@ -140,11 +140,5 @@ BENCHMARK(BM_Nova_Rodada_SQLite_Puro)->Unit(benchmark::kMillisecond)->Iterations
 BENCHMARK(BM_Nova_Rodada_Pelo_Programa)->Unit(benchmark::kMillisecond)->Iterations(200);
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication aplicação(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    Relator_Razão relator;
-    benchmark::RunSpecifiedBenchmarks(&relator);
-    benchmark::Shutdown();
-    return 0;
+    return Roda_Comparação(argc, argv);
 }

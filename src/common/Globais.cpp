@@ -4,6 +4,13 @@
 
 #include "platform/Plataforma.h"
 
+QString Texto_Versão() {
+    return QString("versão %1.%2.%3")
+        .arg(Versão_Maior_Programa)
+        .arg(Versão_Menor_Programa)
+        .arg(Versão_Revisão_Programa);
+}
+
 QString Título_Maiúsculo() {
     return Título_Programa.trimmed().toUpper();
 }

@@ -12,6 +12,9 @@ inline const QString Endereço_Suporte = "suporte@norvane.com.br";
 inline const QString Endereço_Site = "https://www.norvane.com.br";
 inline const QString Endereço_Download = "https://www.norvane.com.br/downloads";
 
+// "versão 4.14.10": the program's own version as windows show it.
+QString Texto_Versão();
+
 // The title with surrounding blanks removed, in capitals.
 QString Título_Maiúsculo();
 

@@ -3,10 +3,17 @@
 #include <QCloseEvent>
 #include <QAbstractButton>
 #include <QKeyEvent>
+#include <QPixmap>
 #include <QPlainTextEdit>
 #include <QTextEdit>
 
+#include "store/Funções_Banco.h"
 #include "utilities/Ajuda.h"
+
+QPixmap Figura_Programa(int lado) {
+    return QPixmap(Caminho_Ícone("Quizora.png"))
+        .scaled(lado, lado, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+}
 
 Formulário::Formulário(const QString& nome, QWidget* pai) : QDialog(pai) {
     setObjectName(nome);

@@ -5,6 +5,10 @@
 #include <QDialog>
 #include <functional>
 
+class QPixmap;
+// The program's picture, as the windows show it beside their texts.
+QPixmap Figura_Programa(int lado);
+
 class Formulário : public QDialog {
   public:
     Formulário(const QString& nome, QWidget* pai = nullptr);

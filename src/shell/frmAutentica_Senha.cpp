@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 
 #include "common/Globais.h"
+#include "forms/Formulário.h"
 #include "failure/Mensagens.h"
 #include "failure/Rotina.h"
 #include "platform/Plataforma.h"
@@ -33,8 +34,7 @@ frmAutentica_Senha::frmAutentica_Senha(QWidget* pai) : Formulário("frmAutentica
     cmdSair->setObjectName("cmdSair");
     Image1 = new QLabel(this);
     Image1->setObjectName("Image1");
-    Image1->setPixmap(
-        QPixmap(Caminho_Ícone("Quizora.png")).scaled(56, 56, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    Image1->setPixmap(Figura_Programa(56));
 
     auto* textos = new QVBoxLayout;
     textos->addWidget(Label1);

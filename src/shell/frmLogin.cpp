@@ -15,6 +15,7 @@
 #include <QVBoxLayout>
 
 #include "common/Globais.h"
+#include "forms/Formulário.h"
 #include "failure/Mensagens.h"
 #include "failure/Rotina.h"
 #include "failure/Trata_Erro.h"
@@ -51,8 +52,7 @@ frmLogin::frmLogin(QWidget* pai) : Formulário("frmLogin", pai) {
     cmdSair->setObjectName("cmdSair");
     Image1 = new QLabel(this);
     Image1->setObjectName("Image1");
-    Image1->setPixmap(
-        QPixmap(Caminho_Ícone("Quizora.png")).scaled(72, 72, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    Image1->setPixmap(Figura_Programa(72));
 
     auto* grade = new QGridLayout(fraLogin);
     grade->addWidget(Label3, 0, 0);

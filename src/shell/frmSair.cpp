@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "common/Globais.h"
+#include "forms/Formulário.h"
 #include "failure/Rotina.h"
 #include "platform/Plataforma.h"
 #include "store/Funções_Banco.h"
@@ -37,8 +38,7 @@ frmSair::frmSair(QWidget* pai) : Formulário("frmSair", pai) {
     Label4 = rótulo("Label4", "Clique no e-mail abaixo para contactar-nos (e-mail / MSN):");
     lblEmail = rótulo("lblEmail", "<a href=\"#\">" + Endereço_Suporte + "</a>");
     Image1 = rótulo("Image1");
-    Image1->setPixmap(
-        QPixmap(Caminho_Ícone("Quizora.png")).scaled(80, 80, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    Image1->setPixmap(Figura_Programa(80));
     cmdSair = new QPushButton("&Sair", this);
     cmdSair->setObjectName("cmdSair");
     cmdCancelar = new QPushButton("&Cancelar", this);
@@ -77,10 +77,7 @@ void frmSair::Form_Load() {
     setWindowIcon(QIcon());
     setWindowTitle("Sair do sistema...");
     Label1->setText(Título_Programa);
-    Label2->setText(QString("versão %1.%2.%3")
-                        .arg(Versão_Maior_Programa)
-                        .arg(Versão_Menor_Programa)
-                        .arg(Versão_Revisão_Programa));
+    Label2->setText(Texto_Versão());
     Em_Cadastro = false;
     Comando_SQL.clear();
     Label3->setText(Texto_Créditos());

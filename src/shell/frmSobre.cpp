@@ -8,6 +8,7 @@
 #include <sqlite3.h>
 
 #include "common/Globais.h"
+#include "forms/Formulário.h"
 #include "failure/Rotina.h"
 #include "store/Funções_Banco.h"
 #include "utilities/Links.h"
@@ -33,8 +34,7 @@ frmSobre::frmSobre(QWidget* pai) : Formulário("frmSobre", pai) {
     Label4 = rótulo("Label4", "Clique no e-mail abaixo para contactar-nos (e-mail / MSN):");
     lblEmail = rótulo("lblEmail", "<a href=\"#\">" + Endereço_Suporte + "</a>");
     Image1 = rótulo("Image1");
-    Image1->setPixmap(
-        QPixmap(Caminho_Ícone("Quizora.png")).scaled(96, 96, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    Image1->setPixmap(Figura_Programa(96));
     cmdSair = new QPushButton("&Sair", this);
     cmdSair->setObjectName("cmdSair");
 
@@ -73,10 +73,7 @@ void frmSobre::Form_Load() {
     setWindowIcon(QIcon());
     setWindowTitle("Sobre o sistema " + Título_Programa);
     Label1->setText(Título_Programa);
-    Label2->setText(QString("versão %1.%2.%3")
-                        .arg(Versão_Maior_Programa)
-                        .arg(Versão_Menor_Programa)
-                        .arg(Versão_Revisão_Programa));
+    Label2->setText(Texto_Versão());
     Em_Cadastro = false;
     Comando_SQL.clear();
     // The data layer here is SQLite; its library version stands where the Windows release showed ADO's.

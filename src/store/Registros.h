@@ -98,7 +98,6 @@ class Registros {
     void Descarta_Edição();
 
     std::shared_ptr<Sessão> Sessão_;
-    std::shared_ptr<Sessão> Sessão_Própria;  // held by a dynaset that opened its own connection
     std::shared_ptr<const Estrutura_Tabela> Estrutura;
     QString Resto_Consulta;
     QString Índice_Atual;

@@ -10,6 +10,7 @@
 #include <QVBoxLayout>
 
 #include "common/Globais.h"
+#include "forms/Formulário.h"
 #include "failure/Mensagens.h"
 #include "failure/Rotina.h"
 #include "failure/Trata_Erro.h"
@@ -74,8 +75,7 @@ frmAtualiza_Versão::frmAtualiza_Versão(QWidget* pai) : QDialog(pai) {
     negrito.setBold(true);
     Label5->setFont(negrito);
     for (QLabel* l : {Label1, Label2, Label3, Label5, Image1, lblStatus}) l->setAlignment(Qt::AlignCenter);
-    Image1->setPixmap(
-        QPixmap(Caminho_Ícone("Quizora.png")).scaled(96, 96, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    Image1->setPixmap(Figura_Programa(96));
     pgbBarra_De_Progresso->setMinimumWidth(520);
 
     auto* layout = new QVBoxLayout(this);
@@ -103,10 +103,7 @@ void frmAtualiza_Versão::Form_Load() {
     setWindowIcon(QIcon());
     setWindowTitle(" ");
     Label1->setText(Título_Programa);
-    Label2->setText(QString("versão %1.%2.%3")
-                        .arg(Versão_Maior_Programa)
-                        .arg(Versão_Menor_Programa)
-                        .arg(Versão_Revisão_Programa));
+    Label2->setText(Texto_Versão());
     Em_Cadastro = false;
     Comando_SQL.clear();
     Limpa_Cache_Lastrec();
