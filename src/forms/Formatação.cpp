@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
+#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QWidget>
 #include <cmath>
@@ -13,13 +14,6 @@
 #include "failure/Rotina.h"
 #include "platform/Plataforma.h"
 #include "store/Funções_Banco.h"
-
-namespace {
-struct Cursor_Processamento {
-    Cursor_Processamento() { Plataforma_Atual().Cursor_Ocupado(Caminho_Ícone("Processamento.Ico")); }
-    ~Cursor_Processamento() { Plataforma_Atual().Cursor_Normal(); }
-};
-}  // namespace
 
 QString Texto_Transformado(const QString& texto) {
     // A word starts after a blank.
@@ -42,11 +36,14 @@ QString Texto_Transformado(const QString& texto) {
 
 void Transformar_Campos(QWidget* Formulário) {
     Rotina r(Formulário, "Transformar_Campos");
-    Cursor_Processamento cursor;
+    Ponteiro_Ocupado cursor(Ícone_Processamento);
     for (QWidget* controle : Formulário->findChildren<QWidget*>()) {
         if (auto* caixa = qobject_cast<QLineEdit*>(controle)) {
             if (!caixa->text().isEmpty() && caixa->echoMode() == QLineEdit::Normal)
                 caixa->setText(Texto_Transformado(caixa->text()));
+        } else if (auto* longa = qobject_cast<QPlainTextEdit*>(controle)) {
+            if (!longa->isReadOnly() && !longa->toPlainText().isEmpty())
+                longa->setPlainText(Texto_Transformado(longa->toPlainText()));
         } else if (auto* combo = qobject_cast<QComboBox*>(controle)) {
             if (combo->isEditable() && !combo->currentText().isEmpty())
                 combo->setEditText(Texto_Transformado(combo->currentText()));
@@ -76,7 +73,7 @@ QString Texto_Progresso(double Máximo, double Atual, const QDateTime& início, 
 
 void Barra_de_Progresso(int Mínimo, double Máximo, double Atual, QWidget* Formulário) {
     Rotina r(Formulário, "Barra_de_Progresso");
-    Cursor_Processamento cursor;
+    Ponteiro_Ocupado cursor(Ícone_Processamento);
     auto* barra = Formulário->findChild<QProgressBar*>("pgbBarra_De_Progresso");
     if (barra != nullptr) {
         barra->setMinimum(Mínimo);
@@ -89,7 +86,7 @@ void Barra_de_Progresso(int Mínimo, double Máximo, double Atual, QWidget* Form
 
 bool Calendário(const QString& Texto, bool Aceita_Vazio, QWidget* Formulário) {
     Rotina r(Formulário, "Calendário");
-    Cursor_Processamento cursor;
+    Ponteiro_Ocupado cursor(Ícone_Processamento);
     auto* cancelar = Formulário->findChild<QAbstractButton*>("cmdCancelar");
     if (cancelar != nullptr && cancelar->isDown()) return true;
     if (Aceita_Vazio && Texto.trimmed().isEmpty()) return true;
@@ -100,6 +97,6 @@ bool Calendário(const QString& Texto, bool Aceita_Vazio, QWidget* Formulário) 
 }
 
 int Lennum(double Número) {
-    Cursor_Processamento cursor;
+    Ponteiro_Ocupado cursor(Ícone_Processamento);
     return static_cast<int>(QString::number(Número, 'g', 15).size());
 }

@@ -8,11 +8,6 @@
 #include "store/Funções_Banco.h"
 
 namespace {
-struct Cursor_Processamento {
-    Cursor_Processamento() { Plataforma_Atual().Cursor_Ocupado(Caminho_Ícone("Processamento.Ico")); }
-    ~Cursor_Processamento() { Plataforma_Atual().Cursor_Normal(); }
-};
-
 // Positions count from 1, as columns do; beyond the text there is no character.
 QChar Caractere(const QString& texto, int posição) {
     if (posição < 1 || posição > texto.size()) return QChar();
@@ -68,7 +63,7 @@ QString Justifica(const QString& linha, int Largura) {
 
 void Edita_Parágrafo(QString& Texto, int Largura, bool Pelo_Imprime, bool Direto) {
     Rotina r(Fonte_Funções_Públicas, "Edita_Parágrafo");
-    Cursor_Processamento cursor;
+    Ponteiro_Ocupado cursor(Ícone_Processamento);
 
     Linhas_Parágrafo.fill(QString());
     Fim_Parágrafo.fill(false);
@@ -137,7 +132,7 @@ void Edita_Parágrafo(QString& Texto, int Largura, bool Pelo_Imprime, bool Diret
 
 QString Formata_Expressão(double Valor, int Tamanho, int Decimais, bool Moeda) {
     Rotina r(Fonte_Funções_Públicas, "Formata_Expressão");
-    Cursor_Processamento cursor;
+    Ponteiro_Ocupado cursor(Ícone_Processamento);
     Q_UNUSED(Moeda);
 
     const QLocale local(QLocale::Portuguese, QLocale::Brazil);

@@ -23,6 +23,7 @@
 #include "game/frmInício_Jogo.h"
 #include "game/frmJogo.h"
 #include "game/frmSorteio.h"
+#include "questions/frmPergunta.h"
 #include "shell/frmLogin.h"
 #include "shell/frmSair.h"
 #include "shell/frmSobre.h"
@@ -80,6 +81,16 @@ QAction* frmPrincipal::Entrada(QMenu* menu, const char* nome, const QString& tí
 }
 
 void frmPrincipal::Monta_Menu() {
+    QMenu* cadastros = menuBar()->addMenu("&Cadastros Gerais");
+    cadastros->setObjectName("mnuCadastros");
+    QMenu* cadastro_cadastro = cadastros->addMenu("&Cadastros");
+    cadastro_cadastro->setObjectName("mnuCadastro_Cadastro");
+    QObject::connect(Entrada(cadastro_cadastro, "mnuPerguntas", "&Perguntas"), &QAction::triggered, this,
+                     [this] {
+                         Rotina r(this, "mnuPerguntas_Click");
+                         frmPergunta janela(this);
+                         Plataforma_Atual().Mostra_Modal(&janela);
+                     });
     QAction* novo_jogo = menuBar()->addAction("&Novo Jogo");
     novo_jogo->setObjectName("mnuNovo_Jogo");
     QObject::connect(novo_jogo, &QAction::triggered, this, [this] {

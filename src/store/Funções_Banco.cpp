@@ -14,18 +14,9 @@ int Cache_Contagem = 0;
 int Contador_Consultas = 0;
 Registros Tabela_Contagem;
 
-const QString Ícone_Alteração = "Alteração.Ico";
-const QString Ícone_Processamento = "Processamento.Ico";
-
-// Sets the custom busy pointer for the life of a routine.
-struct Cursor_Ocupado {
-    explicit Cursor_Ocupado(const QString& ícone) { Plataforma_Atual().Cursor_Ocupado(Caminho_Ícone(ícone)); }
-    ~Cursor_Ocupado() { Plataforma_Atual().Cursor_Normal(); }
-};
-
 void Abre(Registros& slot, const QString& fonte, Ligação& conexão, Opção_Abertura opção, const char* rotina) {
     Rotina r(Fonte_Funções_Públicas, rotina);
-    Cursor_Ocupado cursor(Ícone_Alteração);
+    Ponteiro_Ocupado cursor(Ícone_Alteração);
     Cache_Fonte.clear();
     slot.Reinicia();
     slot.Open(fonte, conexão, opção);
@@ -106,7 +97,7 @@ void Abre_Tabela_Dbf(const QString& Fonte) {
 
 void Abre_Tabela_Dynaset(const QString& Fonte, const QString& Conexão_Texto) {
     Rotina r(Fonte_Funções_Públicas, "Abre_Tabela_Dynaset");
-    Cursor_Ocupado cursor(Ícone_Alteração);
+    Ponteiro_Ocupado cursor(Ícone_Alteração);
     Cache_Fonte.clear();
     Tabela_Dynaset.Reinicia();
     Tabela_Dynaset.Open(Fonte, Conexão_Texto);
@@ -128,7 +119,7 @@ int Lastrec(const QString& Fonte, Ligação& Conexão_Contagem) {
         Trata_Erro(número, descrição, linha,
                    Fonte_Funções_Públicas + "\r\rInstrução SQL que apresentou problema: " + Fonte, "Lastrec");
     });
-    Cursor_Ocupado cursor(Ícone_Processamento);
+    Ponteiro_Ocupado cursor(Ícone_Processamento);
     const QString minúsculo = Fonte.toLower();
     QString comando;
     if (minúsculo.contains("select * from")) {
@@ -226,7 +217,7 @@ bool Transação_Aberta() {
 
 void Inicia_Transação() {
     Rotina r(Fonte_Funções_Públicas, "Inicia_Transação");
-    Cursor_Ocupado cursor(Ícone_Alteração);
+    Ponteiro_Ocupado cursor(Ícone_Alteração);
     if (Transação_Aberta()) Desfaz_Transação();
     for (Ligação* c : Conexões_Transacionais) c->BeginTrans();
     Estado_Transação = "Iniciou Transação";
@@ -234,7 +225,7 @@ void Inicia_Transação() {
 
 void Finaliza_Transação() {
     Rotina r(Fonte_Funções_Públicas, "Finaliza_Transação");
-    Cursor_Ocupado cursor(Ícone_Alteração);
+    Ponteiro_Ocupado cursor(Ícone_Alteração);
     if (!Transação_Aberta()) return;
     for (Ligação* c : Conexões_Transacionais) c->CommitTrans();
     Estado_Transação = "Finalizou Transação";
@@ -242,7 +233,7 @@ void Finaliza_Transação() {
 
 void Desfaz_Transação() {
     Rotina r(Fonte_Funções_Públicas, "Desfaz_Transação");
-    Cursor_Ocupado cursor(Ícone_Alteração);
+    Ponteiro_Ocupado cursor(Ícone_Alteração);
     if (!Transação_Aberta()) return;
     for (Ligação* c : Conexões_Transacionais) c->RollbackTrans();
     Estado_Transação = "Desfez Transação";
@@ -254,7 +245,7 @@ void Grava(Registros& Tabela_Gravar, bool Excluir) {
         Plataforma_Atual().Dorme(1000);
         Plataforma_Atual().Processa_Eventos();
     });
-    Cursor_Ocupado cursor(Ícone_Alteração);
+    Ponteiro_Ocupado cursor(Ícone_Alteração);
     Sai_da_Gravação = false;
     Chave_Registro = Tabela_Gravar.Fields(0).Value().toString().trimmed();
     Texto_Manutenção.clear();
@@ -305,5 +296,14 @@ void Grava(Registros& Tabela_Gravar, bool Excluir) {
         Tabela_Manutenção.Update();
     }
 
-    if (Excluir) Cache_Fonte.clear();
+    // Any write changes the count behind the table; an inclusion into an empty table must not go on
+    // reading 0 from the cache.
+    Cache_Fonte.clear();
+}
+
+Ponteiro_Ocupado::Ponteiro_Ocupado(const QString& ícone) {
+    Plataforma_Atual().Cursor_Ocupado(Caminho_Ícone(ícone));
+}
+Ponteiro_Ocupado::~Ponteiro_Ocupado() {
+    Plataforma_Atual().Cursor_Normal();
 }

@@ -38,6 +38,17 @@ QString Caminho_Banco_Manutenção();
 QString Caminho_Banco_Temporário();
 QString Caminho_Cópia_Banco();
 QString Caminho_Ícone(const QString& arquivo);  // under "Ícones"
+
+inline const QString Ícone_Alteração = "Alteração.Ico";
+inline const QString Ícone_Processamento = "Processamento.Ico";
+// Sets the custom busy pointer with an icon of "Ícones" for the life of a routine.
+class Ponteiro_Ocupado {
+  public:
+    explicit Ponteiro_Ocupado(const QString& ícone);
+    ~Ponteiro_Ocupado();
+    Ponteiro_Ocupado(const Ponteiro_Ocupado&) = delete;
+    Ponteiro_Ocupado& operator=(const Ponteiro_Ocupado&) = delete;
+};
 // Connection strings; the creation form has no blank after the first semicolon.
 QString Conexão_Principal();
 QString Conexão_Auditoria();

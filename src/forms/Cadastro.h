@@ -1,0 +1,87 @@
+#pragma once
+// The life that every register window shares: one record of one table on screen, the walk, the locate
+// dialog, and inclusion, alteration and exclusion through one pair of OK and Cancel buttons, with the
+// mode in Operação ("Consulta", "Inclusão", "Alteração", "Exclusão").
+//
+// A register derives from Formulário_Cadastro, places its fields in Área_Campos and supplies what is
+// its own: the tables, the fields shown and written, its defaults and guards. The buttons run the
+// common steps in a fixed order and call those hooks at their places. The shared routines below find
+// the buttons by name, so they also serve a window built another way.
+#include <QString>
+#include <array>
+
+#include "forms/Formulário.h"
+
+class QPushButton;
+class Registros;
+
+// "Confirma INCLUSÃO?"; a Yes to an exclusion plays the explosion on cmdExclusão.
+bool Confirma(QWidget* Formulário);
+// Flips the command buttons; called once going into an edit and once coming out.
+void Habilitar_Comandos(QWidget* Formulário);
+// Empties text boxes, drop-down lists, data labels, date and number boxes and check boxes.
+void Limpar_Campos(QWidget* Formulário);
+void Habilitar_Botão_OK(QWidget* Formulário);
+// Índice 1 walks back, 2 forward; on the locate result while one is active.
+void Movimenta_Registro(Registros& Tabela_Movimentar, int Índice);
+// Brings Tabela to the row that the locate result points at.
+void Localiza_Registro_Dynaset();
+
+class Formulário_Cadastro : public Formulário {
+  public:
+    Formulário_Cadastro(const QString& nome, QWidget* pai);
+
+    QPushButton* cmdInclusão;
+    QPushButton* cmdAlteração;
+    QPushButton* cmdExclusão;
+    QPushButton* cmdLocaliza;
+    std::array<QPushButton*, 3> cmdMovimenta_Registro{};  // 1 "Anterior", 2 "Próximo"
+    QPushButton* cmdOk;
+    QPushButton* cmdCancelar;
+    QPushButton* cmdSair;
+
+    virtual void Abre_Tabelas() = 0;
+    void Exibir_Campos();
+
+    void cmdInclusão_Click();
+    void cmdAlteração_Click();
+    void cmdExclusão_Click();
+    void cmdOk_Click();
+    void cmdCancelar_Click();
+    void cmdLocaliza_Click();
+    void cmdMovimenta_Registro_Click(int Index);
+    void cmdSair_Click();
+
+  protected:
+    // The fields from the current row of Tabela, texts trimmed.
+    virtual void Mostra_Registro() = 0;
+    // The fields into the row of Tabela (AddNew already done for an inclusion), with the register's rules.
+    virtual void Grava_Campos() = 0;
+    virtual QWidget* Primeiro_Campo() = 0;
+    virtual void Padrões_Inclusão() {}
+    // Extra guards of the register; false stops the button.
+    virtual bool Guarda_Alteração() { return true; }
+    virtual bool Guarda_Exclusão() { return true; }
+    // Transformar_Campos on the window; a register with a field kept as typed sets it aside around it.
+    virtual void Transforma_Campos();
+    // The register's own buttons, enabled while the window is in "Consulta".
+    virtual void Habilita_Botões_Próprios(bool habilitados) { (void)habilitados; }
+
+    // Steps 1 to 10 of every register's load; the register's own steps follow in its constructor.
+    void Passos_Comuns_Form_Load();
+    // The mandatory-field check: message 10 on an empty text; the last field enables cmdOk.
+    void Campo_Obrigatório(QWidget* campo, bool último);
+    // "Consulta da Pergunta 1.234".
+    QString Legenda_Registro() const;
+
+    QWidget* Área_Campos;
+    QString Campo_Código;      // "Código_Pergunta"
+    QString Frase_Registro;    // " da Pergunta "
+    QString Frase_Inclusão;    // " de Perguntas"
+    QString Palavra_Registro;  // "Pergunta", for the hint of an empty table
+    bool Palavra_Masculina = false;
+    bool Verifica_Direitos = true;           // false: no right is tested at the buttons
+    bool Localiza_Verifica_Direito = true;   // false: the locate button is open to everyone
+    bool Chave_Digitada = false;             // a key that users type: a duplicate reopens the tables
+    bool Oculta_Após_Excluir_Único = false;  // a deleted single locate hit leaves the window blank
+};

@@ -1,0 +1,42 @@
+#pragma once
+// The register of the question bank: one multiple-choice question per record, with its right answer,
+// three wrong ones and its kind. Whoever reaches the window may do everything in it.
+#include <array>
+
+#include "forms/Cadastro.h"
+
+class Caixa_Texto_Multilinha;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QProgressBar;
+class QRadioButton;
+
+class frmPergunta : public Formulário_Cadastro {
+  public:
+    explicit frmPergunta(QWidget* pai = nullptr);
+
+    QGroupBox* fraPergunta;
+    QLabel* Label1;
+    Caixa_Texto_Multilinha* txtPergunta;
+    QLabel* Label2;
+    QLineEdit* txtResposta_Correta;
+    QLabel* Label7;
+    QLabel* Label3;
+    QLabel* Label4;
+    QLabel* Label5;
+    QLineEdit* txtResposta_Incorreta_1;
+    QLineEdit* txtResposta_Incorreta_2;
+    QLineEdit* txtResposta_Incorreta_3;
+    QGroupBox* fraTipo_Pergunta;
+    std::array<QRadioButton*, 2> optTipo{};  // 0 general knowledge, 1 biblical
+    QProgressBar* pgbBarra_De_Progresso;
+
+    void Abre_Tabelas() override;
+
+  protected:
+    void Mostra_Registro() override;
+    void Grava_Campos() override;
+    QWidget* Primeiro_Campo() override;
+    void Transforma_Campos() override;
+};
