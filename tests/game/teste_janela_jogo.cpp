@@ -37,25 +37,6 @@ class Janela_Jogo_Teste : public ::testing::Test {
 
     void TearDown() override { frmJogo::Ao_Terminar_Padrão = nullptr; }
 
-    static void Cadastra_Perguntas(int quantidade, const QString& tipo = "G") {
-        Tabela.Reinicia();
-        Abre_Tabela("tblPergunta");
-        for (int i = 1; i <= quantidade; ++i) {
-            Tabela.AddNew();
-            Tabela.Fields("Pergunta").Set_Value(QString("Pergunta número %1?").arg(i));
-            Tabela.Fields("Resposta_Correta").Set_Value(QString("Certa %1").arg(i));
-            Tabela.Fields("Resposta_Incorreta_1").Set_Value(QString("Errada A%1").arg(i));
-            Tabela.Fields("Resposta_Incorreta_2").Set_Value(QString("Errada B%1").arg(i));
-            Tabela.Fields("Resposta_Incorreta_3").Set_Value(QString("Errada C%1").arg(i));
-            Tabela.Fields("Tipo").Set_Value(tipo);
-            Tabela.Fields("Já_Comparada").Set_Value(false);
-            Tabela.Fields("Já_Verificada").Set_Value(false);
-            Tabela.Update();
-        }
-        Tabela.Reinicia();
-        Limpa_Cache_Lastrec();
-    }
-
     // A radio button or a check box takes the click on its mark and its text, at the left.
     static void Clica(QAbstractButton* botão) {
         QTest::mouseClick(botão, Qt::LeftButton, {}, QPoint(8, botão->height() / 2));

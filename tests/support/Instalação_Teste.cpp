@@ -2,6 +2,7 @@
 
 #include <QTimer>
 
+#include "store/Funções_Banco.h"
 #include "store/schema/frmAtualiza_Versão.h"
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
@@ -22,4 +23,23 @@ bool Inicia_Programa(long última_etapa) {
 void Instala_Programa() {
     Inicia_Programa();
     Inicia_Programa();
+}
+
+void Cadastra_Perguntas(int quantidade, const QString& tipo) {
+    Tabela.Reinicia();
+    Abre_Tabela("tblPergunta");
+    for (int i = 1; i <= quantidade; ++i) {
+        Tabela.AddNew();
+        Tabela.Fields("Pergunta").Set_Value(QString("Pergunta número %1?").arg(i));
+        Tabela.Fields("Resposta_Correta").Set_Value(QString("Certa %1").arg(i));
+        Tabela.Fields("Resposta_Incorreta_1").Set_Value(QString("Errada A%1").arg(i));
+        Tabela.Fields("Resposta_Incorreta_2").Set_Value(QString("Errada B%1").arg(i));
+        Tabela.Fields("Resposta_Incorreta_3").Set_Value(QString("Errada C%1").arg(i));
+        Tabela.Fields("Tipo").Set_Value(tipo);
+        Tabela.Fields("Já_Comparada").Set_Value(false);
+        Tabela.Fields("Já_Verificada").Set_Value(false);
+        Tabela.Update();
+    }
+    Tabela.Reinicia();
+    Limpa_Cache_Lastrec();
 }
