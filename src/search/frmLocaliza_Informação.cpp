@@ -1,7 +1,7 @@
 #include "search/frmLocaliza_Informação.h"
 
 #include <QComboBox>
-#include <QEvent>
+#include <QFocusEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -252,7 +252,11 @@ frmLocaliza_Informação::frmLocaliza_Informação(QWidget* pai) : Formulário("
 }
 
 bool frmLocaliza_Informação::eventFilter(QObject* objeto, QEvent* evento) {
-    if (evento->type() == QEvent::FocusOut) {
+    // A message box or a menu taking the focus is not a change of direction.
+    const auto razão = evento->type() == QEvent::FocusOut ? static_cast<QFocusEvent*>(evento)->reason()
+                                                          : Qt::OtherFocusReason;
+    if (evento->type() == QEvent::FocusOut && razão != Qt::ActiveWindowFocusReason &&
+        razão != Qt::PopupFocusReason) {
         if (objeto == cmdPróximos_14) cmdPróximos_14_LostFocus();
         if (objeto == cmdÚltimos_14) cmdÚltimos_14_LostFocus();
     }
@@ -404,6 +408,7 @@ void frmLocaliza_Informação::optOpção_Click(int Index) {
     Desenha_Pesquisa();
 }
 
+// A new page empties the codes too: a click on a row left empty must find nothing.
 void frmLocaliza_Informação::Esvazia_Linhas(int colunas) {
     for (int linha = 1; linha <= 14; ++linha)
         for (int coluna = 0; coluna < colunas; ++coluna)
@@ -513,7 +518,7 @@ void frmLocaliza_Informação::cmdPróximos_14_Click() {
         Tabela_Dynaset.MoveFirst();
     else if (!Tabela_Dynaset.Eof())
         Tabela_Dynaset.MoveNext();
-    if (!Tabela_Dynaset.Eof()) Esvazia_Linhas(3);
+    if (!Tabela_Dynaset.Eof()) Esvazia_Linhas(4);
     while (!Tabela_Dynaset.Bof() && !Tabela_Dynaset.Eof() && Linhas_Localizadas < 14) {
         ++Linhas_Localizadas;
         Preenche_Linha(Linhas_Localizadas);
@@ -538,7 +543,7 @@ void frmLocaliza_Informação::cmdÚltimos_14_Click() {
         Tabela_Dynaset.MoveLast();
     else if (!Tabela_Dynaset.Bof())
         Tabela_Dynaset.MovePrevious();
-    if (!Tabela_Dynaset.Bof()) Esvazia_Linhas(3);
+    if (!Tabela_Dynaset.Bof()) Esvazia_Linhas(4);
     // The page fills from the bottom of the grid up.
     while (!Tabela_Dynaset.Bof() && Linhas_Localizadas < 14) {
         ++Linhas_Localizadas;
@@ -554,18 +559,29 @@ void frmLocaliza_Informação::cmdÚltimos_14_Click() {
     cmdPróximos_14->setEnabled(true);
 }
 
-// When the user changes direction, the cursor is first walked back over the page on screen.
+// When the user changes direction, the cursor is first walked over the page on screen: back to its first
+// row, from where "Últimos 14" steps to the page before, or forward to its last row, from where
+// "Próximos 14" steps to the page after.
+int frmLocaliza_Informação::Linhas_na_Tela() const {
+    int linhas = 0;
+    for (int linha = 1; linha <= 14; ++linha)
+        if (!flxLocaliza->TextMatrix(linha, 3).isEmpty()) ++linhas;
+    return linhas;
+}
+
 void frmLocaliza_Informação::cmdPróximos_14_LostFocus() {
+    const int a_voltar = Linhas_na_Tela() - 1;
     Linhas_Localizadas = 0;
-    while (!Tabela_Dynaset.Bof() && Linhas_Localizadas < 14) {
+    while (!Tabela_Dynaset.Bof() && Linhas_Localizadas < a_voltar) {
         ++Linhas_Localizadas;
         Tabela_Dynaset.MovePrevious();
     }
 }
 
 void frmLocaliza_Informação::cmdÚltimos_14_LostFocus() {
+    const int a_avançar = Linhas_na_Tela();
     Linhas_Localizadas = 0;
-    while (!Tabela_Dynaset.Eof() && Linhas_Localizadas < 14) {
+    while (!Tabela_Dynaset.Eof() && Linhas_Localizadas < a_avançar) {
         ++Linhas_Localizadas;
         Tabela_Dynaset.MoveNext();
     }
@@ -648,9 +664,11 @@ bool Encontrou_Informação(QString& Informação, QLineEdit* Caixa, const QStri
             Abre_Tabela_Pesquisa(Nome_Tabela);
             Tabela_Pesquisa.Set_Index(Índice);
         };
+        // The walk stops at the first name that does not begin so: the names must come in order.
         QString valor = Informação;
         valor.replace('\'', "''");
-        Comando_SQL = "Select * From " + Nome_Tabela + " Where " + Nome_Campo + " >= '" + valor + "'";
+        Comando_SQL = "Select * From " + Nome_Tabela + " Where " + Nome_Campo + " >= '" + valor +
+                      "' Order By " + Nome_Campo;
         toma(Comando_SQL, true);
         if (tomadas == 0) {
             Comando_SQL = "Select * From " + Nome_Tabela + " Where " + Nome_Campo + " Like '%" + valor + "%'";

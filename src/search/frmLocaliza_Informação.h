@@ -88,5 +88,6 @@ class frmLocaliza_Informação : public Formulário {
     void Preenche_Linha(int linha);
     void Esvazia_Linhas(int colunas);
     int Classe_Campo(const QString& nome) const;
+    int Linhas_na_Tela() const;
     bool Carregando = false;
 };
