@@ -33,10 +33,31 @@ QString Data_Literal(int ano, int mês, int dia) {
     return '\'' + Data_Para_Banco(QDateTime(data, QTime(0, 0))) + '\'';
 }
 
+// True when every quoted value closes before a blank, a comma, a parenthesis or the end: the statement's
+// quotes already pair up, as in "Where Rotina = 'a' And Usuário = 'b'".
+bool Aspas_Pareadas(const QString& sql) {
+    for (int i = 0; i < sql.size(); ++i) {
+        if (sql[i] != '\'') continue;
+        int fim = i + 1;
+        for (;; ++fim) {
+            if (fim >= sql.size()) return false;
+            if (sql[fim] != '\'') continue;
+            if (fim + 1 < sql.size() && sql[fim + 1] == '\'') {
+                ++fim;
+                continue;
+            }
+            break;
+        }
+        if (fim + 1 < sql.size() && !QString(" ),;").contains(sql[fim + 1])) return false;
+        i = fim;
+    }
+    return true;
+}
+
 // A criterion on one field carries one typed value between its first and last quote. Quotes inside it
 // that are not already doubled are doubled.
 QString Conserta_Aspas(const QString& sql) {
-    if (!sql.contains('\'')) return sql;
+    if (!sql.contains('\'') || Aspas_Pareadas(sql)) return sql;
     static const QRegularExpression where("\\bwhere\\b", QRegularExpression::CaseInsensitiveOption);
     const int onde = sql.indexOf(where);
     if (onde < 0 || sql.contains("CDate(", Qt::CaseInsensitive)) return sql;

@@ -238,6 +238,12 @@ TEST_F(Registros_Teste, StatementSubsetRunsWithDatesBooleansAndQuotes) {
     Abre_Tabela("Select * From tblPergunta Where Pergunta Like " + Valor_Texto_SQL("%d'água%"));
     EXPECT_EQ(Tabela.RecordCount(), 1);
     EXPECT_EQ(Lastrec("Select * From tblPergunta Where Pergunta Like '%d'água%'", Conexão), 1);
+    // Two quoted values that already pair up are left alone, and so is a value that closes on a blank.
+    Abre_Tabela(
+        "Select * From tblPergunta Where Resposta_Correta = 'Transparente' And Pergunta Like '%d''água%'");
+    EXPECT_EQ(Tabela.RecordCount(), 1);
+    Abre_Tabela("Select * From tblPergunta Where Pergunta Like '%pingo d'água?'");
+    EXPECT_EQ(Tabela.RecordCount(), 1);
     Abre_Tabela("Select * From tblPergunta Where Pergunta is null");
     EXPECT_EQ(Tabela.RecordCount(), 0);
 }
