@@ -98,6 +98,7 @@ frmPergunta::frmPergunta(QWidget* pai) : Formulário_Cadastro("frmPergunta", pai
     pgbBarra_De_Progresso->setObjectName("pgbBarra_De_Progresso");
     pgbBarra_De_Progresso->setTextVisible(false);
     pgbBarra_De_Progresso->setMaximumHeight(10);
+    pgbBarra_De_Progresso->hide();  // shown only while a long job runs
     coluna->addWidget(pgbBarra_De_Progresso);
 
     Campo_Obrigatório(txtPergunta, false);

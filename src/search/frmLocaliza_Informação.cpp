@@ -4,6 +4,7 @@
 #include <QFocusEvent>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QHeaderView>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -139,6 +140,11 @@ frmLocaliza_Informação::frmLocaliza_Informação(QWidget* pai) : Formulário("
     fraCondição = new QGroupBox("Condição de pesquisa a ser efetuada:", this);
     fraCondição->setObjectName("fraCondição");
     auto* condições = new QGridLayout(fraCondição);
+    // The operator in force stands out as a pressed button.
+    fraCondição->setStyleSheet(
+        "QPushButton:checked { background: #2f6db5; color: white; font-weight: bold; border: 1px solid "
+        "#1d4f8c;"
+        " border-radius: 3px; padding: 4px; }");
     const char* legendas[] = {
         "&= a...", "<> &de...", "> &que...", ">= &a...", "< q&ue...", "<= a&...", "&Em qualquer posição..."};
     for (int i = 0; i < 7; ++i) {
@@ -270,6 +276,7 @@ void frmLocaliza_Informação::Títulos_Iniciais() {
     flxLocaliza->setColumnWidth(1, 220);
     flxLocaliza->setColumnWidth(2, 220);
     flxLocaliza->setColumnWidth(3, 60);
+    flxLocaliza->horizontalHeader()->setStretchLastSection(true);
 }
 
 void frmLocaliza_Informação::Form_Load() {
