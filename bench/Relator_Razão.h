@@ -1,10 +1,11 @@
 #pragma once
 // Prints each benchmark's result and, at the end, the program's time as a multiple of raw SQLite's,
-// pairing the benchmark whose name holds "Pelo_Programa" with the one whose name holds "SQLite_Puro".
+// one line for each pair of benchmarks whose names differ only in "Pelo_Programa" and "SQLite_Puro".
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
 
+#include <array>
 #include <cstdio>
 #include <map>
 #include <string>
@@ -13,20 +14,29 @@ class Relator_Razão : public benchmark::ConsoleReporter {
   public:
     void ReportRuns(const std::vector<Run>& execuções) override {
         ConsoleReporter::ReportRuns(execuções);
-        for (const Run& r : execuções) Tempos[r.benchmark_name()] = r.GetAdjustedRealTime();
+        // The function's name, without the arguments, so that a pair may run different iteration counts.
+        static const std::string marcas[] = {"_Pelo_Programa", "_SQLite_Puro"};
+        for (const Run& r : execuções) {
+            std::string nome = r.run_name.function_name;
+            for (int lado = 0; lado < 2; ++lado)
+                if (const auto onde = nome.find(marcas[lado]); onde != std::string::npos) {
+                    nome.erase(onde, marcas[lado].size());
+                    Tempos[nome][lado] = r.GetAdjustedRealTime();
+                }
+        }
     }
     void Finalize() override {
         ConsoleReporter::Finalize();
-        double programa = 0, puro = 0;
-        for (const auto& [nome, tempo] : Tempos) {
-            if (nome.find("Pelo_Programa") != std::string::npos) programa = tempo;
-            if (nome.find("SQLite_Puro") != std::string::npos) puro = tempo;
+        for (const auto& [nome, tempos] : Tempos) {
+            const auto [programa, puro] = tempos;
+            if (programa > 0 && puro > 0)
+                std::printf("Razão programa / SQLite puro (%s): %.2f\n", nome.c_str(), programa / puro);
         }
-        if (programa > 0 && puro > 0) std::printf("Razão programa / SQLite puro: %.2f\n", programa / puro);
     }
 
   private:
-    std::map<std::string, double> Tempos;
+    // By the name without its marker: the program's time, then raw SQLite's.
+    std::map<std::string, std::array<double, 2>> Tempos;
 };
 
 // The main of every benchmark program here: offscreen windows, the registered benchmarks, the ratio.

@@ -142,9 +142,8 @@ frmLocaliza_Informação::frmLocaliza_Informação(QWidget* pai) : Formulário("
     auto* condições = new QGridLayout(fraCondição);
     // The operator in force stands out as a pressed button.
     fraCondição->setStyleSheet(
-        "QPushButton:checked { background: #2f6db5; color: white; font-weight: bold; border: 1px solid "
-        "#1d4f8c;"
-        " border-radius: 3px; padding: 4px; }");
+        "QPushButton:checked { background: #2f6db5; color: white; border: 1px solid #1d4f8c; border-radius: "
+        "3px; }");
     const char* legendas[] = {
         "&= a...", "<> &de...", "> &que...", ">= &a...", "< q&ue...", "<= a&...", "&Em qualquer posição..."};
     for (int i = 0; i < 7; ++i) {

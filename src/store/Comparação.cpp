@@ -3,6 +3,7 @@
 #include <QChar>
 #include <sqlite3.h>
 
+#include <string>
 #include <vector>
 
 namespace {
@@ -66,11 +67,17 @@ int Compara_Textos(const char* a, std::size_t tamanho_a, const char* b, std::siz
 
 bool Combina_Like(const char* padrão, std::size_t tamanho_padrão, const char* texto,
                   std::size_t tamanho_texto) {
-    std::vector<char32_t> p, t;
-    p.reserve(tamanho_padrão);
-    t.reserve(tamanho_texto);
-    for (auto c = reinterpret_cast<const unsigned char*>(padrão), f = c + tamanho_padrão; c < f;)
-        p.push_back(Minúscula(Lê_Caractere(c, f)));
+    // A search runs the same pattern over every row: it is decoded once, and the buffers are kept.
+    thread_local std::string último_padrão;
+    thread_local std::vector<char32_t> p, t;
+    if (último_padrão.size() != tamanho_padrão ||
+        último_padrão.compare(0, tamanho_padrão, padrão, tamanho_padrão)) {
+        último_padrão.assign(padrão, tamanho_padrão);
+        p.clear();
+        for (auto c = reinterpret_cast<const unsigned char*>(padrão), f = c + tamanho_padrão; c < f;)
+            p.push_back(Minúscula(Lê_Caractere(c, f)));
+    }
+    t.clear();
     for (auto c = reinterpret_cast<const unsigned char*>(texto), f = c + tamanho_texto; c < f;)
         t.push_back(Minúscula(Lê_Caractere(c, f)));
     // Greedy match with one back-tracking point for the last %.
