@@ -259,6 +259,8 @@ TEST_F(Cadastro_Pergunta_Teste, AnExclusionPlaysTheExplosionAndShowsTheNextRowOr
     EXPECT_FALSE(Transação_Aberta());
     EXPECT_TRUE(Plataforma.Sonos.isEmpty());
     EXPECT_EQ(janela.windowTitle(), "Consulta da Pergunta 2");
+    EXPECT_EQ(Operação, "Consulta");
+    EXPECT_EQ(Botões(janela), Consulta);
 
     janela.cmdExclusão_Click();
     EXPECT_EQ(Plataforma.Sonos, QList<int>(8, 70));
