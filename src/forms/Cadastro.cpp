@@ -251,12 +251,25 @@ void Formulário_Cadastro::Exibir_Campos() {
     update();
 }
 
+bool Formulário_Cadastro::Recusa_Sem_Direito(bool pode) {
+    if (!Verifica_Direitos || pode) return false;
+    Exibe_Mensagem(4);
+    return true;
+}
+
+bool Formulário_Cadastro::Trava_Registro_Mostrado(int mensagem_tabela_vazia) {
+    if (Lastrec(Tabela.Source, Conexão) == 0) {
+        Exibe_Mensagem(mensagem_tabela_vazia);
+        return false;
+    }
+    Inicia_Transação();
+    Trava(Tabela, Conexão, false);
+    return Travou;
+}
+
 void Formulário_Cadastro::cmdInclusão_Click() {
     Rotina r(this, "cmdInclusão_Click");
-    if (Verifica_Direitos && !Pode_Incluir) {
-        Exibe_Mensagem(4);
-        return;
-    }
+    if (Recusa_Sem_Direito(Pode_Incluir)) return;
     Inicia_Transação();
     Operação = "Inclusão";
     setWindowTitle(Operação + Frase_Inclusão);
@@ -269,18 +282,8 @@ void Formulário_Cadastro::cmdInclusão_Click() {
 
 void Formulário_Cadastro::cmdAlteração_Click() {
     Rotina r(this, "cmdAlteração_Click");
-    if (Verifica_Direitos && !Pode_Alterar) {
-        Exibe_Mensagem(4);
-        return;
-    }
-    if (!Guarda_Alteração()) return;
-    if (Lastrec(Tabela.Source, Conexão) == 0) {
-        Exibe_Mensagem(22);
-        return;
-    }
-    Inicia_Transação();
-    Trava(Tabela, Conexão, false);
-    if (!Travou) return;
+    if (Recusa_Sem_Direito(Pode_Alterar)) return;
+    if (!Guarda_Alteração() || !Trava_Registro_Mostrado(22)) return;
     Operação = "Alteração";
     setWindowTitle(Legenda_Registro());
     Habilitar_Comandos(this);
@@ -290,18 +293,8 @@ void Formulário_Cadastro::cmdAlteração_Click() {
 
 void Formulário_Cadastro::cmdExclusão_Click() {
     Rotina r(this, "cmdExclusão_Click");
-    if (Verifica_Direitos && !Pode_Excluir) {
-        Exibe_Mensagem(4);
-        return;
-    }
-    if (!Guarda_Exclusão()) return;
-    if (Lastrec(Tabela.Source, Conexão) == 0) {
-        Exibe_Mensagem(23);
-        return;
-    }
-    Inicia_Transação();
-    Trava(Tabela, Conexão, false);
-    if (!Travou) return;
+    if (Recusa_Sem_Direito(Pode_Excluir)) return;
+    if (!Guarda_Exclusão() || !Trava_Registro_Mostrado(23)) return;
     Operação = "Exclusão";
     setWindowTitle(Legenda_Registro());
     if (!Confirma(this)) {
@@ -376,10 +369,7 @@ void Formulário_Cadastro::cmdCancelar_Click() {
 
 void Formulário_Cadastro::cmdLocaliza_Click() {
     Rotina r(this, "cmdLocaliza_Click");
-    if (Verifica_Direitos && Localiza_Verifica_Direito && !Pode_Consultar) {
-        Exibe_Mensagem(4);
-        return;
-    }
+    if (Localiza_Verifica_Direito && Recusa_Sem_Direito(Pode_Consultar)) return;
     Abre_Tabela_Pesquisa(Tabela.Source);
     {
         frmLocaliza_Informação localiza(this);
@@ -390,10 +380,7 @@ void Formulário_Cadastro::cmdLocaliza_Click() {
 
 void Formulário_Cadastro::cmdMovimenta_Registro_Click(int Index) {
     Rotina r(this, "cmdMovimenta_Registro_Click");
-    if (Verifica_Direitos && !Pode_Consultar) {
-        Exibe_Mensagem(4);
-        return;
-    }
+    if (Recusa_Sem_Direito(Pode_Consultar)) return;
     if (!Exibição_Liberada || Tabela_Dynaset.Source.isEmpty())
         Movimenta_Registro(Tabela, Index);
     else

@@ -71,6 +71,11 @@ class Formulário_Cadastro : public Formulário {
     void Passos_Comuns_Form_Load();
     // The mandatory-field check: message 10 on an empty text; the last field enables cmdOk.
     void Campo_Obrigatório(QWidget* campo, bool último);
+    // A right missing: message 4, and the button stops. A missing right never disables a button.
+    bool Recusa_Sem_Direito(bool pode);
+    // The shown row locked inside a new transaction; false, after its message, on an empty table or a row
+    // that another user holds.
+    bool Trava_Registro_Mostrado(int mensagem_tabela_vazia);
     // "Consulta da Pergunta 1.234".
     QString Legenda_Registro() const;
 

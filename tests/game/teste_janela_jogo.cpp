@@ -27,9 +27,7 @@ class Janela_Jogo_Teste : public ::testing::Test {
     Plataforma_Roteirizada Plataforma;
 
     void SetUp() override {
-        Instala_Programa();
-        Tabela_Manutenção.Reinicia();
-        Abre_Tabela_Manutenção("tblManutenção_Banco_de_Dados");
+        Instala_Programa_Para_Janelas();
         Plataforma.Caixas.clear();
         Tipo_Pergunta = "A";
         frmJogo::Ao_Terminar_Padrão = nullptr;

@@ -8,7 +8,6 @@
 #include <QTest>
 
 #include "common/Globais.h"
-#include "failure/Mensagens.h"
 #include "forms/Controles.h"
 #include "questions/frmPergunta.h"
 #include "store/Funções_Banco.h"
@@ -23,9 +22,7 @@ class Cadastro_Pergunta_Teste : public ::testing::Test {
     Plataforma_Roteirizada Plataforma;
 
     void SetUp() override {
-        Instala_Programa();
-        Tabela_Manutenção.Reinicia();
-        Abre_Tabela_Manutenção("tblManutenção_Banco_de_Dados");
+        Instala_Programa_Para_Janelas();
         Usuário_Atual = "Supervisor";
         Plataforma.Caixas.clear();
     }
@@ -46,13 +43,6 @@ class Cadastro_Pergunta_Teste : public ::testing::Test {
         for (int i = 0; i < 9; ++i) s += botões[i]->isEnabled() ? QString("IAEL<>OCS")[i] : QChar('-');
         return s;
     }
-
-    QStringList Mensagens() const {
-        QStringList textos;
-        for (const Caixa_Mostrada& c : Plataforma.Caixas) textos << c.Texto;
-        return textos;
-    }
-    static QString Mensagem(int número) { return Texto_Mensagem(número) + "!!!"; }
 
     static void Preenche(frmPergunta& j, const QString& pergunta, const QStringList& respostas) {
         j.txtPergunta->Set_Text(pergunta);
@@ -100,7 +90,7 @@ TEST_F(Cadastro_Pergunta_Teste, AnEmptyTableLeavesTheWindowBlankAndRefusesAltera
     janela.cmdAlteração_Click();
     janela.cmdExclusão_Click();
     janela.cmdMovimenta_Registro_Click(2);
-    EXPECT_EQ(Mensagens(), QStringList({Mensagem(22), Mensagem(23), Mensagem(9)}));
+    EXPECT_EQ(Plataforma.Textos_Caixas(), QStringList({Aviso(22), Aviso(23), Aviso(9)}));
     EXPECT_EQ(Botões(janela), Consulta);
     EXPECT_FALSE(Transação_Aberta());
 
@@ -160,7 +150,7 @@ TEST_F(Cadastro_Pergunta_Teste, LeavingTheLastMandatoryFieldEmptyKeepsOkDisabled
     janela.txtResposta_Incorreta_3->setFocus();
     janela.optTipo[0]->setFocus();
     EXPECT_EQ(QApplication::focusWidget(), janela.txtResposta_Incorreta_3);
-    EXPECT_EQ(Mensagens(), QStringList{Mensagem(10)});
+    EXPECT_EQ(Plataforma.Textos_Caixas(), QStringList{Aviso(10)});
     EXPECT_FALSE(janela.cmdOk->isEnabled());
 
     janela.txtResposta_Incorreta_3->setText("d");
@@ -174,7 +164,7 @@ TEST_F(Cadastro_Pergunta_Teste, LeavingTheLastMandatoryFieldEmptyKeepsOkDisabled
     janela.txtResposta_Correta->clear();
     janela.txtResposta_Incorreta_1->setFocus();
     EXPECT_EQ(QApplication::focusWidget(), janela.txtResposta_Correta);
-    EXPECT_EQ(Mensagens(), QStringList{Mensagem(10)});
+    EXPECT_EQ(Plataforma.Textos_Caixas(), QStringList{Aviso(10)});
 
     // Cancel does not cause validation: it leaves the empty field without a word.
     Plataforma.Caixas.clear();
@@ -285,14 +275,14 @@ TEST_F(Cadastro_Pergunta_Teste, WalkingPastEitherEndWarnsAndStaysOnTheLastOrFirs
     EXPECT_TRUE(Plataforma.Caixas.isEmpty());
     EXPECT_EQ(janela.txtPergunta->Text(), "Pergunta número 3?");
     janela.cmdMovimenta_Registro_Click(2);
-    EXPECT_EQ(Mensagens(), QStringList{Mensagem(12)});
+    EXPECT_EQ(Plataforma.Textos_Caixas(), QStringList{Aviso(12)});
     EXPECT_EQ(janela.txtPergunta->Text(), "Pergunta número 3?");
 
     Plataforma.Caixas.clear();
     janela.cmdMovimenta_Registro_Click(1);
     janela.cmdMovimenta_Registro_Click(1);
     janela.cmdMovimenta_Registro_Click(1);
-    EXPECT_EQ(Mensagens(), QStringList{Mensagem(11)});
+    EXPECT_EQ(Plataforma.Textos_Caixas(), QStringList{Aviso(11)});
     EXPECT_EQ(janela.txtPergunta->Text(), "Pergunta número 1?");
     EXPECT_EQ(janela.txtResposta_Incorreta_2->text(), "Errada B1");
     EXPECT_TRUE(janela.optTipo[0]->isChecked());
@@ -311,7 +301,7 @@ TEST_F(Cadastro_Pergunta_Teste, ALocateResultLimitsTheWalkUntilAWriteEndsIt) {
     EXPECT_EQ(Código_Localizado, 5);
     EXPECT_EQ(janela.windowTitle(), "Consulta da Pergunta 5 | Mostrando apenas Tipo = 'B'");
     janela.cmdMovimenta_Registro_Click(2);
-    EXPECT_EQ(Mensagens(), QStringList{Mensagem(12)});
+    EXPECT_EQ(Plataforma.Textos_Caixas(), QStringList{Aviso(12)});
     EXPECT_EQ(Código_Localizado, 5);
 
     // A confirmed write ends the filter: the walk covers the whole table again.
@@ -340,7 +330,7 @@ TEST_F(Cadastro_Pergunta_Teste, TheCaptionShowsAtMostFiftyCharactersOfTheCriteri
     Tabela_Dynaset.Close();
     Abre_Tabela_Dynaset("Select * From tblPergunta Where Tipo = 'Z'", Conexão.ConnectionString);
     janela.cmdMovimenta_Registro_Click(2);
-    EXPECT_EQ(Mensagens(), QStringList{Mensagem(26)});
+    EXPECT_EQ(Plataforma.Textos_Caixas(), QStringList{Aviso(26)});
     EXPECT_TRUE(Tabela_Dynaset.Source.isEmpty());
 }
 

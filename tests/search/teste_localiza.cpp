@@ -11,7 +11,6 @@
 #include <QTimer>
 
 #include "common/Globais.h"
-#include "failure/Mensagens.h"
 #include "forms/Controles.h"
 #include "search/frmLocaliza_Informação.h"
 #include "store/Funções_Banco.h"
@@ -26,9 +25,7 @@ class Localiza_Teste : public ::testing::Test {
     Plataforma_Roteirizada Plataforma;
 
     void SetUp() override {
-        Instala_Programa();
-        Tabela_Manutenção.Reinicia();
-        Abre_Tabela_Manutenção("tblManutenção_Banco_de_Dados");
+        Instala_Programa_Para_Janelas();
         Abre_Tabela_Critério_de_Consulta("tblCritério_de_Consulta");
         Tabela_Critério_de_Consulta.Set_Index("idxTabela_Usuário");
         Usuário_Atual = "Supervisor";
@@ -54,13 +51,6 @@ class Localiza_Teste : public ::testing::Test {
         while (!valores.isEmpty() && valores.last().isEmpty()) valores.removeLast();
         return valores;
     }
-
-    QStringList Mensagens() const {
-        QStringList textos;
-        for (const Caixa_Mostrada& c : Plataforma.Caixas) textos << c.Texto;
-        return textos;
-    }
-    static QString Mensagem(int número) { return Texto_Mensagem(número) + "!!!"; }
 
     static int Inclui_Pergunta(const QString& pergunta, bool comparada = false) {
         Tabela_Quaternária.Reinicia();
@@ -126,7 +116,7 @@ TEST_F(Localiza_Teste, AWordAnywhereInTheTextFillsPagesOf14AndThe15thStandsAlone
     EXPECT_FALSE(primeira_página.contains(segunda_página[0]));
     EXPECT_TRUE(segunda_página[0].startsWith("Pergunta número "));
     EXPECT_EQ(Linhas_Localizadas, 1);
-    EXPECT_EQ(Mensagens(), QStringList{Mensagem(12)});
+    EXPECT_EQ(Plataforma.Textos_Caixas(), QStringList{Aviso(12)});
     EXPECT_FALSE(janela.cmdPróximos_14->isEnabled());
     EXPECT_TRUE(janela.cmdÚltimos_14->isEnabled());
 
@@ -135,7 +125,7 @@ TEST_F(Localiza_Teste, AWordAnywhereInTheTextFillsPagesOf14AndThe15thStandsAlone
     janela.cmdPróximos_14_LostFocus();
     janela.cmdÚltimos_14_Click();
     EXPECT_EQ(Coluna(janela, 0), primeira_página);
-    EXPECT_EQ(Mensagens(), QStringList{Mensagem(11)});
+    EXPECT_EQ(Plataforma.Textos_Caixas(), QStringList{Aviso(11)});
     EXPECT_FALSE(janela.cmdÚltimos_14->isEnabled());
     EXPECT_TRUE(janela.cmdPróximos_14->isEnabled());
 
@@ -163,7 +153,7 @@ TEST_F(Localiza_Teste, ANumberSearchWithExactly14HitsFindsNothingNewOnTheNextPag
     EXPECT_TRUE(janela.cmdÚltimos_14->isEnabled());
 
     janela.cmdPróximos_14_Click();
-    EXPECT_EQ(Mensagens(), QStringList{Mensagem(12)});
+    EXPECT_EQ(Plataforma.Textos_Caixas(), QStringList{Aviso(12)});
     EXPECT_FALSE(janela.cmdPróximos_14->isEnabled());
     EXPECT_EQ(janela.flxLocaliza->TextMatrix(1, 0), "1");
     EXPECT_EQ(Coluna(janela, 0).size(), 14);
@@ -198,7 +188,7 @@ TEST_F(Localiza_Teste, ASingleHitIsTakenAtOnceAsAFilterOnItsCodeEvenWithAQuoteIn
     janela.txtConteúdo->setText("rio d'Oeste");
     janela.cmdOk_Click();
     EXPECT_EQ(Comando_SQL, "Select * From tblPergunta Where Pergunta Like '%rio d'Oeste%'");
-    EXPECT_TRUE(Mensagens().isEmpty());
+    EXPECT_TRUE(Plataforma.Textos_Caixas().isEmpty());
     EXPECT_EQ(Linhas_Localizadas, 1);
     EXPECT_EQ(Tabela_Dynaset.Source,
               "Select * From tblPergunta Where Código_Pergunta = " + QString::number(código));

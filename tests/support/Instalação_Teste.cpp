@@ -25,6 +25,14 @@ void Instala_Programa() {
     Inicia_Programa();
 }
 
+void Instala_Programa_Para_Janelas() {
+    Instala_Programa();
+    Tabela_Manutenção.Reinicia();
+    Abre_Tabela_Manutenção("tblManutenção_Banco_de_Dados");
+    if (auto* roteirizada = dynamic_cast<Plataforma_Roteirizada*>(&Plataforma_Atual()))
+        roteirizada->Caixas.clear();
+}
+
 void Cadastra_Perguntas(int quantidade, const QString& tipo) {
     Tabela.Reinicia();
     Abre_Tabela("tblPergunta");

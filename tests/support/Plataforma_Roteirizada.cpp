@@ -2,6 +2,8 @@
 
 #include <QDialog>
 
+#include "failure/Mensagens.h"
+
 Plataforma_Roteirizada::Plataforma_Roteirizada() : Anterior(Define_Plataforma(this)) {}
 
 Plataforma_Roteirizada::~Plataforma_Roteirizada() {
@@ -69,4 +71,14 @@ double Plataforma_Roteirizada::Aleatório() {
 void Plataforma_Roteirizada::Encerra_Agora(int código) {
     ++Encerramentos;
     throw Programa_Encerrado{código};
+}
+
+QStringList Plataforma_Roteirizada::Textos_Caixas() const {
+    QStringList textos;
+    for (const Caixa_Mostrada& c : Caixas) textos << c.Texto;
+    return textos;
+}
+
+QString Aviso(int número) {
+    return (número < 100 ? Texto_Mensagem(número) : Texto_Mensagem_Complementar(número)) + "!!!";
 }

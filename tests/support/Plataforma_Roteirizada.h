@@ -17,6 +17,9 @@ struct Caixa_Mostrada {
     Botões_Caixa Botões;
 };
 
+// A numbered warning as its box shows it.
+QString Aviso(int número);
+
 struct Programa_Encerrado {
     int Código;
 };
@@ -30,6 +33,7 @@ class Plataforma_Roteirizada : public Plataforma {
     std::deque<Resposta_Caixa> Respostas;
     std::deque<QString> Entradas;
     QList<Caixa_Mostrada> Caixas;
+    QStringList Textos_Caixas() const;
     int Bipes = 0;
     QStringList Sons;
     QStringList Abertos;

@@ -7,7 +7,6 @@
 #include <QVBoxLayout>
 
 #include "common/Globais.h"
-#include "failure/Mensagens.h"
 #include "forms/Cadastro.h"
 #include "store/Funções_Banco.h"
 #include "support/Instalação_Teste.h"
@@ -48,9 +47,7 @@ class Permissões_Teste : public ::testing::Test {
     Plataforma_Roteirizada Plataforma;
 
     void SetUp() override {
-        Instala_Programa();
-        Tabela_Manutenção.Reinicia();
-        Abre_Tabela_Manutenção("tblManutenção_Banco_de_Dados");
+        Instala_Programa_Para_Janelas();
         Plataforma.Caixas.clear();
     }
 
@@ -136,7 +133,7 @@ TEST_F(Permissões_Teste, ARefusedButtonShowsMessage4AndLeavesTheWindowAsItWas) 
     janela.cmdExclusão_Click();
     janela.cmdLocaliza_Click();
     janela.cmdMovimenta_Registro_Click(2);
-    const QString recusa = Texto_Mensagem(4) + "!!!";
+    const QString recusa = Aviso(4);
     ASSERT_EQ(Plataforma.Caixas.size(), 5);
     for (const Caixa_Mostrada& caixa : Plataforma.Caixas) EXPECT_EQ(caixa.Texto, recusa);
     EXPECT_EQ(Operação, "Consulta");
