@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QLocale>
 #include <QPointer>
+#include <QRegularExpressionValidator>
 
 namespace {
 // Watches every change of focus in the program. When the control that loses the focus has a Validate
@@ -111,6 +112,7 @@ void Caixa_Data::Set_Value(const QVariant& valor) {
 
 Caixa_Número::Caixa_Número(QWidget* pai) : QLineEdit(pai) {
     setAlignment(Qt::AlignRight);
+    setValidator(new QRegularExpressionValidator(QRegularExpression("-?[0-9.]*,?[0-9]*"), this));
     setText("0");
 }
 

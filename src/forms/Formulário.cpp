@@ -11,8 +11,9 @@
 #include "utilities/Ajuda.h"
 
 QPixmap Figura_Programa(int lado) {
-    return QPixmap(Caminho_Ícone("Quizora.png"))
-        .scaled(lado, lado, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    const QPixmap figura(Caminho_Ícone("Quizora.png"));
+    return figura.isNull() ? figura
+                           : figura.scaled(lado, lado, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
 
 Formulário::Formulário(const QString& nome, QWidget* pai) : QDialog(pai) {

@@ -452,6 +452,12 @@ void frmLocaliza_Informação::cmdOk_Click() {
                           QString::number(nbConteúdo->Value(), 'g', 15);
             break;
         case Data:
+            // A date that does not exist would otherwise read as an empty box and search for "is null".
+            if (!dbConteúdo->Vazia() && !dbConteúdo->Value().isValid()) {
+                Exibe_Mensagem(18);
+                dbConteúdo->setFocus();
+                return;
+            }
             if (const QVariant data = dbConteúdo->Value(); data.isValid()) {
                 const QDate d = data.toDate();
                 Conteúdo = QString("#%1/%2/%3#").arg(d.month()).arg(d.day()).arg(d.year());

@@ -83,6 +83,9 @@ TEST(Controles, DateAndNumberBoxesReadEmptyDatesAndKeepTheirLimits) {
     número.Set_Value(2.5);
     EXPECT_EQ(número.text(), "2,50");
     EXPECT_EQ(número.Value(), 2.5);
+    número.clear();
+    QTest::keyClicks(&número, "1a,5");
+    EXPECT_EQ(número.text(), "1,5");
 }
 
 TEST(Controles, ClearingAWindowEmptiesItsFieldsByKindAndLeavesOptionButtons) {

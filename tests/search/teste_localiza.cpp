@@ -241,6 +241,13 @@ TEST_F(Localiza_Teste, ADateSearchWritesTheDateMonthFirstAndAnEmptyDateFindsTheR
     EXPECT_EQ(janela.lblPesquisa->text(), " Data_Solicitação >= #23/11/2026#");
     EXPECT_EQ(Código_Localizado, 1);
 
+    // A date that does not exist is refused instead of searching for rows without a date.
+    Comando_SQL.clear();
+    janela.dbConteúdo->setText("31/02/2026");
+    janela.cmdOk_Click();
+    EXPECT_EQ(Plataforma.Textos_Caixas(), QStringList{Aviso(18)});
+    EXPECT_TRUE(Comando_SQL.isEmpty());
+
     janela.dbConteúdo->Set_Value(QVariant());
     janela.optOpção_Click(4);
     janela.cmdOk_Click();
