@@ -346,3 +346,21 @@ TEST_F(Cadastro_Pergunta_Teste, TheFieldsRefuseTextBeyondTheirWidthAndTheCloseBo
     janela.cmdCancelar_Click();
     EXPECT_TRUE(janela.Form_QueryUnload());
 }
+
+TEST_F(Cadastro_Pergunta_Teste, F1OpensTheQuestionPageAndEnterWalksTheFieldsInTabOrder) {
+    Cadastra_Perguntas(1);
+    frmPergunta janela;
+    Ativa(janela);
+    QTest::keyClick(janela.txtResposta_Correta, Qt::Key_F1);
+    ASSERT_EQ(Plataforma.Abertos.size(), 1);
+    EXPECT_EQ(Plataforma.Abertos[0], Pasta.Caminho() + "/Ajuda/Pergunta.Html");
+
+    janela.cmdAlteração_Click();
+    EXPECT_EQ(QApplication::focusWidget(), janela.txtPergunta);
+    QTest::keyClick(janela.txtPergunta, Qt::Key_Return);
+    EXPECT_EQ(janela.txtPergunta->Text(), "Pergunta número 1?");  // Enter adds no line to the question
+    EXPECT_EQ(QApplication::focusWidget(), janela.txtResposta_Correta);
+    QTest::keyClick(janela.txtResposta_Correta, Qt::Key_Return);
+    EXPECT_EQ(QApplication::focusWidget(), janela.txtResposta_Incorreta_1);
+    janela.cmdCancelar_Click();
+}
