@@ -152,11 +152,9 @@ Formulário_Cadastro::Formulário_Cadastro(const QString& nome, QWidget* pai) : 
     coluna->addWidget(Área_Campos, 1);
 
     auto botão = [this](const QString& nome_botão, const QString& texto, const QString& ícone) {
-        auto* b = new QPushButton(texto, this);
-        b->setObjectName(nome_botão);
+        QPushButton* b = Botão(nome_botão, texto);
         b->setMinimumHeight(34);
         if (!ícone.isEmpty()) b->setIcon(QIcon(Caminho_Ícone(ícone)));
-        b->setAutoDefault(false);
         return b;
     };
     cmdInclusão = botão("cmdInclusão", "&Inclusão", "Quizora.Ico");

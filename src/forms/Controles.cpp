@@ -81,6 +81,17 @@ bool CausesValidation(const QWidget* controle) {
     return !valor.isValid() || valor.toBool();
 }
 
+QLineEdit* Caixa_Senha(QWidget* pai) {
+    auto* caixa = new QLineEdit(pai);
+    caixa->setObjectName("txtSenha");
+    QFont fixa("Courier New");
+    fixa.setStyleHint(QFont::Monospace);
+    caixa->setFont(fixa);
+    caixa->setMaxLength(8);
+    caixa->setEchoMode(QLineEdit::Password);
+    return caixa;
+}
+
 Caixa_Data::Caixa_Data(QWidget* pai) : QLineEdit(pai) {
     setInputMask("99/99/9999;_");
     setMaximumWidth(fontMetrics().horizontalAdvance("00/00/00000") + 16);

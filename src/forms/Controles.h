@@ -17,6 +17,9 @@ void Instala_Validate(QWidget* controle, Tratador_Validate tratador);
 void Define_CausesValidation(QWidget* controle, bool causa);
 bool CausesValidation(const QWidget* controle);
 
+// The password box: eight characters at most, shown as dots, in a fixed-width font.
+QLineEdit* Caixa_Senha(QWidget* pai);
+
 // Empty while no date is given; Value is then a null QVariant, otherwise a QDate.
 class Caixa_Data : public QLineEdit {
   public:

@@ -1,6 +1,9 @@
 #include "forms/Formulário.h"
 
 #include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
 #include <QAbstractButton>
 #include <QKeyEvent>
 #include <QPixmap>
@@ -19,6 +22,26 @@ QPixmap Figura_Programa(int lado) {
 Formulário::Formulário(const QString& nome, QWidget* pai) : QDialog(pai) {
     setObjectName(nome);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+}
+
+QLabel* Formulário::Rótulo(const QString& nome, const QString& texto) {
+    auto* rótulo = new QLabel(texto, this);
+    rótulo->setObjectName(nome);
+    return rótulo;
+}
+
+QPushButton* Formulário::Botão(const QString& nome, const QString& texto) {
+    auto* botão = new QPushButton(texto, this);
+    botão->setObjectName(nome);
+    botão->setAutoDefault(false);
+    return botão;
+}
+
+QHBoxLayout* Formulário::Linha_Botões(std::initializer_list<QPushButton*> botões) {
+    auto* linha = new QHBoxLayout;
+    linha->addStretch();
+    for (QPushButton* botão : botões) linha->addWidget(botão);
+    return linha;
 }
 
 bool Formulário::event(QEvent* evento) {

@@ -4,8 +4,12 @@
 // Form_Activate and Form_QueryUnload.
 #include <QDialog>
 #include <functional>
+#include <initializer_list>
 
+class QHBoxLayout;
+class QLabel;
 class QPixmap;
+class QPushButton;
 // The program's picture, as the windows show it beside their texts.
 QPixmap Figura_Programa(int lado);
 
@@ -21,6 +25,13 @@ class Formulário : public QDialog {
     std::function<bool()> Form_QueryUnload;
 
   protected:
+    // Controls under their names, as the window's routines and the tests find them.
+    QLabel* Rótulo(const QString& nome, const QString& texto = QString());
+    // Enter on a focused button clicks it (see keyPressEvent), so no button is the dialog's default.
+    QPushButton* Botão(const QString& nome, const QString& texto);
+    // The row of a window's command buttons, at its right.
+    static QHBoxLayout* Linha_Botões(std::initializer_list<QPushButton*> botões);
+
     bool event(QEvent* evento) override;
     void closeEvent(QCloseEvent* evento) override;
     void showEvent(QShowEvent* evento) override;

@@ -76,9 +76,7 @@ frmHall::frmHall(QWidget* pai, const Estado_Jogo* jogo)
     lblResposta_2 = new QLabel(this);
     lblResposta_2->setObjectName("lblResposta_2");
     lblResposta_2->setFont(destaque);
-    cmdSair = new QPushButton("&Sair", this);
-    cmdSair->setObjectName("cmdSair");
-    cmdSair->setAutoDefault(false);
+    cmdSair = Botão("cmdSair", "&Sair");
     cmdSair->setMinimumWidth(100);
 
     auto* observação = new QVBoxLayout;

@@ -28,22 +28,13 @@ frmInício_Jogo::frmInício_Jogo(QWidget* pai) : Formulário("frmInício_Jogo", 
         optTipo_Pergunta[i]->setObjectName(QString("optTipo_Pergunta_%1").arg(i));
         opções->addWidget(optTipo_Pergunta[i]);
     }
-    cmdOk = new QPushButton("&OK", this);
-    cmdOk->setObjectName("cmdOk");
-    cmdSair = new QPushButton("&Sair", this);
-    cmdSair->setObjectName("cmdSair");
-    for (QPushButton* b : {cmdOk, cmdSair}) {
-        b->setAutoDefault(false);
-        b->setMinimumWidth(100);
-    }
-    auto* botões = new QHBoxLayout;
-    botões->addStretch();
-    botões->addWidget(cmdOk);
-    botões->addWidget(cmdSair);
+    cmdOk = Botão("cmdOk", "&OK");
+    cmdSair = Botão("cmdSair", "&Sair");
+    for (QPushButton* b : {cmdOk, cmdSair}) b->setMinimumWidth(100);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(20, 16, 20, 16);
     layout->addWidget(Frame2);
-    layout->addLayout(botões);
+    layout->addLayout(Linha_Botões({cmdOk, cmdSair}));
     setMinimumWidth(460);
 
     QObject::connect(cmdOk, &QPushButton::clicked, this, [this] { cmdOk_Click(); });

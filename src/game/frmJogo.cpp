@@ -173,9 +173,7 @@ frmJogo::frmJogo(QWidget* pai) : Formulário("frmJogo", pai) {
         valor->addWidget(l);
     }
 
-    cmdSair = new QPushButton("&Sair", this);
-    cmdSair->setObjectName("cmdSair");
-    cmdSair->setAutoDefault(false);
+    cmdSair = Botão("cmdSair", "&Sair");
     cmdSair->setMinimumWidth(110);
 
     auto* meio = new QHBoxLayout;

@@ -61,14 +61,9 @@ frmSorteio::frmSorteio(QWidget* pai) : Formulário("frmSorteio", pai) {
     Label3 = new QLabel("a", this);
     Label3->setObjectName("Label3");
     nbNúmero_Final = Nova_Faixa(this, "nbNúmero_Final");
-    cmdSorteia = new QPushButton("Novo Sorteio", this);
-    cmdSorteia->setObjectName("cmdSorteia");
-    cmdSair = new QPushButton("&Sair", this);
-    cmdSair->setObjectName("cmdSair");
-    for (QPushButton* b : {cmdSorteia, cmdSair}) {
-        b->setAutoDefault(false);
-        b->setMinimumWidth(120);
-    }
+    cmdSorteia = Botão("cmdSorteia", "Novo Sorteio");
+    cmdSair = Botão("cmdSair", "&Sair");
+    for (QPushButton* b : {cmdSorteia, cmdSair}) b->setMinimumWidth(120);
     nbNúmero_Sorteado = Novo_Mostrador(this, "nbNúmero_Sorteado", Fonte_Fixa(28, true));
     nbNúmero_Sorteado->setAlignment(Qt::AlignCenter);
     nbNúmero_Sorteado->setMinimumWidth(260);
@@ -97,10 +92,6 @@ frmSorteio::frmSorteio(QWidget* pai) : Formulário("frmSorteio", pai) {
     sorteio->addStretch();
     sorteio->addWidget(nbNúmero_Sorteado);
     sorteio->addStretch();
-    auto* botões = new QHBoxLayout;
-    botões->addStretch();
-    botões->addWidget(cmdSorteia);
-    botões->addWidget(cmdSair);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(20, 16, 20, 16);
     layout->setSpacing(12);
@@ -108,7 +99,7 @@ frmSorteio::frmSorteio(QWidget* pai) : Formulário("frmSorteio", pai) {
     layout->addLayout(faixa);
     layout->addLayout(sorteio);
     layout->addWidget(fraSorteio);
-    layout->addLayout(botões);
+    layout->addLayout(Linha_Botões({cmdSorteia, cmdSair}));
     // The list keeps its room while it is hidden during a spin, so the window does not jump.
     QSizePolicy política = fraSorteio->sizePolicy();
     política.setRetainSizeWhenHidden(true);

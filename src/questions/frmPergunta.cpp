@@ -29,11 +29,6 @@ frmPergunta::frmPergunta(QWidget* pai) : Formulário_Cadastro("frmPergunta", pai
     QFont fixa("Courier New");
     fixa.setStyleHint(QFont::Monospace);
     fixa.setPointSize(11);
-    auto rótulo = [this](const char* nome, const char* texto) {
-        auto* l = new QLabel(QString::fromUtf8(texto), fraPergunta);
-        l->setObjectName(QString::fromUtf8(nome));
-        return l;
-    };
     auto resposta = [this, &fixa](const char* nome) {
         auto* caixa = new QLineEdit(fraPergunta);
         caixa->setObjectName(QString::fromUtf8(nome));
@@ -50,18 +45,18 @@ frmPergunta::frmPergunta(QWidget* pai) : Formulário_Cadastro("frmPergunta", pai
     coluna->addWidget(fraPergunta);
     auto* grade = new QGridLayout(fraPergunta);
 
-    Label1 = rótulo("Label1", "Descrição da Pergunta:");
+    Label1 = Rótulo("Label1", "Descrição da Pergunta:");
     txtPergunta = new Caixa_Texto_Multilinha(fraPergunta);
     txtPergunta->setObjectName("txtPergunta");
     txtPergunta->MaxLength = 124;
     txtPergunta->setFont(fixa);
     txtPergunta->setFixedHeight(QFontMetrics(fixa).height() * 3 + 14);
-    Label2 = rótulo("Label2", "Resposta Correta:");
+    Label2 = Rótulo("Label2", "Resposta Correta:");
     txtResposta_Correta = resposta("txtResposta_Correta");
-    Label7 = rótulo("Label7", "Opções de Respostas Incorretas:");
-    Label3 = rótulo("Label3", "1ª Resposta:");
-    Label4 = rótulo("Label4", "2ª Resposta:");
-    Label5 = rótulo("Label5", "3ª Resposta:");
+    Label7 = Rótulo("Label7", "Opções de Respostas Incorretas:");
+    Label3 = Rótulo("Label3", "1ª Resposta:");
+    Label4 = Rótulo("Label4", "2ª Resposta:");
+    Label5 = Rótulo("Label5", "3ª Resposta:");
     txtResposta_Incorreta_1 = resposta("txtResposta_Incorreta_1");
     txtResposta_Incorreta_2 = resposta("txtResposta_Incorreta_2");
     txtResposta_Incorreta_3 = resposta("txtResposta_Incorreta_3");

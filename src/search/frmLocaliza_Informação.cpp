@@ -183,10 +183,8 @@ frmLocaliza_Informação::frmLocaliza_Informação(QWidget* pai) : Formulário("
     busca->addWidget(Frame1, 1, 0);
     busca->addWidget(fraCondição, 1, 1, 2, 1);
     busca->addWidget(fraGrupo, 2, 0);
-    Label2 = new QLabel("Pesquisando por...", this);
-    Label2->setObjectName("Label2");
-    lblPesquisa = new QLabel(this);
-    lblPesquisa->setObjectName("lblPesquisa");
+    Label2 = Rótulo("Label2", "Pesquisando por...");
+    lblPesquisa = Rótulo("lblPesquisa");
     QFont negrito = lblPesquisa->font();
     negrito.setBold(true);
     lblPesquisa->setFont(negrito);
@@ -204,22 +202,13 @@ frmLocaliza_Informação::frmLocaliza_Informação(QWidget* pai) : Formulário("
     coluna->addWidget(flxLocaliza, 1);
     flxLocaliza->Ao_Clicar = [this] { flxLocaliza_Click(); };
 
-    auto botão = [this](const char* nome, const char* texto) {
-        auto* b = new QPushButton(QString::fromUtf8(texto), this);
-        b->setObjectName(QString::fromUtf8(nome));
-        b->setMinimumSize(110, 32);
-        b->setAutoDefault(false);
-        return b;
-    };
-    cmdOk = botão("cmdOk", "&OK");
-    cmdPróximos_14 = botão("cmdPróximos_14", "Pró&ximos 14");
-    cmdÚltimos_14 = botão("cmdÚltimos_14", "Ú&ltimos 14");
-    cmdSair = botão("cmdSair", "&Sair");
+    cmdOk = Botão("cmdOk", "&OK");
+    cmdPróximos_14 = Botão("cmdPróximos_14", "Pró&ximos 14");
+    cmdÚltimos_14 = Botão("cmdÚltimos_14", "Ú&ltimos 14");
+    cmdSair = Botão("cmdSair", "&Sair");
+    for (QPushButton* b : {cmdOk, cmdÚltimos_14, cmdPróximos_14, cmdSair}) b->setMinimumSize(110, 32);
     Define_CausesValidation(cmdSair, false);
-    auto* botões = new QHBoxLayout;
-    botões->addStretch();
-    for (QPushButton* b : {cmdOk, cmdÚltimos_14, cmdPróximos_14, cmdSair}) botões->addWidget(b);
-    coluna->addLayout(botões);
+    coluna->addLayout(Linha_Botões({cmdOk, cmdÚltimos_14, cmdPróximos_14, cmdSair}));
 
     QObject::connect(cboCampo_de_Pesquisa, &QComboBox::currentIndexChanged, this,
                      [this] { cboCampo_de_Pesquisa_Click(); });

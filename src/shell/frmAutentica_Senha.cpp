@@ -12,6 +12,7 @@
 #include "forms/Formulário.h"
 #include "failure/Mensagens.h"
 #include "failure/Rotina.h"
+#include "forms/Controles.h"
 #include "platform/Plataforma.h"
 #include "store/Funções_Banco.h"
 
@@ -21,17 +22,9 @@ frmAutentica_Senha::frmAutentica_Senha(QWidget* pai) : Formulário("frmAutentica
     Label1->setObjectName("Label1");
     Label2 = new QLabel("Informe sua senha pessoal para obter autorização:", this);
     Label2->setObjectName("Label2");
-    QFont fixa("Courier New");
-    fixa.setStyleHint(QFont::Monospace);
-    txtSenha = new QLineEdit(this);
-    txtSenha->setObjectName("txtSenha");
-    txtSenha->setFont(fixa);
-    txtSenha->setMaxLength(8);
-    txtSenha->setEchoMode(QLineEdit::Password);
-    cmdOk = new QPushButton("&OK", this);
-    cmdOk->setObjectName("cmdOk");
-    cmdSair = new QPushButton("&Sair", this);
-    cmdSair->setObjectName("cmdSair");
+    txtSenha = Caixa_Senha(this);
+    cmdOk = Botão("cmdOk", "&OK");
+    cmdSair = Botão("cmdSair", "&Sair");
     Image1 = new QLabel(this);
     Image1->setObjectName("Image1");
     Image1->setPixmap(Figura_Programa(56));
@@ -43,15 +36,10 @@ frmAutentica_Senha::frmAutentica_Senha(QWidget* pai) : Formulário("frmAutentica
     auto* topo = new QHBoxLayout;
     topo->addWidget(Image1, 0, Qt::AlignTop);
     topo->addLayout(textos, 1);
-    auto* botões = new QHBoxLayout;
-    botões->addStretch();
-    botões->addWidget(cmdOk);
-    botões->addWidget(cmdSair);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(20, 16, 20, 16);
     layout->addLayout(topo);
-    layout->addLayout(botões);
-    for (QPushButton* b : {cmdOk, cmdSair}) b->setAutoDefault(false);
+    layout->addLayout(Linha_Botões({cmdOk, cmdSair}));
 
     QObject::connect(cmdOk, &QPushButton::clicked, this, [this] { cmdOk_Click(); });
     QObject::connect(cmdSair, &QPushButton::clicked, this, [this] { cmdSair_Click(); });

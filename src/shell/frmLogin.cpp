@@ -15,6 +15,7 @@
 #include <QVBoxLayout>
 
 #include "common/Globais.h"
+#include "forms/Controles.h"
 #include "forms/Formulário.h"
 #include "failure/Mensagens.h"
 #include "failure/Rotina.h"
@@ -41,15 +42,9 @@ frmLogin::frmLogin(QWidget* pai) : Formulário("frmLogin", pai) {
     cboUsuário->setMinimumWidth(220);
     Label4 = new QLabel("Senha:", fraLogin);
     Label4->setObjectName("Label4");
-    txtSenha = new QLineEdit(fraLogin);
-    txtSenha->setObjectName("txtSenha");
-    txtSenha->setFont(fixa);
-    txtSenha->setMaxLength(8);
-    txtSenha->setEchoMode(QLineEdit::Password);
-    cmdOk = new QPushButton("&OK", this);
-    cmdOk->setObjectName("cmdOk");
-    cmdSair = new QPushButton("&Sair", this);
-    cmdSair->setObjectName("cmdSair");
+    txtSenha = Caixa_Senha(fraLogin);
+    cmdOk = Botão("cmdOk", "&OK");
+    cmdSair = Botão("cmdSair", "&Sair");
     Image1 = new QLabel(this);
     Image1->setObjectName("Image1");
     Image1->setPixmap(Figura_Programa(72));
@@ -62,16 +57,11 @@ frmLogin::frmLogin(QWidget* pai) : Formulário("frmLogin", pai) {
     auto* topo = new QHBoxLayout;
     topo->addWidget(Image1);
     topo->addWidget(lblLogin, 1);
-    auto* botões = new QHBoxLayout;
-    botões->addStretch();
-    botões->addWidget(cmdOk);
-    botões->addWidget(cmdSair);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(20, 16, 20, 16);
     layout->addLayout(topo);
     layout->addWidget(fraLogin);
-    layout->addLayout(botões);
-    for (QPushButton* b : {cmdOk, cmdSair}) b->setAutoDefault(false);
+    layout->addLayout(Linha_Botões({cmdOk, cmdSair}));
 
     QObject::connect(cboUsuário, &QComboBox::activated, this, [this](int) { cboUsuário_Validate(); });
     QObject::connect(txtSenha, &QLineEdit::editingFinished, this, [this] { txtSenha_Validate(); });

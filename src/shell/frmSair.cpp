@@ -16,43 +16,32 @@
 
 frmSair::frmSair(QWidget* pai) : Formulário("frmSair", pai) {
     Revelação_Com_F10 = false;
-    auto rótulo = [this](const QString& nome, const QString& texto = QString()) {
-        auto* l = new QLabel(texto, this);
-        l->setObjectName(nome);
-        return l;
-    };
-    Label6 = rótulo("Label6", "Deseja realmente sair do sistema?");
+    Label6 = Rótulo("Label6", "Deseja realmente sair do sistema?");
     QFont negrito = font();
     negrito.setBold(true);
     negrito.setPointSize(negrito.pointSize() + 2);
     Label6->setFont(negrito);
-    Label1 = rótulo("Label1");
+    Label1 = Rótulo("Label1");
     QFont título = font();
     título.setBold(true);
     título.setPointSize(título.pointSize() * 2);
     Label1->setFont(título);
-    Label2 = rótulo("Label2");
-    Label3 = rótulo("Label3");
-    Label5 = rótulo("Label5", "Clique no endereço abaixo para visitar nosso site:");
-    lblSite = rótulo("lblSite", "<a href=\"#\">" + Endereço_Site + "</a>");
-    Label4 = rótulo("Label4", "Clique no e-mail abaixo para contactar-nos (e-mail / MSN):");
-    lblEmail = rótulo("lblEmail", "<a href=\"#\">" + Endereço_Suporte + "</a>");
-    Image1 = rótulo("Image1");
+    Label2 = Rótulo("Label2");
+    Label3 = Rótulo("Label3");
+    Label5 = Rótulo("Label5", "Clique no endereço abaixo para visitar nosso site:");
+    lblSite = Rótulo("lblSite");
+    Label4 = Rótulo("Label4", "Clique no e-mail abaixo para contactar-nos (e-mail / MSN):");
+    lblEmail = Rótulo("lblEmail");
+    Image1 = Rótulo("Image1");
     Image1->setPixmap(Figura_Programa(80));
-    cmdSair = new QPushButton("&Sair", this);
-    cmdSair->setObjectName("cmdSair");
-    cmdCancelar = new QPushButton("&Cancelar", this);
-    cmdCancelar->setObjectName("cmdCancelar");
+    cmdSair = Botão("cmdSair", "&Sair");
+    cmdCancelar = Botão("cmdCancelar", "&Cancelar");
 
     auto* identificação = new QVBoxLayout;
     for (QLabel* l : {Label1, Label2, Label3}) identificação->addWidget(l);
     auto* topo = new QHBoxLayout;
     topo->addWidget(Image1);
     topo->addLayout(identificação, 1);
-    auto* botões = new QHBoxLayout;
-    botões->addStretch();
-    botões->addWidget(cmdSair);
-    botões->addWidget(cmdCancelar);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(20, 16, 20, 16);
     layout->addWidget(Label6);
@@ -61,13 +50,11 @@ frmSair::frmSair(QWidget* pai) : Formulário("frmSair", pai) {
     layout->addSpacing(8);
     for (QLabel* l : {Label5, lblSite, Label4, lblEmail}) layout->addWidget(l);
     layout->addSpacing(8);
-    layout->addLayout(botões);
+    layout->addLayout(Linha_Botões({cmdSair, cmdCancelar}));
 
     QObject::connect(cmdSair, &QPushButton::clicked, this, [this] { cmdSair_Click(); });
     QObject::connect(cmdCancelar, &QPushButton::clicked, this, [this] { cmdCancelar_Click(); });
-    QObject::connect(lblSite, &QLabel::linkActivated, this,
-                     [this] { Visita_Site_da_Norvane_Informática(this); });
-    QObject::connect(lblEmail, &QLabel::linkActivated, this, [this] { Envia_Email_ao_Ornelio(this); });
+    Liga_Contatos(this, lblSite, lblEmail);
     Form_Load();
 }
 

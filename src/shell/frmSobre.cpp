@@ -15,28 +15,22 @@
 
 frmSobre::frmSobre(QWidget* pai) : Formulário("frmSobre", pai) {
     Revelação_Com_F10 = false;
-    auto rótulo = [this](const QString& nome, const QString& texto = QString()) {
-        auto* l = new QLabel(texto, this);
-        l->setObjectName(nome);
-        return l;
-    };
-    Label1 = rótulo("Label1");
+    Label1 = Rótulo("Label1");
     QFont título = font();
     título.setBold(true);
     título.setPointSize(título.pointSize() * 2);
     Label1->setFont(título);
-    Label2 = rótulo("Label2");
-    Label6 = rótulo("Label6", "Versão do Banco de Dados:");
-    lblVersão_ADO = rótulo("lblVersão_ADO");
-    Label3 = rótulo("Label3");
-    Label5 = rótulo("Label5", "Clique no endereço abaixo para visitar nosso site:");
-    lblSite = rótulo("lblSite", "<a href=\"#\">" + Endereço_Site + "</a>");
-    Label4 = rótulo("Label4", "Clique no e-mail abaixo para contactar-nos (e-mail / MSN):");
-    lblEmail = rótulo("lblEmail", "<a href=\"#\">" + Endereço_Suporte + "</a>");
-    Image1 = rótulo("Image1");
+    Label2 = Rótulo("Label2");
+    Label6 = Rótulo("Label6", "Versão do Banco de Dados:");
+    lblVersão_ADO = Rótulo("lblVersão_ADO");
+    Label3 = Rótulo("Label3");
+    Label5 = Rótulo("Label5", "Clique no endereço abaixo para visitar nosso site:");
+    lblSite = Rótulo("lblSite");
+    Label4 = Rótulo("Label4", "Clique no e-mail abaixo para contactar-nos (e-mail / MSN):");
+    lblEmail = Rótulo("lblEmail");
+    Image1 = Rótulo("Image1");
     Image1->setPixmap(Figura_Programa(96));
-    cmdSair = new QPushButton("&Sair", this);
-    cmdSair->setObjectName("cmdSair");
+    cmdSair = Botão("cmdSair", "&Sair");
 
     auto* identificação = new QVBoxLayout;
     for (QLabel* l : {Label1, Label2, Label6, lblVersão_ADO, Label3}) identificação->addWidget(l);
@@ -44,26 +38,16 @@ frmSobre::frmSobre(QWidget* pai) : Formulário("frmSobre", pai) {
     topo->addWidget(Image1);
     topo->addSpacing(12);
     topo->addLayout(identificação, 1);
-    auto* botões = new QHBoxLayout;
-    botões->addStretch();
-    botões->addWidget(cmdSair);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(20, 16, 20, 16);
     layout->addLayout(topo);
     layout->addSpacing(10);
     for (QLabel* l : {Label5, lblSite, Label4, lblEmail}) layout->addWidget(l);
     layout->addSpacing(8);
-    layout->addLayout(botões);
+    layout->addLayout(Linha_Botões({cmdSair}));
 
     QObject::connect(cmdSair, &QPushButton::clicked, this, [this] { cmdSair_Click(); });
-    QObject::connect(lblSite, &QLabel::linkActivated, this, [this] {
-        Rotina r(this, "lblSite_Click");
-        Visita_Site_da_Norvane_Informática(this);
-    });
-    QObject::connect(lblEmail, &QLabel::linkActivated, this, [this] {
-        Rotina r(this, "lblEmail_Click");
-        Envia_Email_ao_Ornelio(this);
-    });
+    Liga_Contatos(this, lblSite, lblEmail);
     Form_Load();
 }
 

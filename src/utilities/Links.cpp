@@ -33,3 +33,16 @@ QString Texto_Créditos() {
     return "Desenvolvido por Norvane Informática - 2004-" +
            QString::number(Plataforma_Atual().Agora().date().year());
 }
+
+void Liga_Contatos(QWidget* Janela, QLabel* lblSite, QLabel* lblEmail) {
+    lblSite->setText("<a href=\"#\">" + Endereço_Site + "</a>");
+    lblEmail->setText("<a href=\"#\">" + Endereço_Suporte + "</a>");
+    QObject::connect(lblSite, &QLabel::linkActivated, Janela, [Janela] {
+        Rotina r(Janela, "lblSite_Click");
+        Visita_Site_da_Norvane_Informática(Janela);
+    });
+    QObject::connect(lblEmail, &QLabel::linkActivated, Janela, [Janela] {
+        Rotina r(Janela, "lblEmail_Click");
+        Envia_Email_ao_Ornelio(Janela);
+    });
+}
