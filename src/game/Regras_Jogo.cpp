@@ -337,15 +337,6 @@ QList<Linha_Hall> Classifica_Hall(const QList<Linha_Hall>& linhas) {
     return ordem;
 }
 
-QList<Linha_Hall> Atualiza_Hall(const QList<Linha_Hall>& armazenadas, const Estado_Jogo& jogo,
-                                const QDate& data) {
-    QList<Linha_Hall> linhas = armazenadas;
-    for (int i = 1; i <= Competidores(jogo); ++i) {
-        linhas.append({Texto_Jogador_Hall(data, jogo.Nome_Jogador[i]), jogo.Pontos[i]});
-    }
-    return Classifica_Hall(linhas);
-}
-
 QList<int> Classificação_Jogo(const Estado_Jogo& jogo) {
     const int quantidade = Competidores(jogo);
     std::array<bool, Máximo_Jogadores + 1> já_classificado{};

@@ -219,9 +219,6 @@ struct Linha_Hall {
 QString Texto_Jogador_Hall(const QDate& data, const QString& nome);
 // The rows, given in the order of their writing (or of idxPontuação), best first, at most ten.
 QList<Linha_Hall> Classifica_Hall(const QList<Linha_Hall>& linhas);
-// The end of a game: every competitor of the game joins the stored rows, and the best ten stay.
-QList<Linha_Hall> Atualiza_Hall(const QList<Linha_Hall>& armazenadas, const Estado_Jogo& jogo,
-                                const QDate& data);
 // The game's competitors, best first; of equal points the higher number comes first.
 QList<int> Classificação_Jogo(const Estado_Jogo& jogo);
 

@@ -237,9 +237,10 @@ void frmJogo::Form_Load() {
     }
     Abre_Tabelas();
     const int quantidade = Quantidade_Perguntas();
-    const QString contagem =
-        quantidade == 0 ? QString() : QLocale(QLocale::Portuguese, QLocale::Brazil).toString(quantidade);
-    setWindowTitle("Existem atualmente " + contagem + " perguntas cadastradas...");
+    // An empty bank reads "0", not a gap where the number belongs.
+    setWindowTitle("Existem atualmente " +
+                   QLocale(QLocale::Portuguese, QLocale::Brazil).toString(quantidade) +
+                   " perguntas cadastradas...");
     fraResposta->setEnabled(false);
     fraAjuda->setEnabled(false);
     fraJogadores->setEnabled(false);
@@ -423,13 +424,6 @@ void frmJogo::Fim_Do_Jogo() {
     Tabela_Terciária.Reinicia();
     Abre_Tabela_Terciária("tblPontuação");
     Tabela_Terciária.Set_Index("idxPontuação");
-    QList<Linha_Hall> armazenadas;
-    if (Tabela_Terciária.RecordCount() > 0) {
-        for (Tabela_Terciária.MoveFirst(); !Tabela_Terciária.Eof(); Tabela_Terciária.MoveNext())
-            armazenadas.append({Tabela_Terciária.Fields("Jogador").Value().toString().trimmed(),
-                                Tabela_Terciária.Fields("Pontuação").Value().toDouble()});
-    }
-    const QList<Linha_Hall> ficam = Atualiza_Hall(armazenadas, Jogo, hoje);
 
     // Every competitor of the game is written, each in a transaction of its own.
     const int competidores = std::min(Jogo.Quantidade_Jogadores, Máximo_Jogadores);
@@ -442,27 +436,22 @@ void frmJogo::Fim_Do_Jogo() {
         Finaliza_Transação();
     }
 
-    // Then the rows that did not make the best ten go.
-    QHash<QString, int> a_manter;
-    for (const Linha_Hall& linha : ficam)
-        ++a_manter[linha.Jogador + QChar(0x1f) + QString::number(linha.Pontuação, 'f', 0)];
+    // Then the lowest row of the points index goes, one at a time, until ten remain. Each pass reads
+    // the table again, so rows that another workstation wrote meanwhile take their place by their
+    // points and nothing is decided on texts read before the writes.
     Tabela_Terciária.Reinicia();
     Abre_Tabela_Terciária("tblPontuação");
-    Tabela_Terciária.Set_Index("idxPontuação");
-    if (Tabela_Terciária.RecordCount() > 0) {
-        for (Tabela_Terciária.MoveFirst(); !Tabela_Terciária.Eof(); Tabela_Terciária.MoveNext()) {
-            const QString chave =
-                Tabela_Terciária.Fields("Jogador").Value().toString().trimmed() + QChar(0x1f) +
-                QString::number(Tabela_Terciária.Fields("Pontuação").Value().toDouble(), 'f', 0);
-            if (a_manter.value(chave) > 0) {
-                --a_manter[chave];
-                continue;
-            }
-            Inicia_Transação();
-            Trava(Tabela_Terciária, Conexão_Terciária, true);
-            Grava(Tabela_Terciária, true);
-            Finaliza_Transação();
-        }
+    const int excedentes = Tabela_Terciária.RecordCount() - Linhas_Hall;
+    for (int vez = 0; vez < excedentes; ++vez) {
+        Tabela_Terciária.Reinicia();
+        Abre_Tabela_Terciária("tblPontuação");
+        Tabela_Terciária.Set_Index("idxPontuação");
+        if (Tabela_Terciária.RecordCount() == 0) break;
+        Tabela_Terciária.MoveFirst();
+        Inicia_Transação();
+        Trava(Tabela_Terciária, Conexão_Terciária, true);
+        Grava(Tabela_Terciária, true);
+        Finaliza_Transação();
     }
 
     if (Ao_Terminar) Ao_Terminar();
@@ -479,6 +468,7 @@ void frmJogo::Encerra_Tela() {
     lblPontuação_1->clear();
     lblPontuação_2->clear();
     lblPontuação_3->clear();
+    Comentário("", "", "", "");
 }
 
 // ---------------------------------------------------------------------------------------------------

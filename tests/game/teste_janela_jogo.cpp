@@ -1,6 +1,7 @@
 // The game windows driven offscreen with the scripted platform, on a real database.
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -83,7 +84,7 @@ TEST_F(Janela_Jogo_Teste, AnEmptyBankShowsMessage102AndLeavesOnlyTheExitButton) 
     EXPECT_FALSE(janela.fraResposta->isEnabled());
     EXPECT_FALSE(janela.fraAjuda->isEnabled());
     EXPECT_TRUE(janela.cmdSair->isEnabled());
-    EXPECT_EQ(janela.windowTitle(), "Existem atualmente  perguntas cadastradas...");
+    EXPECT_EQ(janela.windowTitle(), "Existem atualmente 0 perguntas cadastradas...");
 }
 
 TEST_F(Janela_Jogo_Teste, TheStartingWindowChoosesTheKindOfQuestions) {
@@ -220,13 +221,15 @@ TEST_F(Janela_Jogo_Teste, TwoCompetitorsPlayUntilBothDropOutAndGoToTheHallOfFame
     EXPECT_FALSE(janela.fraJogadores->isEnabled());
     EXPECT_EQ(janela.Jogo.Pontos[1], 10);
     EXPECT_EQ(janela.Jogo.Pontos[2], 10);
+    // The remark of the last answer goes with the hall.
+    for (QLabel* l : janela.lblResposta_Usuário) EXPECT_EQ(l->text(), "");
 
     // Every turn left a row in the history, dated today, and no question came twice.
     EXPECT_EQ(Linhas("Select * From tblPergunta_Já_Mostrada Order By Data_Jogo"), turnos);
     QSet<int> códigos;
     for (Tabela_Quaternária.MoveFirst(); !Tabela_Quaternária.Eof(); Tabela_Quaternária.MoveNext()) {
         códigos.insert(Tabela_Quaternária.Fields("Código_Pergunta").Value().toInt());
-        EXPECT_EQ(Tabela_Quaternária.Fields("Data_Jogo").Value().toDateTime().date(), QDate(2026, 11, 23));
+        EXPECT_EQ(Tabela_Quaternária.Fields("Data_Jogo").Value().toDateTime().date(), QDate(2019, 3, 14));
     }
     EXPECT_EQ(códigos.size(), turnos);
 
@@ -238,7 +241,7 @@ TEST_F(Janela_Jogo_Teste, TwoCompetitorsPlayUntilBothDropOutAndGoToTheHallOfFame
         EXPECT_EQ(Tabela_Quaternária.Fields("Pontuação").Value().toDouble(), 10);
     }
     jogadores.sort();
-    EXPECT_EQ(jogadores, QStringList({"23/11/2026 Ana maria", "23/11/2026 Bruno"}));
+    EXPECT_EQ(jogadores, QStringList({"14/03/2019 Ana maria", "14/03/2019 Bruno"}));
     Tabela_Quaternária.Reinicia();
 }
 
@@ -267,8 +270,67 @@ TEST_F(Janela_Jogo_Teste, TheHallOfFameKeepsTheBestTen) {
     QStringList jogadores;
     for (Tabela_Quaternária.MoveFirst(); !Tabela_Quaternária.Eof(); Tabela_Quaternária.MoveNext())
         jogadores << Tabela_Quaternária.Fields("Jogador").Value().toString().trimmed();
-    EXPECT_TRUE(jogadores.contains("23/11/2026 Carla"));
+    EXPECT_TRUE(jogadores.contains("14/03/2019 Carla"));
     EXPECT_FALSE(jogadores.contains("01/01/2025 Antigo 1"));  // 5 points: the lowest goes
     EXPECT_TRUE(jogadores.contains("01/01/2025 Antigo 2"));   // 10 points, ties with Carla and stays
     Tabela_Quaternária.Reinicia();
+}
+
+// The cut keeps scores whatever the names: a trailing blank, an empty name of a surplus competitor.
+TEST_F(Janela_Jogo_Teste, TheCutToTenDeletesTheLowestScoresOnly) {
+    Cadastra_Perguntas(5);
+    Tabela_Terciária.Reinicia();
+    Abre_Tabela_Terciária("tblPontuação");
+    for (int i = 1; i <= 10; ++i) {
+        Tabela_Terciária.AddNew();
+        Tabela_Terciária.Fields("Jogador").Set_Value(QString("01/01/2018 Antigo %1").arg(i));
+        Tabela_Terciária.Fields("Pontuação").Set_Value(i * 10.0);  // 10 to 100
+        Tabela_Terciária.Update();
+    }
+    Tabela_Terciária.Reinicia();
+
+    frmJogo janela;
+    janela.Jogo.Quantidade_Jogadores = 3;
+    janela.Jogo.Nome_Jogador = {"", "Ana ", "", "Bia", "", ""};
+    janela.Jogo.Pontos = {0, 1000, 900, 5, 0, 0};
+    janela.Jogo.Ativo = {false, false, false, false, false, false};
+    janela.Próximo_Competidor();  // nobody left on: the game ends
+
+    ASSERT_EQ(Linhas("Select * From tblPontuação"), 10);
+    QList<double> pontos;
+    for (Tabela_Quaternária.MoveFirst(); !Tabela_Quaternária.Eof(); Tabela_Quaternária.MoveNext())
+        pontos << Tabela_Quaternária.Fields("Pontuação").Value().toDouble();
+    std::sort(pontos.begin(), pontos.end());
+    EXPECT_EQ(pontos, (QList<double>{30, 40, 50, 60, 70, 80, 90, 100, 900, 1000}));
+    Tabela_Quaternária.Reinicia();
+}
+
+// Enter walks the controls: it neither spends a focused help nor answers with a focused answer.
+TEST_F(Janela_Jogo_Teste, EnterOnAHelpOrAnAnswerMovesOnAndChangesNothing) {
+    Cadastra_Perguntas(5);
+    frmJogo janela;
+    janela.show();
+    QApplication::setActiveWindow(&janela);
+    Informa_Nomes(janela, {"ana"});
+    ASSERT_TRUE(janela.fraResposta->isEnabled());
+    const Estado_Jogo antes = janela.Jogo;
+
+    janela.chkAjuda[0]->setFocus();
+    QTest::keyClick(janela.chkAjuda[0], Qt::Key_Return);
+    EXPECT_FALSE(janela.chkAjuda[0]->isChecked());
+    EXPECT_TRUE(janela.Jogo.Ajuda_Disponível[1][0]);
+    EXPECT_NE(QApplication::focusWidget(), janela.chkAjuda[0]);
+
+    const int k = Certa(janela);
+    janela.optResposta[k]->setFocus();
+    QTest::keyClick(janela.optResposta[k], Qt::Key_Enter);
+    EXPECT_FALSE(janela.optResposta[k]->isChecked());
+    EXPECT_EQ(janela.Jogo.Pontos[1], antes.Pontos[1]);
+    EXPECT_EQ(janela.Jogo.Pergunta_Atual.Código_Pergunta, antes.Pergunta_Atual.Código_Pergunta);
+    EXPECT_NE(QApplication::focusWidget(), janela.optResposta[k]);
+
+    // A command button still takes Enter as a click.
+    janela.cmdSair->setFocus();
+    QTest::keyClick(janela.cmdSair, Qt::Key_Return);
+    EXPECT_FALSE(janela.isVisible());
 }

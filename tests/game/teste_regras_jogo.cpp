@@ -32,7 +32,7 @@ Registro_Pergunta Pergunta(int código, const QString& tipo = "G") {
     return {código, tipo, "Pergunta?", "Certa", "Errada 1", "Errada 2", "Errada 3"};
 }
 
-const QDate Hoje(2026, 11, 23);
+const QDate Hoje(2019, 3, 14);
 
 class Jogo_Teste : public ::testing::Test {
   protected:
@@ -222,19 +222,19 @@ TEST(Embaralha_Teste, EachAnswerGoesToAFreePlaceDrawnAgainWhenTaken) {
 }
 
 TEST(Hall_Teste, TheBestTenStayTheLaterOfEqualScoresHigherAndTheGameRanksTheHigherNumberFirst) {
-    QList<Linha_Hall> armazenadas;
-    for (int i = 1; i <= 9; ++i) armazenadas.append({QString("Antigo %1").arg(i), i * 100.0});
-    Estado_Jogo jogo;
-    jogo.Quantidade_Jogadores = 3;
-    jogo.Nome_Jogador = {"", "Ana", QString(45, 'b'), "Caio"};
-    jogo.Pontos = {0, 5000000000.0, 200, 300};
-    const QList<Linha_Hall> hall = Atualiza_Hall(armazenadas, jogo, Hoje);
+    QList<Linha_Hall> linhas;
+    for (int i = 1; i <= 9; ++i) linhas.append({QString("Antigo %1").arg(i), i * 100.0});
+    linhas.append({Texto_Jogador_Hall(Hoje, "Ana"), 5000000000.0});
+    linhas.append({Texto_Jogador_Hall(Hoje, QString(45, 'b')), 200});
+    linhas.append({Texto_Jogador_Hall(Hoje, "Caio"), 300});
+    const QList<Linha_Hall> hall = Classifica_Hall(linhas);
     ASSERT_EQ(hall.size(), Linhas_Hall);
-    EXPECT_EQ(hall[0].Jogador, "23/11/2026 Ana");
+    EXPECT_EQ(hall[0].Jogador, "14/03/2019 Ana");
     EXPECT_EQ(hall[0].Pontuação, 5000000000.0);
-    EXPECT_EQ(hall[7].Jogador, "23/11/2026 Caio");                 // 300, written after "Antigo 3"
-    EXPECT_EQ(hall[9].Jogador, "23/11/2026 " + QString(39, 'b'));  // of the two 200s the older went
+    EXPECT_EQ(hall[7].Jogador, "14/03/2019 Caio");                 // 300, written after "Antigo 3"
+    EXPECT_EQ(hall[9].Jogador, "14/03/2019 " + QString(39, 'b'));  // of the two 200s the older went
 
+    Estado_Jogo jogo;
     jogo.Quantidade_Jogadores = 4;
     jogo.Pontos = {0, 30, 0, 30, 0};
     EXPECT_EQ(Classificação_Jogo(jogo), (QList<int>{3, 1, 4, 2}));
