@@ -19,6 +19,7 @@
 #include "forms/Controles.h"
 #include "platform/Plataforma.h"
 #include "store/Funções_Banco.h"
+#include "store/Tradutor_SQL.h"
 
 namespace {
 enum Classe { Numérica, Texto, Data, Booleana, Outra };
@@ -336,9 +337,10 @@ void frmLocaliza_Informação::Form_Load() {
     Campo_Mostrado_1 = Nome_do_Item(Item(cboCampo_a_Ser_Mostrado));
     Campo_Mostrado_2 = Nome_do_Item(Item(cboCampo_a_Ser_Mostrado_2));
 
-    // Rows prepared by Encontrou_Informação.
+    // Rows prepared by Encontrou_Informação, only while it shows the dialog as its list: a later
+    // search from a register must not find the rows of an earlier look-up.
     Linhas_Localizadas = 0;
-    for (int i = 0; i < 15; ++i) {
+    for (int i = 0; i < 15 && Em_Lista_Encontrou; ++i) {
         if (Lista_Código[i] == 0) continue;
         ++Linhas_Localizadas;
         flxLocaliza->Set_TextMatrix(Linhas_Localizadas, 0, Lista_Texto[i]);
@@ -464,10 +466,11 @@ void frmLocaliza_Informação::cmdOk_Click() {
         default:
             Conteúdo = txtConteúdo->text();
             if (O == "Like")
-                Comando_SQL = "Select * From " + S + " Where " + F + " Like '%" + Conteúdo.toString() + "%'";
-            else
                 Comando_SQL =
-                    "Select * From " + S + " Where " + F + " " + O + " '" + Conteúdo.toString() + "'";
+                    "Select * From " + S + " Where " + F + " Like " + Valor_Like_SQL(Conteúdo.toString());
+            else
+                Comando_SQL = "Select * From " + S + " Where " + F + " " + O + " " +
+                              Valor_Texto_SQL(Conteúdo.toString());
             break;
     }
     // The label shows a date as the user typed it.
@@ -501,9 +504,9 @@ void frmLocaliza_Informação::cmdOk_Click() {
     if (Linhas_Localizadas == 1) {
         // A single hit is taken at once, as a filter on its code.
         const QString raiz = S.mid(3);
-        Abre_Tabela_Dynaset(
-            "Select * From tbl" + raiz + " Where Código_" + raiz + " = " + flxLocaliza->TextMatrix(1, 3),
-            Conexão.ConnectionString);
+        Abre_Tabela_Dynaset("Select * From tbl" + raiz + " Where Código_" + raiz + " = " +
+                                QString::number(flxLocaliza->TextMatrix(1, 3).toLongLong()),
+                            Conexão.ConnectionString);
         flxLocaliza->Set_Row(1);
         flxLocaliza->Set_RowSel(1);
         flxLocaliza_Click();
@@ -639,16 +642,19 @@ bool Encontrou_Informação(QString& Informação, QLineEdit* Caixa, const QStri
     };
     bool é_número = false;
     const int número = Informação.toInt(&é_número);
+    int tomadas = 0;
+    // Step 6 runs after a number that was not found as well as after a search by name.
+    bool escolhe = true;
     if (Informação == "0") {
-        achou = false;
+        escolhe = false;
     } else if (é_número && número != 0) {
         Caixa->setText(QString::number(número));
         achou = busca_código(número);
+        escolhe = !achou;
     } else {
         if (Informação.startsWith("!?!?")) Informação = Informação.mid(4);
         Rótulo->setText("Iniciando pesquisa no banco de dados...");
         Plataforma_Atual().Processa_Eventos();
-        int tomadas = 0;
         auto toma = [&](const QString& comando, bool só_início) {
             Tabela_Pesquisa.Reinicia();
             Tabela_Pesquisa.Open(comando, Conexão, Opção_Abertura::Texto);
@@ -666,33 +672,35 @@ bool Encontrou_Informação(QString& Informação, QLineEdit* Caixa, const QStri
             Tabela_Pesquisa.Set_Index(Índice);
         };
         // The walk stops at the first name that does not begin so: the names must come in order.
-        QString valor = Informação;
-        valor.replace('\'', "''");
-        Comando_SQL = "Select * From " + Nome_Tabela + " Where " + Nome_Campo + " >= '" + valor +
-                      "' Order By " + Nome_Campo;
+        Comando_SQL = "Select * From " + Nome_Tabela + " Where " + Nome_Campo +
+                      " >= " + Valor_Texto_SQL(Informação) + " Order By " + Nome_Campo;
         toma(Comando_SQL, true);
         if (tomadas == 0) {
-            Comando_SQL = "Select * From " + Nome_Tabela + " Where " + Nome_Campo + " Like '%" + valor + "%'";
+            Comando_SQL = "Select * From " + Nome_Tabela + " Where " + Nome_Campo + " Like " +
+                          Valor_Like_SQL(Informação);
             toma(Comando_SQL, false);
         }
         if (tomadas == 1) {
             Informação = QString::number(Lista_Código[0]);
             achou = busca_código(Lista_Código[0]);
-        } else if (Informação.isEmpty() || Operação != "Consulta") {
-            Em_Lista_Encontrou = true;
-            {
-                frmLocaliza_Informação lista(Caixa->window());
-                Plataforma_Atual().Mostra_Modal(&lista);
-            }
-            Em_Lista_Encontrou = false;
-            if (Código_Escolhido != 0) {
-                Informação = QString::number(Código_Escolhido);
-                Abre_Tabela_Pesquisa(Nome_Tabela);
-                achou = busca_código(Código_Escolhido);
-            }
+            escolhe = false;
         }
-        if (achou) Caixa->setText(Tabela_Pesquisa.Fields(Nome_Campo).Value().toString().trimmed());
     }
+    if (escolhe && (Informação.isEmpty() || Operação != "Consulta")) {
+        Em_Lista_Encontrou = true;
+        {
+            frmLocaliza_Informação lista(Caixa->window());
+            Plataforma_Atual().Mostra_Modal(&lista);
+        }
+        Em_Lista_Encontrou = false;
+        if (Código_Escolhido != 0) {
+            Informação = QString::number(Código_Escolhido);
+            Abre_Tabela_Pesquisa(Nome_Tabela);
+            achou = busca_código(Código_Escolhido);
+        }
+    }
+    if (achou && !(é_número && número != 0 && Código_Escolhido == 0))
+        Caixa->setText(Tabela_Pesquisa.Fields(Nome_Campo).Value().toString().trimmed());
 
     if (achou) {
         const QString nome = Tabela_Pesquisa.Fields(Nome_Campo).Value().toString().trimmed();

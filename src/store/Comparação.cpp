@@ -65,28 +65,90 @@ int Compara_Textos(const char* a, std::size_t tamanho_a, const char* b, std::siz
     return desempate;
 }
 
+namespace {
+// One place of a Like pattern: a letter, _ (any one), % (any run) or a bracket [...] of letters.
+struct Símbolo_Like {
+    enum Tipo : unsigned char { Letra, Qualquer_Um, Qualquer_Sequência, Conjunto } Tipo;
+    char32_t Letra_ = 0;
+    bool Negado = false;
+    std::vector<std::pair<char32_t, char32_t>> Faixas;  // of a bracket: single letters are a-a
+
+    bool Aceita(char32_t c) const {
+        if (Tipo == Letra) return c == Letra_;
+        if (Tipo == Qualquer_Um) return true;
+        bool dentro = false;
+        for (const auto& [de, até] : Faixas) dentro = dentro || (c >= de && c <= até);
+        return dentro != Negado;
+    }
+};
+
+// [abc], [a-z] and [!a-z], as Jet reads them; a bracket that never closes is a letter.
+std::vector<Símbolo_Like> Decodifica_Padrão(const std::vector<char32_t>& p) {
+    std::vector<Símbolo_Like> símbolos;
+    for (std::size_t i = 0; i < p.size(); ++i) {
+        Símbolo_Like s{Símbolo_Like::Letra};
+        if (p[i] == U'_') {
+            s.Tipo = Símbolo_Like::Qualquer_Um;
+        } else if (p[i] == U'%') {
+            s.Tipo = Símbolo_Like::Qualquer_Sequência;
+        } else if (p[i] == U'[') {
+            std::size_t fim = i + 1;
+            if (fim < p.size() && p[fim] == U'!') ++fim;
+            if (fim < p.size()) ++fim;  // a ] right after the opening is a letter of the set
+            while (fim < p.size() && p[fim] != U']') ++fim;
+            if (fim >= p.size()) {
+                s.Letra_ = p[i];
+            } else {
+                s.Tipo = Símbolo_Like::Conjunto;
+                std::size_t k = i + 1;
+                if (p[k] == U'!') {
+                    s.Negado = true;
+                    ++k;
+                }
+                for (; k < fim; ++k) {
+                    if (k + 2 < fim && p[k + 1] == U'-') {
+                        s.Faixas.push_back({p[k], p[k + 2]});
+                        k += 2;
+                    } else {
+                        s.Faixas.push_back({p[k], p[k]});
+                    }
+                }
+                i = fim;
+            }
+        } else {
+            s.Letra_ = p[i];
+        }
+        símbolos.push_back(std::move(s));
+    }
+    return símbolos;
+}
+}  // namespace
+
 bool Combina_Like(const char* padrão, std::size_t tamanho_padrão, const char* texto,
                   std::size_t tamanho_texto) {
     // A search runs the same pattern over every row: it is decoded once, and the buffers are kept.
     thread_local std::string último_padrão;
-    thread_local std::vector<char32_t> p, t;
+    thread_local std::vector<Símbolo_Like> p;
+    thread_local std::vector<char32_t> t;
     if (último_padrão.size() != tamanho_padrão ||
-        último_padrão.compare(0, tamanho_padrão, padrão, tamanho_padrão)) {
+        último_padrão.compare(0, tamanho_padrão, padrão, tamanho_padrão) || p.empty()) {
         último_padrão.assign(padrão, tamanho_padrão);
-        p.clear();
+        t.clear();
         for (auto c = reinterpret_cast<const unsigned char*>(padrão), f = c + tamanho_padrão; c < f;)
-            p.push_back(Minúscula(Lê_Caractere(c, f)));
+            t.push_back(Minúscula(Lê_Caractere(c, f)));
+        p = Decodifica_Padrão(t);
     }
     t.clear();
     for (auto c = reinterpret_cast<const unsigned char*>(texto), f = c + tamanho_texto; c < f;)
         t.push_back(Minúscula(Lê_Caractere(c, f)));
     // Greedy match with one back-tracking point for the last %.
+    constexpr auto Sequência = Símbolo_Like::Qualquer_Sequência;
     std::size_t i = 0, j = 0, estrela = SIZE_MAX, marca = 0;
     while (j < t.size()) {
-        if (i < p.size() && (p[i] == U'_' || p[i] == t[j])) {
+        if (i < p.size() && p[i].Tipo != Sequência && p[i].Aceita(t[j])) {
             ++i;
             ++j;
-        } else if (i < p.size() && p[i] == U'%') {
+        } else if (i < p.size() && p[i].Tipo == Sequência) {
             estrela = i++;
             marca = j;
         } else if (estrela != SIZE_MAX) {
@@ -96,7 +158,7 @@ bool Combina_Like(const char* padrão, std::size_t tamanho_padrão, const char* 
             return false;
         }
     }
-    while (i < p.size() && p[i] == U'%') ++i;
+    while (i < p.size() && p[i].Tipo == Sequência) ++i;
     return i == p.size();
 }
 

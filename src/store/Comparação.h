@@ -6,7 +6,7 @@
 struct sqlite3;
 
 int Compara_Textos(const char* a, std::size_t tamanho_a, const char* b, std::size_t tamanho_b);
-// Like with % and _, ignoring case.
+// Like with %, _ and brackets ([abc], [a-z], [!a]), ignoring case.
 bool Combina_Like(const char* padrão, std::size_t tamanho_padrão, const char* texto,
                   std::size_t tamanho_texto);
 // Registers the collation JET and the like function on a connection.

@@ -9,6 +9,21 @@ QString Valor_Texto_SQL(const QString& texto) {
     return '\'' + s + '\'';
 }
 
+QString Valor_Like_SQL(const QString& texto) {
+    // The pattern's own signs, typed by the user, stand for themselves: each goes in a bracket.
+    QString s;
+    s.reserve(texto.size() + 8);
+    for (const QChar c : texto) {
+        if (c == '[' || c == '%' || c == '_')
+            s += QString('[') + c + ']';
+        else if (c == '\'')
+            s += "''";
+        else
+            s += c;
+    }
+    return "'%" + s + "%'";
+}
+
 QString Data_Para_Banco(const QDateTime& data) {
     return data.toString("yyyy-MM-dd HH:mm:ss");
 }
@@ -33,55 +48,10 @@ QString Data_Literal(int ano, int mês, int dia) {
     return '\'' + Data_Para_Banco(QDateTime(data, QTime(0, 0))) + '\'';
 }
 
-// True when every quoted value closes before a blank, a comma, a parenthesis or the end: the statement's
-// quotes already pair up, as in "Where Rotina = 'a' And Usuário = 'b'".
-bool Aspas_Pareadas(const QString& sql) {
-    for (int i = 0; i < sql.size(); ++i) {
-        if (sql[i] != '\'') continue;
-        int fim = i + 1;
-        for (;; ++fim) {
-            if (fim >= sql.size()) return false;
-            if (sql[fim] != '\'') continue;
-            if (fim + 1 < sql.size() && sql[fim + 1] == '\'') {
-                ++fim;
-                continue;
-            }
-            break;
-        }
-        if (fim + 1 < sql.size() && !QString(" ),;").contains(sql[fim + 1])) return false;
-        i = fim;
-    }
-    return true;
-}
-
-// A criterion on one field carries one typed value between its first and last quote. Quotes inside it
-// that are not already doubled are doubled.
-QString Conserta_Aspas(const QString& sql) {
-    if (!sql.contains('\'') || Aspas_Pareadas(sql)) return sql;
-    static const QRegularExpression where("\\bwhere\\b", QRegularExpression::CaseInsensitiveOption);
-    const int onde = sql.indexOf(where);
-    if (onde < 0 || sql.contains("CDate(", Qt::CaseInsensitive)) return sql;
-    const int primeira = sql.indexOf('\'', onde);
-    const int última = sql.lastIndexOf('\'');
-    if (primeira < 0 || última <= primeira) return sql;
-    const QString dentro = sql.mid(primeira + 1, última - primeira - 1);
-    bool só_pares = true;
-    for (int i = 0; i < dentro.size(); ++i) {
-        if (dentro[i] != '\'') continue;
-        if (i + 1 < dentro.size() && dentro[i + 1] == '\'')
-            ++i;
-        else
-            só_pares = false;
-    }
-    if (só_pares) return sql;
-    QString consertado = dentro;
-    consertado.replace('\'', "''");
-    return sql.left(primeira + 1) + consertado + sql.mid(última);
-}
 }  // namespace
 
 QString Traduz_SQL(const QString& jet) {
-    QString sql = Conserta_Aspas(jet);
+    QString sql = jet;
     if (!sql.contains('#') && !sql.contains("CDate", Qt::CaseInsensitive)) return sql;
     static const QRegularExpression data_jet("#(\\d{1,2})/(\\d{1,2})/(\\d{4})#");
     static const QRegularExpression cdate("CDate\\s*\\(\\s*'(\\d{1,2})/(\\d{1,2})/(\\d{4})'\\s*\\)",

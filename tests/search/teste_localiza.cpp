@@ -8,6 +8,9 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QMap>
+#include <QRegularExpression>
+#include <QTest>
 #include <QTimer>
 
 #include "common/Globais.h"
@@ -187,7 +190,7 @@ TEST_F(Localiza_Teste, ASingleHitIsTakenAtOnceAsAFilterOnItsCodeEvenWithAQuoteIn
     janela.optOpção_Click(6);
     janela.txtConteúdo->setText("rio d'Oeste");
     janela.cmdOk_Click();
-    EXPECT_EQ(Comando_SQL, "Select * From tblPergunta Where Pergunta Like '%rio d'Oeste%'");
+    EXPECT_EQ(Comando_SQL, "Select * From tblPergunta Where Pergunta Like '%rio d''Oeste%'");
     EXPECT_TRUE(Plataforma.Textos_Caixas().isEmpty());
     EXPECT_EQ(Linhas_Localizadas, 1);
     EXPECT_EQ(Tabela_Dynaset.Source,
@@ -340,4 +343,90 @@ TEST_F(Localiza_Teste, ATypedCodeOrNameFindsItsRecordAndSeveralNamesAreOfferedIn
     EXPECT_EQ(caixa.text(), listados.value(1));
     EXPECT_FALSE(Em_Encontrou);
     EXPECT_FALSE(Em_Lista_Encontrou);
+}
+
+// What a user types is a value, never part of the statement: quotes, %, _, [, * and -- in every field class.
+TEST_F(Localiza_Teste, TypedSignsFindOnlyThemselvesInEveryFieldClass) {
+    const QStringList sinais = {"d'Oeste", "100%", "a_b", "[x]", "5*3", "--fim"};
+    QMap<QString, int> códigos;
+    for (const QString& s : sinais) códigos[s] = Inclui_Pergunta("Texto " + s + " aqui");
+    // Rows that a sign read as a pattern would find too.
+    for (const char* isca : {"Texto 1000 aqui", "Texto axb aqui", "Texto x aqui", "Texto 5 vezes 3 aqui"})
+        Inclui_Pergunta(isca);
+
+    for (const QString& s : sinais) {
+        SCOPED_TRACE(s.toStdString());
+        for (int operador : {6, 0}) {  // "Em qualquer posição..." and "="
+            Abre_Para_Localizar("tblPergunta");
+            frmLocaliza_Informação janela;
+            janela.optOpção_Click(operador);
+            janela.txtConteúdo->setText(operador == 6 ? s : "Texto " + s + " aqui");
+            janela.cmdOk_Click();
+            EXPECT_EQ(Linhas_Localizadas, 1);
+            EXPECT_EQ(Código_Localizado, códigos[s]);
+        }
+    }
+
+    // Text that would close the quote and widen the search finds nothing.
+    for (int operador : {6, 0, 3}) {
+        Abre_Para_Localizar("tblPergunta");
+        frmLocaliza_Informação janela;
+        janela.optOpção_Click(operador);
+        janela.txtConteúdo->setText("zzz' Or Pergunta Like '");
+        janela.cmdOk_Click();
+        EXPECT_EQ(Linhas_Localizadas, 0) << operador;
+        EXPECT_TRUE(Plataforma.Caixas.isEmpty());
+    }
+
+    // The number and date boxes take none of these signs; the Boolean field has no text at all.
+    Abre_Para_Localizar("tblPergunta");
+    frmLocaliza_Informação janela;
+    janela.show();
+    Escolhe_Campo(janela, "Código_Pergunta");
+    janela.optOpção_Click(0);
+    QTest::keyClicks(janela.nbConteúdo, "2' Or 1=1 --%_[*");
+    janela.cmdOk_Click();
+    EXPECT_TRUE(QRegularExpression("^Select \\* From tblPergunta Where Código_Pergunta = -?[0-9.]+$")
+                    .match(Comando_SQL)
+                    .hasMatch())
+        << Comando_SQL.toStdString();
+    Tabela_Quaternária.Reinicia();
+    Abre_Tabela_Quaternária("tblAdaptação");
+    Abre_Para_Localizar("tblAdaptação");
+    frmLocaliza_Informação datas;
+    datas.show();
+    Escolhe_Campo(datas, "Data_Solicitação");
+    QTest::keyClicks(datas.dbConteúdo, "'%_[*--");
+    datas.cmdOk_Click();
+    EXPECT_FALSE(Comando_SQL.contains('\''));
+    EXPECT_FALSE(Comando_SQL.contains("--"));
+}
+
+// A typed code that is not found, during an inclusion, opens the dialog as a list to choose from.
+TEST_F(Localiza_Teste, ACodeNotFoundDuringAnInclusionOpensTheList) {
+    Tabela.Reinicia();
+    Abre_Tabela("tblEstado");
+    QLineEdit caixa;
+    QLabel rótulo;
+    Operação = "Inclusão";
+    bool abriu = false;
+    QTimer::singleShot(0, [&abriu] {
+        auto* lista = dynamic_cast<frmLocaliza_Informação*>(QApplication::activeModalWidget());
+        ASSERT_NE(lista, nullptr);
+        abriu = Em_Lista_Encontrou;
+        lista->cmdSair_Click();
+    });
+    QString informação = "9999";
+    EXPECT_FALSE(
+        Encontrou_Informação(informação, &caixa, "tblEstado", "idxCódigo_Estado", "Estado", &rótulo, false));
+    EXPECT_TRUE(abriu);
+    EXPECT_EQ(rótulo.text(), "Código não encontrado no sistema! Tente novamente");
+
+    // In "Consulta" the same code just says it was not found.
+    Operação = "Consulta";
+    informação = "9999";
+    EXPECT_FALSE(
+        Encontrou_Informação(informação, &caixa, "tblEstado", "idxCódigo_Estado", "Estado", &rótulo, false));
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    Operação.clear();
 }

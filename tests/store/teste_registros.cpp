@@ -232,17 +232,16 @@ TEST_F(Registros_Teste, StatementSubsetRunsWithDatesBooleansAndQuotes) {
     Tabela.Update();
     Abre_Tabela("Select * From tblPergunta Where Já_Comparada = true");
     EXPECT_EQ(Tabela.RecordCount(), 1);
-    // A typed value with a quote finds its row, written raw or doubled.
-    Abre_Tabela("Select * From tblPergunta Where Pergunta Like '%d'água%'");
+    // A typed value enters the statement only through the quoting helpers; the store runs it as written.
+    Abre_Tabela("Select * From tblPergunta Where Pergunta Like " + Valor_Like_SQL("d'água"));
     EXPECT_EQ(Tabela.RecordCount(), 1);
-    Abre_Tabela("Select * From tblPergunta Where Pergunta Like " + Valor_Texto_SQL("%d'água%"));
+    Abre_Tabela("Select * From tblPergunta Where Pergunta = " +
+                Valor_Texto_SQL("Qual é a cor do pingo d'água?"));
     EXPECT_EQ(Tabela.RecordCount(), 1);
-    EXPECT_EQ(Lastrec("Select * From tblPergunta Where Pergunta Like '%d'água%'", Conexão), 1);
-    // Two quoted values that already pair up are left alone, and so is a value that closes on a blank.
+    EXPECT_EQ(Lastrec("Select * From tblPergunta Where Pergunta Like " + Valor_Like_SQL("d'água"), Conexão),
+              1);
     Abre_Tabela(
         "Select * From tblPergunta Where Resposta_Correta = 'Transparente' And Pergunta Like '%d''água%'");
-    EXPECT_EQ(Tabela.RecordCount(), 1);
-    Abre_Tabela("Select * From tblPergunta Where Pergunta Like '%pingo d'água?'");
     EXPECT_EQ(Tabela.RecordCount(), 1);
     Abre_Tabela("Select * From tblPergunta Where Pergunta is null");
     EXPECT_EQ(Tabela.RecordCount(), 0);
@@ -336,4 +335,30 @@ TEST_F(Registros_Teste, OpeningWhatIsNotThereFailsAndLeavesTheSlotClosed) {
     ASSERT_EQ(captura.Falhas.size(), 1);
     EXPECT_EQ(captura.Falhas[0].first, -2147467259);
     EXPECT_FALSE(Conexão_Temporária.Aberta());
+}
+
+// Jet's brackets in a Like: a set of letters, a range, a negation; a typed %, _ or [ finds itself.
+TEST(Like_Teste, BracketsMatchOneLetterOfTheirSetAndTypedSignsFindThemselves) {
+    auto like = [](const QString& padrão, const QString& texto) {
+        const QByteArray p = padrão.toUtf8(), t = texto.toUtf8();
+        return Combina_Like(p.constData(), p.size(), t.constData(), t.size());
+    };
+    EXPECT_TRUE(like("[abc]x", "Bx"));
+    EXPECT_FALSE(like("[abc]x", "dx"));
+    EXPECT_TRUE(like("[a-f]9", "e9"));
+    EXPECT_FALSE(like("[!a-f]9", "e9"));
+    EXPECT_TRUE(like("[!a-f]9", "z9"));
+    EXPECT_TRUE(like("a[[]b", "a[b"));
+    EXPECT_TRUE(like("ab[", "ab["));  // a bracket that never closes is a letter
+    const auto literal = [](const QString& texto) {
+        QString l = Valor_Like_SQL(texto);
+        return l.mid(1, l.size() - 2).replace("''", "'");  // the pattern as the store receives it
+    };
+    EXPECT_TRUE(like(literal("100%"), "Rende 100% ao ano"));
+    EXPECT_FALSE(like(literal("100%"), "Rende 1000 ao ano"));
+    EXPECT_TRUE(like(literal("a_b"), "x a_b y"));
+    EXPECT_FALSE(like(literal("a_b"), "x axb y"));
+    EXPECT_TRUE(like(literal("[x]"), "o [x] marca"));
+    EXPECT_FALSE(like(literal("[x]"), "o x marca"));
+    EXPECT_TRUE(like(literal("d'Oeste"), "rio d'Oeste"));
 }
