@@ -119,7 +119,15 @@ void Movimenta_Registro(Registros& Tabela_Movimentar, int Índice) {
     }
     Navegando = true;
     Registros& alvo = filtro ? Tabela_Dynaset : Tabela;
-    if (Índice == 1) {
+    // A deletion can leave the slot past its end (a located row gone, a blank window): the walk then
+    // starts again from the row at that end instead of moving off it.
+    if (Índice == 1 && alvo.Bof()) {
+        alvo.MoveFirst();
+        Exibe_Mensagem(11);
+    } else if (Índice != 1 && alvo.Eof()) {
+        alvo.MoveLast();
+        Exibe_Mensagem(12);
+    } else if (Índice == 1) {
         alvo.MovePrevious();
         if (alvo.Bof()) {
             alvo.MoveFirst();
@@ -240,6 +248,7 @@ void Formulário_Cadastro::Exibir_Campos() {
         return;
     }
     Mostra_Registro();
+    Linha_Mostrada = Linha_Atual();
     QString legenda = Legenda_Registro();
     if (!Tabela_Dynaset.Source.isEmpty()) {
         const int onde = Tabela_Dynaset.Source.indexOf("Where");
@@ -247,6 +256,12 @@ void Formulário_Cadastro::Exibir_Campos() {
     }
     setWindowTitle(legenda);
     update();
+}
+
+QVariantList Formulário_Cadastro::Linha_Atual() {
+    QVariantList linha;
+    for (int i = 0; i < Tabela.Fields_Count(); ++i) linha << Tabela.Fields(i).Value();
+    return linha;
 }
 
 bool Formulário_Cadastro::Recusa_Sem_Direito(bool pode) {
@@ -282,6 +297,14 @@ void Formulário_Cadastro::cmdAlteração_Click() {
     Rotina r(this, "cmdAlteração_Click");
     if (Recusa_Sem_Direito(Pode_Alterar)) return;
     if (!Guarda_Alteração() || !Trava_Registro_Mostrado(22)) return;
+    // The lock reads the row again: if another workstation saved it since it was shown, the user edits
+    // what is stored now, not the old text.
+    if (const QVariantList agora = Linha_Atual(); agora != Linha_Mostrada) {
+        Mostra_Registro();
+        Linha_Mostrada = agora;
+        Plataforma_Atual().Caixa_Mensagem(Tradução_Erro_Fixa(3197), Título_Programa, Ícone_Caixa::Informação,
+                                          Botões_Caixa::Ok);
+    }
     Operação = "Alteração";
     setWindowTitle(Legenda_Registro());
     Habilitar_Comandos(this);

@@ -8,6 +8,7 @@
 // common steps in a fixed order and call those hooks at their places. The shared routines below find
 // the buttons by name, so they also serve a window built another way.
 #include <QString>
+#include <QVariant>
 #include <array>
 
 #include "forms/Formulário.h"
@@ -78,6 +79,8 @@ class Formulário_Cadastro : public Formulário {
     bool Trava_Registro_Mostrado(int mensagem_tabela_vazia);
     // "Consulta da Pergunta 1.234".
     QString Legenda_Registro() const;
+    // The whole current row of Tabela, as it was read.
+    static QVariantList Linha_Atual();
 
     QWidget* Área_Campos;
     QString Campo_Código;      // "Código_Pergunta"
@@ -89,4 +92,9 @@ class Formulário_Cadastro : public Formulário {
     bool Localiza_Verifica_Direito = true;   // false: the locate button is open to everyone
     bool Chave_Digitada = false;             // a key that users type: a duplicate reopens the tables
     bool Oculta_Após_Excluir_Único = false;  // a deleted single locate hit leaves the window blank
+
+  private:
+    // The row as it stood when the window showed it: an alteration compares it with the row as
+    // committed once the lock is held, so that another workstation's save is not undone unseen.
+    QVariantList Linha_Mostrada;
 };

@@ -6,10 +6,14 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
+#include <QTimer>
+#include <sqlite3.h>
 
 #include "common/Globais.h"
 #include "forms/Controles.h"
 #include "questions/frmPergunta.h"
+#include "search/frmLocaliza_Informação.h"
+#include "store/Comparação.h"
 #include "store/Funções_Banco.h"
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
@@ -362,5 +366,82 @@ TEST_F(Cadastro_Pergunta_Teste, F1OpensTheQuestionPageAndEnterWalksTheFieldsInTa
     EXPECT_EQ(QApplication::focusWidget(), janela.txtResposta_Correta);
     QTest::keyClick(janela.txtResposta_Correta, Qt::Key_Return);
     EXPECT_EQ(QApplication::focusWidget(), janela.txtResposta_Incorreta_1);
+    janela.cmdCancelar_Click();
+}
+
+// The row of a single locate hit is deleted; walking on must never end the program.
+TEST_F(Cadastro_Pergunta_Teste, WalkingAfterDeletingTheSingleLocatedRowGoesBackToTheWholeTable) {
+    Cadastra_Perguntas(4);
+    Tabela_Quaternária.Reinicia();
+    Abre_Tabela_Quaternária("tblPergunta");
+    Tabela_Quaternária.Set_Index("idxCódigo_Pergunta");
+    Tabela_Quaternária.Seek(2);
+    Tabela_Quaternária.Edita();
+    Tabela_Quaternária.Fields("Pergunta").Set_Value("Qual é o monte mais alto da África, o Kilimanjaro?");
+    Tabela_Quaternária.Update();
+    Tabela_Quaternária.Reinicia();
+    frmPergunta janela;
+    Ativa(janela);
+
+    QTimer::singleShot(0, [] {
+        auto* localiza = dynamic_cast<frmLocaliza_Informação*>(QApplication::activeModalWidget());
+        ASSERT_NE(localiza, nullptr);
+        localiza->optOpção_Click(6);
+        localiza->txtConteúdo->setText("Kilimanjaro");
+        localiza->cmdOk_Click();  // a single hit closes the dialog
+    });
+    janela.cmdLocaliza_Click();
+    ASSERT_EQ(Código_Localizado, 2);
+    EXPECT_TRUE(janela.windowTitle().startsWith("Consulta da Pergunta 2 | Mostrando apenas"));
+
+    const int encerramentos = Plataforma.Encerramentos;
+    janela.cmdExclusão_Click();  // Sim
+    EXPECT_FALSE(Campo(2, "Pergunta").isValid());
+    Plataforma.Caixas.clear();
+    EXPECT_NO_THROW(janela.cmdMovimenta_Registro_Click(2));
+    EXPECT_EQ(Plataforma.Textos_Caixas(), QStringList{Aviso(26)});
+    EXPECT_TRUE(Tabela_Dynaset.Source.isEmpty());
+    EXPECT_NO_THROW(janela.cmdMovimenta_Registro_Click(2));
+    EXPECT_NO_THROW(janela.cmdMovimenta_Registro_Click(1));
+    EXPECT_NO_THROW(janela.cmdMovimenta_Registro_Click(1));
+    EXPECT_NO_THROW(janela.cmdMovimenta_Registro_Click(2));
+    EXPECT_EQ(Plataforma.Encerramentos, encerramentos);
+    EXPECT_TRUE(janela.windowTitle().startsWith("Consulta da Pergunta "));
+    EXPECT_FALSE(janela.txtPergunta->Text().isEmpty());
+    EXPECT_FALSE(janela.txtPergunta->Text().contains("Kilimanjaro"));
+}
+
+// Another workstation saves the row shown here: the alteration starts from what it stored, and says so.
+TEST_F(Cadastro_Pergunta_Teste, AnAlterationStartsFromTheRowAsAnotherWorkstationSavedIt) {
+    Cadastra_Perguntas(3);
+    frmPergunta janela;
+    EXPECT_EQ(janela.txtResposta_Incorreta_1->text(), "Errada A1");
+
+    sqlite3* outro = nullptr;
+    ASSERT_EQ(sqlite3_open(Caminho_Banco_Principal().toUtf8().constData(), &outro), SQLITE_OK);
+    Registra_Comparação(outro);
+    ASSERT_EQ(sqlite3_exec(outro,
+                           "UPDATE tblPergunta SET Resposta_Incorreta_1 = 'Mudada Pelo Outro' "
+                           "WHERE Código_Pergunta = 1",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    sqlite3_close(outro);
+
+    janela.cmdAlteração_Click();
+    EXPECT_EQ(Plataforma.Textos_Caixas(),
+              QStringList{
+                  "Esta informação foi alterada recentemente por outro usuário. Tente alterá-la novamente"});
+    EXPECT_EQ(Operação, "Alteração");
+    EXPECT_EQ(janela.txtResposta_Incorreta_1->text(), "Mudada Pelo Outro");
+    janela.txtResposta_Incorreta_2->setText("Mudada Aqui");
+    janela.cmdOk->setEnabled(true);
+    janela.cmdOk_Click();
+    EXPECT_EQ(Campo(1, "Resposta_Incorreta_1").toString().trimmed(), "Mudada Pelo Outro");
+    EXPECT_EQ(Campo(1, "Resposta_Incorreta_2").toString().trimmed(), "Mudada Aqui");
+
+    // With nothing changed elsewhere the alteration says nothing.
+    Plataforma.Caixas.clear();
+    janela.cmdAlteração_Click();
+    EXPECT_TRUE(Plataforma.Caixas.isEmpty());
     janela.cmdCancelar_Click();
 }
