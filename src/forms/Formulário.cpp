@@ -71,10 +71,12 @@ void Formulário::showEvent(QShowEvent* evento) {
 }
 
 void Formulário::keyPressEvent(QKeyEvent* evento) {
-    // Enter moves to the next control, as a text box's Tab would; a button takes it as a click.
+    // Enter moves to the next control and changes nothing on the way: an option button or a check box
+    // is not chosen by it (in the game that would spend a help). A command button takes it as a click,
+    // so that OK can be reached and pressed by the keyboard alone.
     if (evento->key() == Qt::Key_Return || evento->key() == Qt::Key_Enter) {
         QWidget* atual = focusWidget();
-        if (auto* botão = qobject_cast<QAbstractButton*>(atual)) {
+        if (auto* botão = qobject_cast<QPushButton*>(atual)) {
             botão->click();
         } else {
             focusNextChild();

@@ -1,12 +1,12 @@
 #pragma once
+#include <QPlainTextEdit>
+#include <QPointer>
 #include <QString>
-
-class QPlainTextEdit;
 
 // The number of the current citation; 0 means none chosen yet.
 inline double Número_Revelação = 0;
-// The citation panel of the main window, where the daily citation is shown.
-inline QPlainTextEdit* Painel_Revelações = nullptr;
+// The citation panel of the main window, where the daily citation is shown; null once that window is gone.
+inline QPointer<QPlainTextEdit> Painel_Revelações;
 
 bool Painel_Revelações_Vazio();
 QString Caminho_Citação(int número);

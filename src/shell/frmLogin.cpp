@@ -63,7 +63,13 @@ frmLogin::frmLogin(QWidget* pai) : Formulário("frmLogin", pai) {
     layout->addWidget(fraLogin);
     layout->addLayout(Linha_Botões({cmdOk, cmdSair}));
 
-    QObject::connect(cboUsuário, &QComboBox::activated, this, [this](int) { cboUsuário_Validate(); });
+    QObject::connect(cboUsuário, &QComboBox::activated, this, [this](int) {
+        bool Cancel = false;
+        cboUsuário_Validate(Cancel);
+    });
+    // Leaving the list for any control but Sair asks for a name; Sair ends the program asking nothing.
+    Instala_Validate(cboUsuário, [this](bool& Cancel) { cboUsuário_Validate(Cancel); });
+    Define_CausesValidation(cmdSair, false);
     QObject::connect(txtSenha, &QLineEdit::editingFinished, this, [this] { txtSenha_Validate(); });
     QObject::connect(cmdOk, &QPushButton::clicked, this, [this] { cmdOk_Click(); });
     QObject::connect(cmdSair, &QPushButton::clicked, this, [this] { cmdSair_Click(); });
@@ -115,11 +121,15 @@ void frmLogin::Abre_Tabelas() {
     }
 }
 
-void frmLogin::cboUsuário_Validate() {
+void frmLogin::cboUsuário_Validate(bool& Cancel) {
     Rotina r(this, "cboUsuário_Validate");
-    if (cmdSair->isDown()) return;
+    if (cmdSair->isDown()) {
+        Cancel = true;
+        return;
+    }
     if (cboUsuário->currentText().isEmpty()) {
         Exibe_Mensagem(3);
+        Cancel = true;
         cboUsuário->setFocus();
         return;
     }

@@ -22,7 +22,7 @@ class frmLogin : public Formulário {
     QGroupBox* fraLogin;
     QLabel* Image1;
 
-    void cboUsuário_Validate();
+    void cboUsuário_Validate(bool& Cancel);
     void txtSenha_Validate();
     void cmdOk_Click();
     void cmdSair_Click();

@@ -1,6 +1,7 @@
 // The login window driven offscreen with the scripted platform.
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
@@ -12,6 +13,7 @@
 
 #include "common/Cp1252.h"
 #include "common/Globais.h"
+#include "failure/Mensagens.h"
 #include "revelations/Revelações.h"
 #include "shell/frmLogin.h"
 #include "shell/frmAutentica_Senha.h"
@@ -47,7 +49,8 @@ class Login_Teste : public ::testing::Test {
 
     bool Entra(frmLogin& janela, const QString& usuário, const QString& senha) {
         janela.cboUsuário->setCurrentIndex(janela.cboUsuário->findText(usuário));
-        janela.cboUsuário_Validate();
+        bool Cancel = false;
+        janela.cboUsuário_Validate(Cancel);
         janela.txtSenha->setText(senha);
         janela.cmdOk_Click();
         return janela.result() == QDialog::Accepted;
@@ -113,7 +116,7 @@ TEST_F(Login_Teste, F1OpensTheWindowsPageAndF10ACitation) {
 
 TEST_F(Login_Teste, ExitDialogCancelFinishesAnOpenTransaction) {
     frmSair sair;
-    EXPECT_TRUE(sair.Label3->text().endsWith("2026"));
+    EXPECT_TRUE(sair.Label3->text().endsWith("2019"));
     Inicia_Transação();
     sair.cmdCancelar_Click();
     EXPECT_EQ(Estado_Transação, "Finalizou Transação");
@@ -126,7 +129,7 @@ TEST_F(Login_Teste, AboutDialogNamesTheVersionsAndTheYear) {
     EXPECT_EQ(sobre.windowTitle(), "Sobre o sistema Quizora");
     EXPECT_EQ(sobre.Label2->text(), "versão 4.14.10");
     EXPECT_TRUE(sobre.lblVersão_ADO->text().startsWith("ADO SQLite 3."));
-    EXPECT_TRUE(sobre.Label3->text().endsWith("2026"));
+    EXPECT_TRUE(sobre.Label3->text().endsWith("2019"));
     sobre.lblEmail->linkActivated("#");
     ASSERT_FALSE(Plataforma.Abertos.isEmpty());
     EXPECT_EQ(Plataforma.Abertos.last(), "mailto:" + Endereço_Suporte);
@@ -163,4 +166,32 @@ TEST_F(Login_Teste, TheMainWindowsCloseBoxWarnsAndEnds) {
     ASSERT_EQ(Plataforma.Caixas.size(), caixas + 1);
     EXPECT_TRUE(Plataforma.Caixas.last().Texto.contains("(CLICANDO-SE NO \"X\" DA JANELA)"));
     EXPECT_EQ(Plataforma.Bipes % 25, 0);
+}
+
+// Leaving the user list empty asks for a name and keeps the focus there; Sair is not held back.
+TEST_F(Login_Teste, LeavingTheUserListEmptyShowsMessage3AndKeepsTheFocus) {
+    frmLogin janela;
+    janela.show();
+    QApplication::setActiveWindow(&janela);
+    janela.cboUsuário->setCurrentIndex(-1);
+    janela.cboUsuário->setFocus();
+    ASSERT_EQ(QApplication::focusWidget(), janela.cboUsuário);
+    Plataforma.Caixas.clear();
+    janela.txtSenha->setFocus();
+    ASSERT_EQ(Plataforma.Caixas.size(), 1);
+    EXPECT_EQ(Plataforma.Caixas[0].Texto, Aviso(3));
+    EXPECT_EQ(QApplication::focusWidget(), janela.cboUsuário);
+    EXPECT_FALSE(janela.cmdOk->isEnabled());
+
+    janela.cmdSair->setFocus();  // on the way out nothing is asked
+    EXPECT_EQ(Plataforma.Caixas.size(), 1);
+    EXPECT_EQ(QApplication::focusWidget(), janela.cmdSair);
+
+    janela.cboUsuário->setFocus();
+    janela.cboUsuário->setCurrentIndex(janela.cboUsuário->findText("Supervisor"));
+    janela.txtSenha->setFocus();
+    EXPECT_EQ(Plataforma.Caixas.size(), 1);
+    EXPECT_EQ(QApplication::focusWidget(), janela.txtSenha);
+    EXPECT_TRUE(janela.cmdOk->isEnabled());
+    janela.hide();
 }
