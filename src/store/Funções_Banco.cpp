@@ -1,6 +1,7 @@
 #include "store/Funções_Banco.h"
 
 #include <QDateTime>
+#include <utility>
 
 #include "common/Globais.h"
 #include "failure/Mensagens.h"
@@ -114,7 +115,7 @@ int Consultas_Lastrec() {
 }
 
 int Lastrec(const QString& Fonte, Ligação& Conexão_Contagem) {
-    if (Fonte == Cache_Fonte && !Cache_Fonte.isEmpty()) return Cache_Contagem;
+    if (Fonte == Cache_Fonte) return Cache_Contagem;  // an empty source meets the dropped cache
     Rotina r(Fonte_Funções_Públicas, "Lastrec", [&](long número, const QString& descrição, long linha) {
         Trata_Erro(número, descrição, linha,
                    Fonte_Funções_Públicas + "\r\rInstrução SQL que apresentou problema: " + Fonte, "Lastrec");
@@ -211,6 +212,43 @@ void Reaponta_Conexão(Ligação& conexão, const QString& texto_conexão) {
     conexão.Open(texto_conexão);
 }
 
+namespace {
+// Audit rows written while the audit database shares a transaction with the row they tell of (the
+// audit register points Conexão at it): a roll-back would take them away, so they are written again.
+QList<QVariantList> Auditoria_Na_Transação;
+
+void Adiciona_Auditoria(const QVariantList& valores) {
+    Tabela_Manutenção.AddNew();
+    Tabela_Manutenção.Fields("Manutenção").Set_Value(valores[0]);
+    Tabela_Manutenção.Fields("Usuário").Set_Value(valores[1]);
+    Tabela_Manutenção.Fields("Data_Manutenção").Set_Value(valores[2]);
+    Tabela_Manutenção.Fields("Hora_Manutenção").Set_Value(valores[3]);
+    Tabela_Manutenção.Update();
+    Tabela_Manutenção.Update();
+}
+
+bool Auditoria_Dentro_Da_Transação() {
+    const auto sessão = Conexão_Manutenção.Sessão_Física();
+    return sessão && sessão->Transação_Lógica;
+}
+
+// A write given up for good: the user is told once, the occurrence log gets one entry, and the
+// caller sees a refused write.
+void Abandona_Gravação(Registros& Tabela_Gravar, long número, const QString& descrição, long linha) {
+    Tabela_Gravar.CancelUpdate();
+    Registro_Duplicado = true;
+    Mensagem_Erro = Traduz_Erro(número, descrição, "Grava");
+    Plataforma_Atual().Caixa_Mensagem(Mensagem_Erro + ".\r\rA informação não foi gravada.", Título_Programa,
+                                      Ícone_Caixa::Crítico, Botões_Caixa::Ok);
+    Registra_Ocorrência(número, Fonte_Funções_Públicas, "Grava", linha);
+}
+
+void Reescreve_Auditoria_Desfeita() {
+    const QList<QVariantList> linhas = std::exchange(Auditoria_Na_Transação, {});
+    for (const QVariantList& valores : linhas) Adiciona_Auditoria(valores);
+}
+}  // namespace
+
 bool Transação_Aberta() {
     return Estado_Transação == "Iniciou Transação";
 }
@@ -229,6 +267,7 @@ void Finaliza_Transação() {
     if (!Transação_Aberta()) return;
     for (Ligação* c : Conexões_Transacionais) c->CommitTrans();
     Estado_Transação = "Finalizou Transação";
+    Auditoria_Na_Transação.clear();
 }
 
 void Desfaz_Transação() {
@@ -237,10 +276,25 @@ void Desfaz_Transação() {
     if (!Transação_Aberta()) return;
     for (Ligação* c : Conexões_Transacionais) c->RollbackTrans();
     Estado_Transação = "Desfez Transação";
+    Reescreve_Auditoria_Desfeita();
 }
 
 void Grava(Registros& Tabela_Gravar, bool Excluir) {
-    Rotina r(Fonte_Funções_Públicas, "Grava", [](long número, const QString& descrição, long linha) {
+    // The refusal that waiting cannot cure, kept for the one report after the loop.
+    struct {
+        bool Houve = false;
+        long Número = 0;
+        QString Descrição;
+        long Linha = 0;
+    } definitiva;
+    long última_linha = 0;
+    Rotina r(Fonte_Funções_Públicas, "Grava", [&](long número, const QString& descrição, long linha) {
+        if (!Excluir && Tabela_Gravar.Recusa_Do_Valor()) {
+            if (!definitiva.Houve) definitiva = {true, número, descrição, linha};
+            Sai_da_Gravação = true;
+            return;
+        }
+        última_linha = linha;
         Trata_Erro(número, descrição, linha, Fonte_Funções_Públicas, "Grava");
         Plataforma_Atual().Dorme(1000);
         Plataforma_Atual().Processa_Eventos();
@@ -254,23 +308,24 @@ void Grava(Registros& Tabela_Gravar, bool Excluir) {
     if (Excluir) {
         Tabela_Gravar.Delete();
     } else {
-        // A refused Update comes back through the trap, which fills Mensagem_Erro, and the loop runs again.
-        // A store that keeps refusing for this long is reported and the write is abandoned.
-        constexpr int Limite_Voltas = 120;
+        // A refused Update comes back through the trap, which fills Mensagem_Erro, and the loop runs again
+        // while another workstation holds the file; it gives up after about half a minute of refusals.
+        constexpr int Limite_Voltas = 30;
         Mensagem_Erro = "Apenas para controle de saída do Loop abaixo...";
         for (int volta = 0; !Mensagem_Erro.isEmpty() && !Sai_da_Gravação; ++volta) {
             if (volta == Limite_Voltas) {
-                Tabela_Gravar.CancelUpdate();
+                Abandona_Gravação(Tabela_Gravar, -2147467259, Mensagem_Erro, última_linha);
                 break;
             }
             Mensagem_Erro.clear();
             Tabela_Gravar.Update();
             Tabela_Gravar.Update();
         }
+        if (definitiva.Houve)
+            Abandona_Gravação(Tabela_Gravar, definitiva.Número, definitiva.Descrição, definitiva.Linha);
     }
 
     if (!Registro_Duplicado && !Tabela_Gravar.Source.isEmpty() && Monitora_Log) {
-        Tabela_Manutenção.AddNew();
         QString verbo = "Atualizando";
         if (Operação == "Inclusão")
             verbo = "Incluindo";
@@ -286,14 +341,12 @@ void Grava(Registros& Tabela_Gravar, bool Excluir) {
         Texto_Manutenção +=
             " onde " + Tabela_Gravar.Fields(0).Name().trimmed() + " = " + Chave_Registro.toString();
         const QDateTime agora = Plataforma_Atual().Agora();
-        Tabela_Manutenção.Fields("Manutenção").Set_Value(Texto_Manutenção.left(100).trimmed());
         // Before the login there is no user: the row keeps an empty user rather than being refused.
-        Tabela_Manutenção.Fields("Usuário").Set_Value(Usuário_Atual.isEmpty() ? QVariant()
-                                                                              : QVariant(Usuário_Atual));
-        Tabela_Manutenção.Fields("Data_Manutenção").Set_Value(QDateTime(agora.date(), QTime(0, 0)));
-        Tabela_Manutenção.Fields("Hora_Manutenção").Set_Value(agora.toString("HH:mm:ss"));
-        Tabela_Manutenção.Update();
-        Tabela_Manutenção.Update();
+        const QVariantList valores = {Texto_Manutenção.left(100).trimmed(),
+                                      Usuário_Atual.isEmpty() ? QVariant() : QVariant(Usuário_Atual),
+                                      QDateTime(agora.date(), QTime(0, 0)), agora.toString("HH:mm:ss")};
+        Adiciona_Auditoria(valores);
+        if (Auditoria_Dentro_Da_Transação()) Auditoria_Na_Transação.append(valores);
     }
 
     // Any write changes the count behind the table; an inclusion into an empty table must not go on

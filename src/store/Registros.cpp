@@ -587,18 +587,39 @@ void Registros::AddNew(std::source_location onde) {
 
 void Registros::Update(std::source_location onde) {
     if (Modo == Modo_Edição::Nenhum) return;
+    Recusa_Do_Valor_ = false;
     // A text field without Zero refuses the empty text.
     for (auto it = Pendentes.cbegin(); it != Pendentes.cend(); ++it) {
         const Campo_Info& campo = Estrutura->Campos[it.key()];
         if ((campo.Tipo == Tipo_Texto || campo.Tipo == Tipo_Memo) && !campo.Zero && it.value().isValid() &&
-            it.value().toString().isEmpty())
+            it.value().toString().isEmpty()) {
+            Recusa_Do_Valor_ = true;
             return Falha(-2147467259,
                          "O campo '" + Estrutura->Nome + "." + campo.Nome +
                              "' não pode ser uma seqüência de caracteres de comprimento zero.",
                          onde);
+        }
+    }
+    // The primary key takes no Null, as Jet had it; SQLite's unique index would let it in.
+    for (const Índice_Info& índice : Estrutura->Índices) {
+        if (índice.Tipo != Tipo_Índice::Primário) continue;
+        for (const QString& nome : índice.Campos) {
+            const int p = Estrutura->Posição_Campo(nome);
+            if (p < 0 || Estrutura->Campos[p].Auto) continue;
+            const QVariant valor = Pendentes.contains(p)                          ? Pendentes.value(p)
+                                   : Modo == Modo_Edição::Alteração && Linha_Lida ? Linha.value(p)
+                                                                                  : QVariant();
+            if (!valor.isValid()) {
+                Recusa_Do_Valor_ = true;
+                return Falha(3058, "Índice ou chave primária não pode conter um valor Null.", onde);
+            }
+        }
     }
     Falha_Banco falha;
-    if (!Sessão_->Prepara_Escrita(falha)) return Falha(falha.Número, falha.Descrição, onde);
+    if (!Sessão_->Prepara_Escrita(falha)) {
+        Recusa_Do_Valor_ = falha.Recusa_Valor;
+        return Falha(falha.Número, falha.Descrição, onde);
+    }
 
     QList<int> posições = Pendentes.keys();
     std::sort(posições.begin(), posições.end());
@@ -633,6 +654,7 @@ void Registros::Update(std::source_location onde) {
     sqlite3_reset(comando);
     if (r != SQLITE_DONE) {
         Sessão_->Falha_Da_Última(falha, r);
+        Recusa_Do_Valor_ = falha.Recusa_Valor;
         return Falha(falha.Número, falha.Descrição, onde);
     }
     if (Modo == Modo_Edição::Inclusão) {

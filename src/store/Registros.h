@@ -78,6 +78,9 @@ class Registros {
     void Edita(std::source_location onde = std::source_location::current());
     void Delete(std::source_location onde = std::source_location::current());
     bool Em_Edição() const { return Modo != Modo_Edição::Nenhum; }
+    // Whether the last Update was refused for its values (an empty text without Zero, a required field
+    // left Null): such a write never passes, however often it is tried.
+    bool Recusa_Do_Valor() const { return Recusa_Do_Valor_; }
 
     // The table behind a keyset, empty for a static result.
     QString Tabela() const { return Estrutura ? Estrutura->Nome : QString(); }
@@ -109,6 +112,7 @@ class Registros {
     QHash<qint64, int> Posição_Da_Chave;
     int Posição = -1;
     bool Linha_Lida = false;
+    bool Recusa_Do_Valor_ = false;
     QVector<QVariant> Linha;
 
     // static result

@@ -177,7 +177,7 @@ void Sessão::Falha_Da_Última(Falha_Banco& falha, int código) const {
                     "entradas duplicadas e tente novamente."};
                 return;
             }
-            falha = {-2147467259, "Restrição violada: " + mensagem};
+            falha = {-2147467259, "Restrição violada: " + mensagem, true};
             return;
         case SQLITE_BUSY:
         case SQLITE_LOCKED:

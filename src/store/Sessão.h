@@ -14,6 +14,7 @@ struct sqlite3_stmt;
 struct Falha_Banco {
     long Número = 0;
     QString Descrição;
+    bool Recusa_Valor = false;  // the values themselves were refused: writing them again cannot pass
     bool Houve() const { return Número != 0; }
 };
 

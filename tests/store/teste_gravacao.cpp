@@ -1,6 +1,9 @@
 // Transactions, the write loop and the audit trail.
 #include <gtest/gtest.h>
 
+#include <QFile>
+#include <sqlite3.h>
+
 #include "common/Globais.h"
 #include "failure/Trata_Erro.h"
 #include "store/Funções_Banco.h"
@@ -86,7 +89,7 @@ TEST_F(Gravação_Teste, WriteLeavesAnAuditRowThatSurvivesRollback) {
     Tabela_Manutenção.MoveFirst();
     EXPECT_EQ(Tabela_Manutenção.Fields("Usuário").Value().toString(), "Supervisor");
     EXPECT_EQ(Tabela_Manutenção.Fields("Data_Manutenção").Value().toDateTime(),
-              QDateTime(QDate(2026, 11, 23), QTime(0, 0)));
+              QDateTime(QDate(2019, 3, 14), QTime(0, 0)));
     EXPECT_EQ(Tabela_Manutenção.Fields("Hora_Manutenção").Value().toString(), "14:30:00");
     Abre_Tabela("tblUsuário");
     EXPECT_EQ(Tabela.Fields("Senha").Value().toInt(), 123);  // the change itself was rolled back
@@ -190,4 +193,74 @@ TEST_F(Gravação_Teste, AFailedCommitEndsTheProgramThroughTheHandler) {
     Tabela.Fields("Pergunta").Set_Value("Órfã");
     EXPECT_THROW(Grava(Tabela, false), Programa_Encerrado);
     EXPECT_TRUE(QFile::exists(Caminho_Log_Ocorrências()));
+}
+
+// A write that the store can never accept is told once and logged once, with no waiting and no audit row.
+TEST_F(Gravação_Teste, AValueRefusedForGoodIsToldOnceLoggedOnceAndLeavesNoAuditRow) {
+    Em_Cadastro = true;
+    Inclui_Usuário("");  // an empty key, and the field takes no empty text
+    EXPECT_TRUE(Registro_Duplicado);
+    ASSERT_EQ(Plataforma.Caixas.size(), 1);
+    EXPECT_TRUE(Plataforma.Caixas[0].Texto.endsWith("A informação não foi gravada."));
+    EXPECT_EQ(Plataforma.Caixas[0].Ícone, Ícone_Caixa::Crítico);
+    EXPECT_TRUE(Plataforma.Sonos.isEmpty());
+    EXPECT_TRUE(Auditoria().isEmpty());
+    QFile log(Caminho_Log_Ocorrências());
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    EXPECT_EQ(log.readAll().count("Sub-Rotina: Grava()"), 1);
+    log.close();
+
+    // A key left Null: the same single report, and the next good write goes through with its audit row.
+    Plataforma.Caixas.clear();
+    Operação = "Inclusão";
+    Inicia_Transação();
+    Tabela.AddNew();
+    Tabela.Fields("Senha").Set_Value(7);
+    Grava(Tabela, false);
+    Finaliza_Transação();
+    EXPECT_TRUE(Registro_Duplicado);
+    EXPECT_EQ(Plataforma.Caixas.size(), 1);
+    EXPECT_TRUE(Auditoria().isEmpty());
+    Inclui_Usuário("Ana");
+    EXPECT_FALSE(Registro_Duplicado);
+    EXPECT_EQ(Auditoria(), QStringList{"Incluindo Usuário onde Usuário = Ana"});
+    Abre_Tabela("tblUsuário");
+    EXPECT_EQ(Lastrec("tblUsuário", Conexão), 1);
+}
+
+// The audit register points Conexão at the audit database: a roll-back must not take the audit row away.
+TEST_F(Gravação_Teste, TheAuditRowSurvivesARollBackWhenTheTransactionIsOnTheAuditDatabase) {
+    Conexão.Open(Conexão_Auditoria());
+    Abre_Tabela("tblManutenção_Banco_de_Dados");
+    Operação = "Inclusão";
+    Inicia_Transação();
+    Tabela.AddNew();
+    Tabela.Fields("Manutenção").Set_Value("Desfeita");
+    Grava(Tabela, false);
+    Desfaz_Transação();
+    EXPECT_EQ(Auditoria(), QStringList{"Incluindo Manutenção_Banco_de_Dados onde Manutenção = Desfeita"});
+    Finaliza_Transação();
+    EXPECT_EQ(Auditoria().size(), 1);
+}
+
+// Another workstation holds the file: the write waits and passes once it is free, with one audit row.
+TEST_F(Gravação_Teste, AWriteRefusedWhileAnotherWorkstationHoldsTheFilePassesOnceItIsFree) {
+    sqlite3* outro = nullptr;
+    ASSERT_EQ(sqlite3_open(Caminho_Banco_Principal().toUtf8().constData(), &outro), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(outro, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+    Plataforma.Ao_Esperar = [&outro] {
+        if (outro == nullptr) return;
+        sqlite3_exec(outro, "COMMIT", nullptr, nullptr, nullptr);
+        sqlite3_close(outro);
+        outro = nullptr;
+    };
+    Inclui_Usuário("Bruno");
+    Plataforma.Ao_Esperar = nullptr;
+    EXPECT_EQ(outro, nullptr);
+    EXPECT_FALSE(Registro_Duplicado);
+    ASSERT_GE(Plataforma.Caixas.size(), 1);
+    EXPECT_EQ(Plataforma.Caixas[0].Ícone, Ícone_Caixa::Crítico);
+    EXPECT_EQ(Auditoria(), QStringList{"Incluindo Usuário onde Usuário = Bruno"});
+    Abre_Tabela("tblUsuário");
+    EXPECT_EQ(Lastrec("tblUsuário", Conexão), 1);
 }
