@@ -1,6 +1,12 @@
 #include "store/Ligação.h"
 
+#include <algorithm>
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 
 #include "common/Globais.h"
@@ -33,6 +39,35 @@ bool Exclui_Arquivo_Banco(const QString& caminho) {
     QFile::remove(caminho + "-shm");
     QFile::remove(caminho + "-travas");
     return !QFile::exists(caminho) || QFile::remove(caminho);
+}
+
+bool Pasta_Gravável(const QString& pasta) {
+    if (!QDir().mkpath(pasta)) return false;
+    // A file is really made and removed: permission bits do not tell of a read-only mount.
+    QFile prova(pasta + "/.quizora-prova-" + QString::number(QCoreApplication::applicationPid()));
+    if (!prova.open(QIODevice::WriteOnly | QIODevice::NewOnly)) return false;
+    const bool escreveu = prova.write("0", 1) == 1;
+    prova.close();
+    prova.remove();
+    if (!escreveu) return false;
+    const QFileInfoList arquivos = QDir(pasta).entryInfoList(QDir::Files | QDir::Hidden);
+    return std::all_of(arquivos.begin(), arquivos.end(), [](const QFileInfo& a) { return a.isWritable(); });
+}
+
+QString Guarda_Arquivo_Banco(const QString& caminho, const QString& pasta_arquivo, const QDateTime& quando) {
+    if (!QFile::exists(caminho) || !QDir().mkpath(pasta_arquivo)) return QString();
+    if (auto sessão = Sessão::Procura(caminho)) sessão->Retira_do_Registro();
+    const QFileInfo info(caminho);
+    const QString base =
+        pasta_arquivo + "/" + info.completeBaseName() + " " + quando.toString("yyyy-MM-dd HH-mm-ss");
+    QString destino = base + "." + info.suffix();
+    for (int n = 2; QFile::exists(destino); ++n) destino = base + QString(" (%1).").arg(n) + info.suffix();
+    if (!QFile::rename(caminho, destino)) return QString();
+    // Rows not yet copied into the file itself live in its journal, which goes along under the new name.
+    if (QFile::exists(caminho + "-wal")) QFile::rename(caminho + "-wal", destino + "-wal");
+    QFile::remove(caminho + "-shm");
+    QFile::remove(caminho + "-travas");
+    return destino;
 }
 
 void Ligação::Open(const QString& texto_conexão, std::source_location onde) {

@@ -35,3 +35,9 @@ QString Texto_Conexão(const QString& caminho_arquivo);
 QString Arquivo_Da_Conexão(const QString& texto_conexão);
 // Deletes a database file with its journal and lock companions.
 bool Exclui_Arquivo_Banco(const QString& caminho);
+// Whether files can be made in the folder (made if missing) and every file in it can be written.
+bool Pasta_Gravável(const QString& pasta);
+// Moves a database file, with its journal, into `pasta_arquivo` under a dated name; the new path, or
+// empty when it could not be moved.
+QString Guarda_Arquivo_Banco(const QString& caminho, const QString& pasta_arquivo,
+                             const class QDateTime& quando);

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTimer>
 
 #include "common/Globais.h"
@@ -29,10 +30,12 @@ class Atualização_Teste : public ::testing::Test {
         janela.Última_Etapa = última_etapa;
         try {
             janela.tmrTempo_Timer();
-        } catch (const Programa_Encerrado&) {
-            // A failure that ended the program leaves its entry in the log: show it with the test.
+        } catch (const Programa_Encerrado& fim) {
+            // A failure that ended the program leaves its entry in the log: show it with the test. The end
+            // after a new version is not a failure.
             QFile log(Caminho_Log_Ocorrências());
-            if (log.open(QIODevice::ReadOnly)) ADD_FAILURE_AT("log", 0) << log.readAll().toStdString();
+            if (fim.Código != 0 && log.open(QIODevice::ReadOnly))
+                ADD_FAILURE_AT("log", 0) << log.readAll().toStdString();
             return true;
         }
         return false;
@@ -370,4 +373,51 @@ TEST_F(Atualização_Teste, AnOlderProgramOnANewerDatabaseWritesNothing) {
     EXPECT_FALSE(Inicia_Programa());
     EXPECT_EQ(Versão_Gravada(), "5.0.0");
     EXPECT_EQ(Lastrec("tblManutenção_Banco_de_Dados", Conexão_Manutenção), auditoria);
+}
+
+// A start that consumes a scratch database and renews the audit trail keeps both under dated names.
+TEST_F(Atualização_Teste, AnExportNotYetSentAndTheOldAuditTrailAreKeptInTheArchiveFolder) {
+    ASSERT_TRUE(Inicia_Programa());
+    ASSERT_FALSE(Inicia_Programa());
+    Inclui_Pergunta("Pergunta guardada", "G");
+    const int auditoria = Lastrec("tblManutenção_Banco_de_Dados", Conexão_Manutenção);
+    ASSERT_GT(auditoria, 0);
+    Cria_Semente(Caminho_Banco_Temporário(), {"tblPergunta"});  // what the question export writes
+
+    EXPECT_FALSE(Inicia_Programa());
+    EXPECT_FALSE(QFile::exists(Caminho_Banco_Temporário()));
+    const QString arquivo = Pasta.Dados() + "/Arquivo";
+    const QString temp = arquivo + "/Temp 2019-03-14 14-30-00.Mdb";
+    const QString manutenção = arquivo + "/Manutenção 2019-03-14 14-30-00.Mdb";
+    ASSERT_TRUE(QFile::exists(temp));
+    ASSERT_TRUE(QFile::exists(manutenção));
+    {
+        Ligação guardado;
+        guardado.Open(Texto_Conexão(temp));
+        EXPECT_EQ(Lastrec("tblPergunta", guardado), 2);
+        guardado.Open(Texto_Conexão(manutenção));
+        EXPECT_EQ(Lastrec("tblManutenção_Banco_de_Dados", guardado), auditoria);
+        guardado.Close();
+    }
+    QFile log(Caminho_Log_Ocorrências());
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    const QByteArray texto = log.readAll();
+    EXPECT_TRUE(texto.contains("Temp.Mdb foi guardado como"));
+    EXPECT_TRUE(texto.contains(QFile::encodeName(QFileInfo(temp).fileName()).constData()));
+}
+
+// A data folder that cannot be written is told at once, in one box that names it, logged, and the end.
+TEST_F(Atualização_Teste, ADataFolderThatCannotBeWrittenIsToldAtStartAndTheProgramEnds) {
+    ASSERT_TRUE(QDir(Pasta.Dados()).removeRecursively() || !QDir(Pasta.Dados()).exists());
+    // Nobody, not even the administrator, makes files here: it stands for a folder without write access.
+    ASSERT_TRUE(QFile::link("/proc/self/fdinfo", Pasta.Dados()));
+    Reinicia_Estado_Global();
+    frmAtualiza_Versão janela;
+    janela.tmrTempo->stop();
+    EXPECT_THROW(janela.tmrTempo_Timer(), Programa_Encerrado);
+    ASSERT_EQ(Plataforma.Caixas.size(), 1);
+    EXPECT_EQ(Plataforma.Caixas[0].Ícone, Ícone_Caixa::Crítico);
+    EXPECT_TRUE(Plataforma.Caixas[0].Texto.contains(Pasta.Dados()));
+    EXPECT_TRUE(QFile::exists(Caminho_Log_Ocorrências()));
+    EXPECT_FALSE(Conexão.Aberta());
 }

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QFont>
 #include <QLabel>
 #include <QPixmap>
@@ -113,7 +114,19 @@ void frmAtualiza_Versão::Form_Load() {
 
 void frmAtualiza_Versão::tmrTempo_Timer() {
     Rotina r(this, "tmrTempo_Timer");
-    QDir().mkpath(Caminho_Dados());
+    Auditoria_Anterior = QFile::exists(Caminho_Banco_Manutenção());
+    // A folder that cannot be written would let the program start and fail later at the login.
+    if (!Pasta_Gravável(Caminho_Dados())) {
+        Mensagem_Erro =
+            "Não é possível gravar na pasta de dados do sistema:\r\r" +
+            QDir::toNativeSeparators(Caminho_Dados()) +
+            "\r\rPeça permissão de gravação nesta pasta e nos arquivos dela e abra o sistema novamente";
+        Registra_Ocorrência(75, objectName(), "tmrTempo_Timer", 0);
+        Plataforma_Atual().Caixa_Mensagem(Mensagem_Erro + ".", Título_Programa, Ícone_Caixa::Crítico,
+                                          Botões_Caixa::Ok);
+        Plataforma_Atual().Encerra_Agora(1);
+        return;
+    }
     if (!QFile::exists(Caminho_Banco_Principal())) {
         Catálogo::Cria_Banco(Conexão_Criação(Caminho_Banco_Principal()));
         Ligação criação;
@@ -176,7 +189,11 @@ void frmAtualiza_Versão::Cria_Banco_de_Dados_Manutenção() {
     if (QFile::exists(Caminho_Banco_Manutenção())) {
         Tabela_Manutenção.Reinicia();
         if (Conexão_Manutenção.Aberta()) Conexão_Manutenção.Close();
-        Exclui_Arquivo_Banco(Caminho_Banco_Manutenção());
+        // The trail of earlier starts is kept; one made at this very start (a new installation) is not.
+        if (Auditoria_Anterior && Quantidade_Auditoria() > 0)
+            Guarda_No_Arquivo(Caminho_Banco_Manutenção());
+        else
+            Exclui_Arquivo_Banco(Caminho_Banco_Manutenção());
     }
     Catálogo::Cria_Banco(Conexão_Criação(Caminho_Banco_Manutenção()));
     Ligação criação;
@@ -318,7 +335,6 @@ void frmAtualiza_Versão::Etapas_do_Esquema(long versão) {
     }
     if (etapa(1011004)) {
         Abre_Tabela("tblPermissão");
-        Operação = "Exclusão";
         while (!Tabela.Eof()) {
             if (Tabela.Fields("Rotina").Value().toString().trimmed() == "frmImpressão_Mensagens_De_Erro") {
                 Inicia_Transação();
@@ -328,7 +344,6 @@ void frmAtualiza_Versão::Etapas_do_Esquema(long versão) {
             }
             Tabela.MoveNext();
         }
-        Operação.clear();
         Tabela.Reinicia();
     }
     if (etapa(1011005)) {
@@ -438,7 +453,6 @@ void frmAtualiza_Versão::Converte_Pontuação() {
         Reaponta_Conexão(Conexão_Temporária, Conexão_Cópia());
         Abre_Tabela_Temporária("tblPontuação");
         Abre_Tabela("tblPontuação");
-        Operação = "Exclusão";
         while (!Tabela.Eof()) {
             Inicia_Transação();
             Trava(Tabela, Conexão, true);
@@ -446,7 +460,6 @@ void frmAtualiza_Versão::Converte_Pontuação() {
             Finaliza_Transação();
             Tabela.MoveNext();
         }
-        Operação = "Inclusão";
         while (!Tabela_Temporária.Eof()) {
             Inicia_Transação();
             Tabela.AddNew();
@@ -457,7 +470,6 @@ void frmAtualiza_Versão::Converte_Pontuação() {
             Tabela_Temporária.MoveNext();
             Plataforma_Atual().Processa_Eventos();
         }
-        Operação.clear();
         Tabela.Reinicia();
         Tabela_Temporária.Reinicia();
         Conexão_Temporária.Close();
@@ -468,6 +480,39 @@ void frmAtualiza_Versão::Converte_Pontuação() {
 }
 
 // ---------- seed files ----------
+
+int frmAtualiza_Versão::Quantidade_Auditoria() {
+    // Any failure here only means there is nothing worth keeping.
+    Rotina r(objectName(), "Quantidade_Auditoria", [](long, const QString&, long) {});
+    Ligação auditoria;
+    auditoria.Open(Conexão_Auditoria());
+    int quantidade = 0;
+    if (auditoria.Aberta() && Catálogo::Existe_Tabela(auditoria, "tblManutenção_Banco_de_Dados")) {
+        Registros contagem;
+        contagem.Open("Select Count (*) From tblManutenção_Banco_de_Dados", auditoria,
+                      Opção_Abertura::Tabela_Direta);
+        if (contagem.Aberto() && !contagem.Eof()) quantidade = contagem.Fields(0).Value().toInt();
+        contagem.Reinicia();
+    }
+    auditoria.Close();
+    return quantidade;
+}
+
+void frmAtualiza_Versão::Guarda_No_Arquivo(const QString& arquivo) {
+    // A file that a start consumes or replaces (an export the user has not sent yet, the audit trail)
+    // is kept under a dated name rather than destroyed; the occurrence log says where it went.
+    const QString nome = QFileInfo(arquivo).fileName();
+    const QString destino =
+        Guarda_Arquivo_Banco(arquivo, Caminho_Dados() + "/Arquivo", Plataforma_Atual().Agora());
+    if (destino.isEmpty()) {
+        Mensagem_Erro = "O arquivo " + nome + " não pôde ser guardado em " + Caminho_Dados() + "/Arquivo";
+        Registra_Ocorrência(75, objectName(), "Guarda_No_Arquivo", 0);
+        Exclui_Arquivo_Banco(arquivo);
+        return;
+    }
+    Mensagem_Erro = "O arquivo " + nome + " foi guardado como " + destino;
+    Registra_Ocorrência(0, objectName(), "Guarda_No_Arquivo", 0);
+}
 
 void frmAtualiza_Versão::Semente_Danificada(const QString& arquivo, const QString& motivo) {
     // A bad seed file is set aside, so that the next start does not stumble on it again.
@@ -499,7 +544,9 @@ bool frmAtualiza_Versão::Abre_Rascunho() {
 void frmAtualiza_Versão::Etapa_Citações() {
     if (!Abre_Rascunho()) return;
     Rotina r(this, "Etapa_Citações");
-    if (Catálogo::Existe_Tabela(Conexão_Temporária, "tblRevelação")) {
+    // Without citations the file is not a seed but an export the user has yet to send: it is kept.
+    const bool semente = Catálogo::Existe_Tabela(Conexão_Temporária, "tblRevelação");
+    if (semente) {
         for (const char* tabela : {"tblAdaptação", "tblRevelação"}) {
             if (Catálogo::Existe_Tabela(Conexão, tabela)) Catálogo::Exclui_Tabela(Conexão, tabela);
             const Definição_Tabela d = Definição(tabela);
@@ -512,7 +559,6 @@ void frmAtualiza_Versão::Etapa_Citações() {
         const int total = Lastrec(Tabela_Temporária.Source, Conexão_Temporária);
         int contador = 0;
         Início_Progresso = Plataforma_Atual().Agora();
-        Operação = "Inclusão";
         while (!Tabela_Temporária.Eof()) {
             ++contador;
             Barra_de_Progresso(1, total, contador, this);
@@ -523,19 +569,21 @@ void frmAtualiza_Versão::Etapa_Citações() {
             Tabela_Temporária.MoveNext();
             Plataforma_Atual().Processa_Eventos();
         }
-        Operação.clear();
         Tabela.Reinicia();
         Tabela_Temporária.Reinicia();
         Finaliza_Transação();
     }
     Reaponta_Conexão(Conexão_Temporária, Conexão_Principal());
-    Exclui_Arquivo_Banco(Caminho_Banco_Temporário());
+    if (semente)
+        Exclui_Arquivo_Banco(Caminho_Banco_Temporário());
+    else
+        Guarda_No_Arquivo(Caminho_Banco_Temporário());
 }
 
 void frmAtualiza_Versão::Etapa_Arquivo_Compactado() {
     const QString arquivo_zip = Caminho_Dados() + "/Temp.Zip";
     if (!QFile::exists(arquivo_zip)) return;
-    if (QFile::exists(Caminho_Banco_Temporário())) Exclui_Arquivo_Banco(Caminho_Banco_Temporário());
+    if (QFile::exists(Caminho_Banco_Temporário())) Guarda_No_Arquivo(Caminho_Banco_Temporário());
     if (!Descompacta_Arquivo(arquivo_zip, "*.*", Caminho_Dados(), false)) {
         Semente_Danificada(arquivo_zip, "arquivo compactado danificado");
         return;
@@ -554,7 +602,7 @@ void frmAtualiza_Versão::Etapa_Arquivo_Compactado() {
         Importa_Tabela_Semente("tblDinâmica", "idxDinâmica", "Dinâmica",
                                {"Dinâmica", "Materiais", "Instruções", "Tipo_Dinâmica"});
     Reaponta_Conexão(Conexão_Temporária, Conexão_Principal());
-    Exclui_Arquivo_Banco(Caminho_Banco_Temporário());
+    Exclui_Arquivo_Banco(Caminho_Banco_Temporário());  // the seed that came in the archive
 }
 
 void frmAtualiza_Versão::Importa_Tabela_Semente(const QString& tabela, const QString& índice,
@@ -566,7 +614,6 @@ void frmAtualiza_Versão::Importa_Tabela_Semente(const QString& tabela, const QS
     Tabela.Set_Index(índice);
     int contador = 0;
     Início_Progresso = Plataforma_Atual().Agora();
-    Operação = "Inclusão";
     while (!Tabela_Temporária.Eof()) {
         ++contador;
         Barra_de_Progresso(1, total, contador, this);
@@ -582,7 +629,6 @@ void frmAtualiza_Versão::Importa_Tabela_Semente(const QString& tabela, const QS
         Tabela_Temporária.MoveNext();
         Plataforma_Atual().Processa_Eventos();
     }
-    Operação.clear();
     Tabela.Reinicia();
     Tabela_Temporária.Reinicia();
 }

@@ -46,6 +46,9 @@ class frmAtualiza_Versão : public QDialog {
     void Retira_Campo(const QString& tabela, const QString& campo);
     void Garante_Índice(const QString& tabela, const QString& índice);
     void Semente_Danificada(const QString& arquivo, const QString& motivo);
+    void Guarda_No_Arquivo(const QString& arquivo);
+    int Quantidade_Auditoria();
+    bool Auditoria_Anterior = false;  // the audit database was there before this start
     // Points Conexão_Temporária at the scratch database; a file that cannot be opened is set aside.
     bool Abre_Rascunho();
 };
