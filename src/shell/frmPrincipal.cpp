@@ -153,7 +153,7 @@ void frmPrincipal::Monta_Barra_de_Status() {
     StatusBar1_Data = painel("", "Data atual do sistema", 1);
     StatusBar1_Hora = painel("", "Hora atual do sistema", 1);
     auto atualiza = [this] {
-        const QDateTime agora = QDateTime::currentDateTime();
+        const QDateTime agora = Plataforma_Atual().Agora();
         StatusBar1_Data->setText(agora.toString("dd/MM/yyyy"));
         StatusBar1_Hora->setText(agora.toString("HH:mm"));
     };

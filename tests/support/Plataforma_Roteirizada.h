@@ -40,7 +40,7 @@ class Plataforma_Roteirizada : public Plataforma {
     QList<int> Sonos;
     int Eventos_Processados = 0;
     QStringList Cursores;
-    QDateTime Relógio = QDateTime(QDate(2026, 11, 23), QTime(14, 30, 0));
+    QDateTime Relógio = QDateTime(QDate(2019, 3, 14), QTime(14, 30, 0));  // neither today nor this year
     std::deque<float> Leituras_Segundos;  // seconds since midnight; empty: from Relógio
     std::deque<double> Sorteios;          // queued draws; empty: a fixed generator
     float Última_Semente = 0;
