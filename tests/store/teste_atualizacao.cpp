@@ -273,6 +273,13 @@ TEST_F(Atualização_Teste, AnOlderReleaseIsBroughtUpWithItsRowsKeptAndConverted
     EXPECT_EQ(Tabela.Fields("Pontuação").Value().typeId(), QMetaType::Double);
     EXPECT_DOUBLE_EQ(Tabela.Fields("Pontuação").Value().toDouble(), 1500.0);
     EXPECT_FALSE(QFile::exists(Caminho_Cópia_Banco()));
+    // The upgrade's own writes are updates in the audit trail, not a user's inclusions or deletions.
+    Abre_Tabela_Manutenção("tblManutenção_Banco_de_Dados");
+    int linhas = 0;
+    for (Tabela_Manutenção.MoveFirst(); !Tabela_Manutenção.Eof(); Tabela_Manutenção.MoveNext(), ++linhas)
+        EXPECT_TRUE(Tabela_Manutenção.Fields("Manutenção").Value().toString().startsWith("Atualizando"))
+            << Tabela_Manutenção.Fields("Manutenção").Value().toString().toStdString();
+    EXPECT_GT(linhas, 0);
 }
 
 TEST_F(Atualização_Teste, HistoryRowsGetDistinctDatesTheFirstTheMostRecent) {

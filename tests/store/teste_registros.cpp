@@ -270,6 +270,12 @@ TEST_F(Registros_Teste, LastrecCachesReadsSelectsAndIsDroppedByOpenersAndDeletes
     Finaliza_Transação();
     EXPECT_EQ(Lastrec("tblPergunta", Conexão), 2);
     EXPECT_EQ(Consultas_Lastrec(), antes + 5);
+
+    // An empty source meets the dropped cache: the last count comes back and nothing is asked.
+    Limpa_Cache_Lastrec();
+    EXPECT_EQ(Lastrec("", Conexão), 2);
+    EXPECT_EQ(Consultas_Lastrec(), antes + 5);
+    EXPECT_EQ(Plataforma.Encerramentos, 0);
 }
 
 TEST_F(Registros_Teste, CatalogueCreatesDropsAndChangesTablesFieldsAndIndexes) {
