@@ -189,7 +189,7 @@ void frmAtualiza_Versão::Cria_Banco_de_Dados_Manutenção() {
     if (QFile::exists(Caminho_Banco_Manutenção())) {
         Tabela_Manutenção.Reinicia();
         if (Conexão_Manutenção.Aberta()) Conexão_Manutenção.Close();
-        // The trail of earlier starts is kept; one made at this very start (a new installation) is not.
+        // The trail of earlier starts is kept when users wrote in it; a new installation's is not.
         if (Auditoria_Anterior && Quantidade_Auditoria() > 0)
             Guarda_No_Arquivo(Caminho_Banco_Manutenção());
         else
@@ -489,8 +489,9 @@ int frmAtualiza_Versão::Quantidade_Auditoria() {
     int quantidade = 0;
     if (auditoria.Aberta() && Catálogo::Existe_Tabela(auditoria, "tblManutenção_Banco_de_Dados")) {
         Registros contagem;
-        contagem.Open("Select Count (*) From tblManutenção_Banco_de_Dados", auditoria,
-                      Opção_Abertura::Tabela_Direta);
+        // Rows without a user are the upgrades' own, written before any login: not worth keeping.
+        contagem.Open("Select Count (*) From tblManutenção_Banco_de_Dados Where Usuário Is Not Null",
+                      auditoria, Opção_Abertura::Tabela_Direta);
         if (contagem.Aberto() && !contagem.Eof()) quantidade = contagem.Fields(0).Value().toInt();
         contagem.Reinicia();
     }
