@@ -68,6 +68,19 @@ class Janela_Jogo_Teste : public ::testing::Test {
         }
     }
 
+    // Ten earlier scores, "<data> Antigo i" with i times passo points.
+    static void Preenche_Hall(const QString& data, double passo) {
+        Tabela_Terciária.Reinicia();
+        Abre_Tabela_Terciária("tblPontuação");
+        for (int i = 1; i <= 10; ++i) {
+            Tabela_Terciária.AddNew();
+            Tabela_Terciária.Fields("Jogador").Set_Value(QString("%1 Antigo %2").arg(data).arg(i));
+            Tabela_Terciária.Fields("Pontuação").Set_Value(i * passo);
+            Tabela_Terciária.Update();
+        }
+        Tabela_Terciária.Reinicia();
+    }
+
     static int Linhas(const QString& comando) {
         Tabela_Quaternária.Reinicia();
         Abre_Tabela_Quaternária(comando);
@@ -247,15 +260,7 @@ TEST_F(Janela_Jogo_Teste, TwoCompetitorsPlayUntilBothDropOutAndGoToTheHallOfFame
 
 TEST_F(Janela_Jogo_Teste, TheHallOfFameKeepsTheBestTen) {
     Cadastra_Perguntas(5);
-    Tabela_Terciária.Reinicia();
-    Abre_Tabela_Terciária("tblPontuação");
-    for (int i = 1; i <= 10; ++i) {
-        Tabela_Terciária.AddNew();
-        Tabela_Terciária.Fields("Jogador").Set_Value(QString("01/01/2025 Antigo %1").arg(i));
-        Tabela_Terciária.Fields("Pontuação").Set_Value(i * 5.0);  // 5 to 50
-        Tabela_Terciária.Update();
-    }
-    Tabela_Terciária.Reinicia();
+    Preenche_Hall("01/01/2025", 5);  // 5 to 50
 
     frmJogo janela;
     janela.show();
@@ -279,15 +284,7 @@ TEST_F(Janela_Jogo_Teste, TheHallOfFameKeepsTheBestTen) {
 // The cut keeps scores whatever the names: a trailing blank, an empty name of a surplus competitor.
 TEST_F(Janela_Jogo_Teste, TheCutToTenDeletesTheLowestScoresOnly) {
     Cadastra_Perguntas(5);
-    Tabela_Terciária.Reinicia();
-    Abre_Tabela_Terciária("tblPontuação");
-    for (int i = 1; i <= 10; ++i) {
-        Tabela_Terciária.AddNew();
-        Tabela_Terciária.Fields("Jogador").Set_Value(QString("01/01/2018 Antigo %1").arg(i));
-        Tabela_Terciária.Fields("Pontuação").Set_Value(i * 10.0);  // 10 to 100
-        Tabela_Terciária.Update();
-    }
-    Tabela_Terciária.Reinicia();
+    Preenche_Hall("01/01/2018", 10);  // 10 to 100
 
     frmJogo janela;
     janela.Jogo.Quantidade_Jogadores = 3;
