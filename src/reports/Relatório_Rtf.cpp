@@ -1,0 +1,265 @@
+#include "reports/Relatório_Rtf.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QObject>
+#include <QVariant>
+#include <cmath>
+
+#include "common/Cp1252.h"
+#include "common/Globais.h"
+#include "failure/Mensagens.h"
+#include "failure/Rotina.h"
+#include "platform/Plataforma.h"
+#include "reports/Texto_Relatório.h"
+#include "store/Funções_Banco.h"
+
+namespace {
+const QString Ícone_Impressão = "Impressão.Ico";
+const QString Texto_Aguarde_Visualização =
+    "Relatório GERADO!!!   Aguarde enquanto a VISUALIZAÇÃO do mesmo é carregada...";
+const QString Caracteres_Proibidos = "\\/:*?\"<>|";
+
+// File number 1 of the system: one report open at a time.
+QFile Arquivo_Relatório;
+
+void Escreve_Linha(const QString& linha) {
+    if (!Arquivo_Relatório.isOpen()) {
+        Falha(52, "O nome de arquivo ou seu número é inválido");
+        return;
+    }
+    const QByteArray bytes = Para_Cp1252(linha) + "\r\n";
+    if (Arquivo_Relatório.write(bytes) != bytes.size())
+        Falha(57, "Não foi possível gravar " + Arquivo_Relatório.fileName());
+}
+
+int Tamanho_Fonte_Inteiro() {
+    return static_cast<int>(std::lround(Tamanho_Fonte));
+}
+
+// Half a length taken from a column, rounded down as the columns of all reports are.
+int Menos_Metade(int coluna, qsizetype comprimento) {
+    return static_cast<int>(std::floor(coluna - static_cast<double>(comprimento) / 2.0));
+}
+
+QString Pasta_Relatórios() {
+    return Caminho_Programa() + "/Relatórios";
+}
+
+QString Caminho_Do_Nome(const QString& nome) {
+    return Pasta_Relatórios() + "/" + nome + ".Rtf";
+}
+
+// Digits and capitals drawn from codes below 90, so never a "Z".
+QString Oito_Caracteres() {
+    QString nome;
+    while (nome.size() < 8) {
+        const int código = Sorteia(90);
+        if ((código >= 48 && código <= 57) || (código >= 65 && código <= 90)) nome += QChar(código);
+    }
+    return nome;
+}
+
+// A random name that no file holds yet: seeded once, so that a taken name is followed by a new draw.
+QString Nome_Aleatório_Livre() {
+    Semeia_Gerador();
+    QString nome = Oito_Caracteres();
+    while (QFileInfo::exists(Caminho_Do_Nome(nome))) nome = Oito_Caracteres();
+    return nome;
+}
+
+// The characters no file name may carry on either system the program runs on, and names too long for
+// the file system.
+bool Nome_Aceito(const QString& nome) {
+    for (const QChar c : nome)
+        if (c.unicode() < 32 || Caracteres_Proibidos.contains(c)) return false;
+    return (nome + ".Rtf").toUtf8().size() <= 255;
+}
+
+void Recusa_Nome() {
+    Plataforma& plataforma = Plataforma_Atual();
+    plataforma.Bipe();
+    plataforma.Caixa_Mensagem(
+        "Nome de arquivo inválido!!!\r\rO nome do relatório não pode conter os "
+        "caracteres  \\ / : * ? \" < > |  nem ser longo demais para um nome de arquivo",
+        "Atenção!!!", Ícone_Caixa::Exclamação, Botões_Caixa::Ok);
+}
+
+// A read-only report is kept as the user protected it; so is one the system refuses to remove (still
+// open in a viewer, a folder under that name, a folder that cannot be written).
+bool Exclui_Relatório(const QString& caminho) {
+    if (QFileInfo(caminho).isFile() && !(QFile::permissions(caminho) & QFileDevice::WriteOwner)) return false;
+    return QFile::remove(caminho);
+}
+
+QString Razão_Social_Configurada() {
+    if (!Conexão.Aberta()) return QString();
+    Registros configuração;
+    configuração.Open("tblConfigur", Conexão, Opção_Abertura::Tabela_Direta);
+    QString razão;
+    if (configuração.Aberto() && !configuração.Eof())
+        razão = configuração.Fields("Razão_Social").Value().toString().trimmed();
+    configuração.Reinicia();
+    return razão;
+}
+
+// Organisation, print date and page label, widened in turn by one blank until they hold 130 together.
+QString Cabeçalho_Página() {
+    const QDateTime agora = Plataforma_Atual().Agora();
+    QString esquerda = Razão_Social_Configurada();
+    QString meio =
+        "Impresso em " + agora.toString("dd/MM/yyyy") + ", às " + agora.toString("HH:mm:ss") + " hs";
+    QString direita = "Página: ";
+    int vez = 0;
+    while (esquerda.size() + meio.size() + direita.size() < 130) {
+        if (vez == 0) esquerda += ' ';
+        if (vez == 1) meio += ' ';
+        if (vez == 2) direita.prepend(' ');
+        vez = (vez + 1) % 3;
+    }
+    return esquerda + meio + direita;
+}
+
+void Escreve_Início(const QString& cabeçalho) {
+    const QString fs = QString::number(Tamanho_Fonte_Inteiro());
+    Escreve_Linha(
+        "{\\rtf1\\ansi\\ansicpg1252\\deff0\\deflang1046{\\fonttbl{\\f0\\fnil\\fcharset0 Courier New;}}");
+    const QString cores = Linha_Tabela_Cores(Cor_Destaque);
+    if (!cores.isEmpty()) Escreve_Linha(cores);
+    if (Título_Relatório.isEmpty()) {
+        Escreve_Linha("\\viewkind4\\uc1\\pard\\f0\\fs" + fs);
+    } else {
+        Escreve_Linha("\\viewkind4\\uc1\\pard\\f0\\fs" + fs + "\\i0\\b0 {\\info}{\\header\\fs" + fs + "{" +
+                      cabeçalho + " }{\\chpgn}\\par");
+        Escreve_Linha("\\par");
+        const int recuo = Menos_Metade(Modo_Retrato ? 29 : 37, Título_Relatório.size());
+        Escreve_Linha("\\fs32\\b " + QString(qMax(recuo, 0), ' ') + Título_Relatório + "\\b0\\par");
+        Escreve_Linha("\\fs" + fs + " " + QString(Largura_Relatório, '_') + "\\par");
+        Escreve_Linha("\\par}");
+    }
+    Escreve_Linha(Modo_Retrato
+                      ? "\\paperh17010\\paperw12242\\margl437\\margr437\\margt102\\margb663"
+                      : "\\landscape\\paperh12242\\paperw17010\\margl232\\margr731\\margt936\\margb731");
+}
+}  // namespace
+
+QString Linha_Tabela_Cores(int Cor) {
+    static const char* const Cores[] = {"",
+                                        "\\red0\\green0\\blue255",
+                                        "\\red255\\green0\\blue0",
+                                        "\\red0\\green128\\blue0",
+                                        "\\red128\\green128\\blue0",
+                                        "\\red255\\green0\\blue255",
+                                        "\\red0\\green128\\blue128",
+                                        "\\red128\\green128\\blue128",
+                                        "\\red0\\green255\\blue255",
+                                        "\\red128\\green0\\blue128",
+                                        "\\red255\\green128\\blue255"};
+    if (Cor < 1 || Cor > 10) return QString();
+    return QString("{\\colortbl ;") + Cores[Cor] + ";}";
+}
+
+bool Abre_Arquivo_Rtf(const QString& Nome_Digitado, const std::function<bool()>& Confirma_Exclusão) {
+    Rotina r(Fonte_Funções_Públicas, "Abre_Arquivo_Rtf");
+    // Blanks around a file name only hide it; a name of blanks alone counts as none.
+    QString nome = Nome_Digitado.trimmed();
+    if (!Nome_Aceito(nome)) {
+        Recusa_Nome();
+        return false;
+    }
+    const QString cabeçalho = Cabeçalho_Página();
+    if (nome.isEmpty()) nome = Nome_Aleatório_Livre();
+
+    QString caminho = Caminho_Do_Nome(nome);
+    if (QFileInfo::exists(caminho)) {
+        Exibe_Mensagem(15);
+        if (!Confirma_Exclusão || !Confirma_Exclusão()) return false;
+        // The old report stays where it cannot be removed (error 70): the new one takes another name.
+        if (!Exclui_Relatório(caminho)) caminho = Caminho_Do_Nome(Nome_Aleatório_Livre());
+    }
+
+    // The folder comes with the installation, but a lost one is no reason to refuse the report.
+    QDir().mkpath(Pasta_Relatórios());
+    if (Arquivo_Relatório.isOpen()) Arquivo_Relatório.close();
+    Arquivo_Relatório.setFileName(caminho);
+    if (!Arquivo_Relatório.open(QIODevice::WriteOnly | QIODevice::Append)) {
+        Falha(75, "Não foi possível criar o relatório " + caminho);
+        return false;
+    }
+    Caminho_Relatório = caminho;
+    // Set only now: a refused name must not leave the landscape size to a portrait retry.
+    if (!Modo_Retrato)
+        Tamanho_Fonte = 18;
+    else if (Tamanho_Fonte == 0)
+        Tamanho_Fonte = 14;
+    Saída_Imprime = [](const QString& Texto, int Coluna, bool Quebra_Página) {
+        Imprime(Texto, Coluna, Quebra_Página);
+    };
+    Saída_Direta = [](const QString& Linha) { Escreve_Linha(Linha); };
+
+    Escreve_Início(cabeçalho);
+    Linha_Relatório = QString(Tamanho_Linha_Relatório, ' ');
+    Impressão_Confirmada = true;
+    return true;
+}
+
+void Imprime(const QString& Texto, int Coluna, bool Quebra_Página) {
+    Rotina r(Fonte_Funções_Públicas, "Imprime");
+    Ponteiro_Ocupado cursor(Ícone_Impressão);
+    QString cópia = Texto;
+    cópia.replace('\\', "\\\\");
+    const QString recuo(Coluna > 1 ? Coluna - 1 : 0, ' ');
+    Escreve_Linha(recuo + cópia + (Quebra_Página ? "\\par \\page" : "\\par"));
+    Linha_Relatório = QString(Tamanho_Linha_Relatório, ' ');
+}
+
+void Centraliza_Relatório(const QString& Texto, bool Título) {
+    Rotina r(Fonte_Funções_Públicas, "Centraliza_Relatório");
+    const int meio = !Título ? 66 : (Modo_Retrato ? 30 : 38);
+    const int coluna = Menos_Metade(meio, Texto.trimmed().size());
+    if (Título) Configura_Impressora(true, true, false);
+    Imprime(Texto, coluna, false);
+    if (Título) Configura_Impressora(false, false, false);
+}
+
+void Configura_Impressora(bool Fonte_Grande, bool Negrito, bool Itálico) {
+    Rotina r(Fonte_Funções_Públicas, "Configura_Impressora");
+    const QString tamanho =
+        Fonte_Grande ? QString("\\fs32") : "\\fs" + QString::number(Tamanho_Fonte_Inteiro());
+    Escreve_Linha(tamanho + (Negrito ? "\\b" : "\\b0") + (Itálico ? "\\i" : "\\i0"));
+}
+
+void Destaca_Impressão(bool Encerra) {
+    Rotina r(Fonte_Funções_Públicas, "Destaca_Impressão");
+    if (Cor_Destaque == 0) return;
+    Destaque_Ligado = !Destaque_Ligado;
+    if (Encerra || !Destaque_Ligado) {
+        Escreve_Linha("\\cf0\\b0");
+        if (Encerra) Destaque_Ligado = true;
+    } else {
+        Escreve_Linha("\\cf1\\b1");
+    }
+}
+
+void Fecha_Arquivo_Rtf(QObject* Janela) {
+    Rotina r(Fonte_Funções_Públicas, "Fecha_Arquivo_Rtf");
+    Ponteiro_Ocupado cursor(Ícone_Processamento);
+    Plataforma& plataforma = Plataforma_Atual();
+    const QVariant título_janela = Janela != nullptr ? Janela->property("windowTitle") : QVariant();
+
+    Escreve_Linha("}");
+    Arquivo_Relatório.close();
+    Saída_Imprime = nullptr;
+    Saída_Direta = nullptr;
+
+    if (Janela != nullptr) Janela->setProperty("windowTitle", Texto_Aguarde_Visualização);
+    // The caption is painted before the viewer, which may take long to come up.
+    plataforma.Processa_Eventos();
+    plataforma.Abre_Com_Aplicativo(Caminho_Relatório);
+    if (Janela != nullptr) Janela->setProperty("windowTitle", título_janela);
+
+    Título_Relatório.clear();
+    Tamanho_Fonte = 0;
+    Modo_Retrato = true;
+}
