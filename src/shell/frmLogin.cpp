@@ -21,6 +21,7 @@
 #include "failure/Rotina.h"
 #include "failure/Trata_Erro.h"
 #include "platform/Plataforma.h"
+#include "reports/Relatório_Rtf.h"
 #include "revelations/Revelações.h"
 #include "store/Funções_Banco.h"
 
@@ -92,6 +93,8 @@ void frmLogin::Form_Load() {
     if (!Tabela_Dynaset.Source.isEmpty()) Tabela_Dynaset.Reinicia();
     Repetições_Erro = 0;
     Exibição_Liberada = true;
+    Destaque_Ligado = true;
+    Cor_Destaque = 1;
     Abre_Tabelas();
     // The engine setting that the Windows release imported from Configura_Page_Time_Out.reg has no
     // counterpart here: the store waits for locks by itself, so its absence is not announced.
