@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QObject>
 #include <QVariant>
+#include <algorithm>
 #include <cmath>
 
 #include "common/Cp1252.h"
@@ -204,6 +205,13 @@ bool Abre_Arquivo_Rtf(const QString& Nome_Digitado, const std::function<bool()>&
     return true;
 }
 
+void Preenche_Linha_Relatório(int Coluna, int Tamanho, const QString& Texto) {
+    const int início = Coluna - 1;
+    if (início < 0 || início >= Linha_Relatório.size() || Tamanho <= 0) return;
+    const qsizetype quantos = std::min<qsizetype>({Tamanho, Texto.size(), Linha_Relatório.size() - início});
+    Linha_Relatório.replace(início, quantos, Texto.constData(), quantos);
+}
+
 void Imprime(const QString& Texto, int Coluna, bool Quebra_Página) {
     Rotina r(Fonte_Funções_Públicas, "Imprime");
     Ponteiro_Ocupado cursor(Ícone_Impressão);
@@ -259,6 +267,21 @@ void Fecha_Arquivo_Rtf(QObject* Janela) {
     plataforma.Abre_Com_Aplicativo(Caminho_Relatório);
     if (Janela != nullptr) Janela->setProperty("windowTitle", título_janela);
 
+    Título_Relatório.clear();
+    Tamanho_Fonte = 0;
+    Modo_Retrato = true;
+}
+
+void Descarta_Arquivo_Rtf() {
+    Rotina r(Fonte_Funções_Públicas, "Descarta_Arquivo_Rtf");
+    if (Arquivo_Relatório.isOpen()) {
+        Arquivo_Relatório.close();
+        QFile::remove(Arquivo_Relatório.fileName());
+    }
+    Saída_Imprime = nullptr;
+    Saída_Direta = nullptr;
+    Linha_Relatório = QString(Tamanho_Linha_Relatório, ' ');
+    Impressão_Confirmada = false;
     Título_Relatório.clear();
     Tamanho_Fonte = 0;
     Modo_Retrato = true;

@@ -44,6 +44,10 @@ QString Linha_Tabela_Cores(int Cor);
 // true with the file open, its head written and Impressão_Confirmada set.
 bool Abre_Arquivo_Rtf(const QString& Nome_Digitado, const std::function<bool()>& Confirma_Exclusão);
 
+// Writes Texto over Linha_Relatório from Coluna (1 is the first character), at most Tamanho characters of
+// it: a shorter text leaves the rest of the range as it was, a longer one is cut. The line keeps its length.
+void Preenche_Linha_Relatório(int Coluna, int Tamanho, const QString& Texto);
+
 // One body line: Coluna - 1 blanks, the text with its backslashes doubled, "\par" (or "\par \page").
 // Cleans Linha_Relatório afterwards.
 void Imprime(const QString& Texto, int Coluna, bool Quebra_Página);
@@ -57,3 +61,6 @@ void Destaca_Impressão(bool Encerra);
 // Ends the file and opens it in the desktop's viewer, with a waiting caption on Janela meanwhile. Janela
 // is the report's window (its "windowTitle" property is used, so the writer needs no widgets) or null.
 void Fecha_Arquivo_Rtf(QObject* Janela);
+// Gives up a report left halfway: the file is closed and removed, no viewer is opened, and the report
+// state goes back to where Fecha_Arquivo_Rtf leaves it, with Impressão_Confirmada false.
+void Descarta_Arquivo_Rtf();

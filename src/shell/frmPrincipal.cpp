@@ -29,7 +29,12 @@
 #include "shell/frmSobre.h"
 #include "store/Funções_Banco.h"
 #include "store/schema/frmAtualiza_Versão.h"
+#include "reports/frmImpressão_Log_De_Ocorrências.h"
+#include "reports/frmImpressão_Manutenção_Banco_de_Dados.h"
+#include "reports/Relatório_Rtf.h"
 #include "utilities/Ajuda.h"
+#include "utilities/frmConfiguração.h"
+#include "utilities/frmManutenção_Banco_de_Dados.h"
 
 frmPrincipal::frmPrincipal() {
     setObjectName("frmPrincipal");
@@ -74,6 +79,19 @@ frmPrincipal::frmPrincipal() {
     Form_Load();
 }
 
+namespace {
+// A menu entry that opens its window modally; the handler is named after the entry.
+template <class Janela>
+void Abre_Com(QWidget* principal, QAction* ação) {
+    const QString rotina = ação->objectName() + "_Click";
+    QObject::connect(ação, &QAction::triggered, principal, [principal, rotina] {
+        Rotina r(principal, rotina);
+        Janela janela(principal);
+        Plataforma_Atual().Mostra_Modal(&janela);
+    });
+}
+}  // namespace
+
 QAction* frmPrincipal::Entrada(QMenu* menu, const char* nome, const QString& título) {
     QAction* ação = menu->addAction(título);
     ação->setObjectName(nome);
@@ -85,19 +103,10 @@ void frmPrincipal::Monta_Menu() {
     cadastros->setObjectName("mnuCadastros");
     QMenu* cadastro_cadastro = cadastros->addMenu("&Cadastros");
     cadastro_cadastro->setObjectName("mnuCadastro_Cadastro");
-    QObject::connect(Entrada(cadastro_cadastro, "mnuPerguntas", "&Perguntas"), &QAction::triggered, this,
-                     [this] {
-                         Rotina r(this, "mnuPerguntas_Click");
-                         frmPergunta janela(this);
-                         Plataforma_Atual().Mostra_Modal(&janela);
-                     });
+    Abre_Com<frmPergunta>(this, Entrada(cadastro_cadastro, "mnuPerguntas", "&Perguntas"));
     QAction* novo_jogo = menuBar()->addAction("&Novo Jogo");
     novo_jogo->setObjectName("mnuNovo_Jogo");
-    QObject::connect(novo_jogo, &QAction::triggered, this, [this] {
-        Rotina r(this, "mnuNovo_Jogo_Click");
-        frmInício_Jogo janela(this);
-        Plataforma_Atual().Mostra_Modal(&janela);
-    });
+    Abre_Com<frmInício_Jogo>(this, novo_jogo);
     // A game that ends shows the hall of fame with its ranking.
     frmJogo::Ao_Terminar_Padrão = [](frmJogo& jogo) {
         frmHall hall(&jogo, &jogo.Jogo);
@@ -105,22 +114,26 @@ void frmPrincipal::Monta_Menu() {
     };
     QAction* hall = menuBar()->addAction("&Hall da Fama");
     hall->setObjectName("mnuHall");
-    QObject::connect(hall, &QAction::triggered, this, [this] {
-        Rotina r(this, "mnuHall_Click");
-        frmHall janela(this);
-        Plataforma_Atual().Mostra_Modal(&janela);
-    });
+    Abre_Com<frmHall>(this, hall);
     QAction* sorteio = menuBar()->addAction("Sor&teio");
     sorteio->setObjectName("mnuSorteio");
-    QObject::connect(sorteio, &QAction::triggered, this, [this] {
-        Rotina r(this, "mnuSorteio_Click");
-        frmSorteio janela(this);
-        Plataforma_Atual().Mostra_Modal(&janela);
-    });
+    Abre_Com<frmSorteio>(this, sorteio);
     QMenu* utilitários = menuBar()->addMenu("&Utilitários");
     utilitários->setObjectName("mnuUtilitários");
     QObject::connect(Entrada(utilitários, "mnuBackup", "&Backup de Segurança"), &QAction::triggered, this,
                      [this] { Ajuda(this, "Backup"); });
+    Abre_Com<frmConfiguração>(this, Entrada(utilitários, "mnuConfiguração", "Configuração do &Sistema"));
+    QMenu* cadastro_utilitário = utilitários->addMenu("&Cadastros");
+    cadastro_utilitário->setObjectName("mnuCadastro_Utilitário");
+    Abre_Com<frmManutenção_Banco_de_Dados>(this, Entrada(cadastro_utilitário, "mnuManutenção_Banco_de_Dados",
+                                                         "&Manutenções Efetuadas no Banco de Dados"));
+    QMenu* relatório_utilitário = utilitários->addMenu("&Relatórios");
+    relatório_utilitário->setObjectName("mnuRelatório_Utilitário");
+    Abre_Com<frmImpressão_Log_De_Ocorrências>(
+        this, Entrada(relatório_utilitário, "mnuImpressão_Log_De_Ocorrências", "&Log de Ocorrências"));
+    Abre_Com<frmImpressão_Manutenção_Banco_de_Dados>(
+        this, Entrada(relatório_utilitário, "mnuImpressão_Manutenção_Banco_de_Dados",
+                      "&Manutenções Efetuadas no Banco de Dados"));
     QMenu* ajuda = menuBar()->addMenu("&Ajuda");
     ajuda->setObjectName("mnuAjuda");
     QObject::connect(
@@ -182,11 +195,7 @@ void frmPrincipal::Form_Load() {
     const QString razão = Tabela.Aberto() && !Tabela.Eof()
                               ? Tabela.Fields("Razão_Social").Value().toString().trimmed()
                               : QString();
-    Versão_Sistema = QString("%1.%2.%3 - %4")
-                         .arg(Versão_Maior_Programa)
-                         .arg(Versão_Menor_Programa)
-                         .arg(Versão_Revisão_Programa)
-                         .arg(razão);
+    Versão_Sistema = Monta_Versão_Sistema(razão);
     setWindowTitle(Título_Versão + Versão_Sistema);
     // The background: the first picture of the program's image library.
     const QStringList fundos =
