@@ -124,13 +124,19 @@ void Plataforma_Qt::Processa_Eventos() {
 }
 
 void Plataforma_Qt::Cursor_Ocupado(const QString& arquivo_ícone) {
-    QPixmap imagem(arquivo_ícone);
-    const QCursor cursor = imagem.isNull() ? QCursor(Qt::WaitCursor) : QCursor(imagem, 0, 0);
+    if (Cursor_Trocado && Cursor_Atual == arquivo_ícone) return;
+    auto achado = Cursores.constFind(arquivo_ícone);
+    if (achado == Cursores.constEnd()) {
+        const QPixmap imagem(arquivo_ícone);
+        achado =
+            Cursores.insert(arquivo_ícone, imagem.isNull() ? QCursor(Qt::WaitCursor) : QCursor(imagem, 0, 0));
+    }
     if (Cursor_Trocado)
-        QApplication::changeOverrideCursor(cursor);
+        QApplication::changeOverrideCursor(*achado);
     else
-        QApplication::setOverrideCursor(cursor);
+        QApplication::setOverrideCursor(*achado);
     Cursor_Trocado = true;
+    Cursor_Atual = arquivo_ícone;
 }
 
 void Plataforma_Qt::Cursor_Normal() {

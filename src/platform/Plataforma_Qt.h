@@ -1,4 +1,6 @@
 #pragma once
+#include <QCursor>
+#include <QHash>
 #include <random>
 
 #include "platform/Plataforma.h"
@@ -30,6 +32,9 @@ class Plataforma_Qt : public Plataforma {
     QStringList Argumentos;
     std::mt19937 Gerador;
     bool Cursor_Trocado = false;
+    // Long walks ask for the same busy cursor at every row: each picture is made into a cursor once.
+    QHash<QString, QCursor> Cursores;
+    QString Cursor_Atual;
 };
 
 // A box text keeps CR as its line end; Qt wants LF.
