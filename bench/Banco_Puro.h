@@ -9,7 +9,9 @@
 
 #include "store/Comparação.h"
 #include "store/Funções_Banco.h"
+#include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
+#include "support/Plataforma_Roteirizada.h"
 
 inline sqlite3* Abre_Banco_Puro(const QString& caminho) {
     sqlite3* banco = nullptr;
@@ -60,3 +62,15 @@ inline void Abre_Conexões_Programa() {
     Conexão_Manutenção.Open(Conexão_Auditoria());
     Abre_Tabela_Manutenção("tblManutenção_Banco_de_Dados");
 }
+
+// An installed program whose main database the benchmark filled once, before anything of it was read.
+struct Instalação_Preparada {
+    Pasta_Teste Pasta;
+    Plataforma_Roteirizada Plataforma;
+    explicit Instalação_Preparada(void (*prepara)(sqlite3*)) {
+        Instala_Programa();
+        Reinicia_Estado_Global();
+        Prepara_Banco_Principal(prepara);
+        Plataforma.Caixas.clear();
+    }
+};

@@ -40,25 +40,14 @@ void Prepara_Banco(sqlite3* banco) {
 }
 
 // The table is built once per run: every benchmark here only reads it.
-struct Instalação {
-    Pasta_Teste Pasta;
-    Plataforma_Roteirizada Plataforma;
-    Instalação() {
-        Instala_Programa();
-        Reinicia_Estado_Global();
-        Prepara_Banco_Principal(Prepara_Banco);
-        Plataforma.Caixas.clear();
-    }
-};
-
-Instalação& Instalação_Da_Execução() {
-    static Instalação instalação;
+Instalação_Preparada& Instalação_Da_Execução() {
+    static Instalação_Preparada instalação(Prepara_Banco);
     return instalação;
 }
 
 // As the hall reads its table: opened, put on idxPontuação, walked reading player and points.
 void BM_Caminhada_Pelo_Programa(benchmark::State& estado) {
-    Instalação& instalação = Instalação_Da_Execução();
+    Instalação_Preparada& instalação = Instalação_Da_Execução();
     Abre_Conexões_Programa();
     for (auto _ : estado) {
         Abre_Tabela("tblPontuação");

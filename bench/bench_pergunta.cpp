@@ -65,19 +65,8 @@ void Prepara_Banco(sqlite3* banco) {
 }
 
 // The bank is built once per run: every benchmark here only reads it.
-struct Instalação {
-    Pasta_Teste Pasta;
-    Plataforma_Roteirizada Plataforma;
-    Instalação() {
-        Instala_Programa();
-        Reinicia_Estado_Global();
-        Prepara_Banco_Principal(Prepara_Banco);
-        Plataforma.Caixas.clear();
-    }
-};
-
-Instalação& Instalação_Da_Execução() {
-    static Instalação instalação;
+Instalação_Preparada& Instalação_Da_Execução() {
+    static Instalação_Preparada instalação(Prepara_Banco);
     return instalação;
 }
 
@@ -90,7 +79,7 @@ void Lê_Colunas(sqlite3_stmt* comando) {
 }
 
 void BM_Seek_Pelo_Programa(benchmark::State& estado) {
-    Instalação& instalação = Instalação_Da_Execução();
+    Instalação_Preparada& instalação = Instalação_Da_Execução();
     Abre_Conexões_Programa();
     QVector<QString> chaves;
     for (int k = 0; k < Buscas; ++k) chaves.append(Texto_Pergunta(Número_Da_Busca(k)));
@@ -146,7 +135,7 @@ void BM_Seek_SQLite_Puro(benchmark::State& estado) {
 const QString Fonte_Like = QString("Select * From tblPergunta Where Pergunta Like '%%1%'").arg(Palavra);
 
 void BM_Like_Pelo_Programa(benchmark::State& estado) {
-    Instalação& instalação = Instalação_Da_Execução();
+    Instalação_Preparada& instalação = Instalação_Da_Execução();
     Abre_Conexões_Programa();
     for (auto _ : estado) {
         Abre_Tabela(Fonte_Like);

@@ -220,10 +220,7 @@ void Formulário_Cadastro::Passos_Comuns_Form_Load() {
     Comando_SQL.clear();
     if (Verifica_Direitos) Verifica_Permissão_De_Acesso();
     Finaliza_Transação();
-    if (!Tabela_Dynaset.Source.isEmpty()) {
-        Tabela_Dynaset.Close();
-        Tabela_Dynaset.Source.clear();
-    }
+    Encerra_Resultado_Localizado();
     Exibição_Liberada = true;
     Abre_Tabelas();
     Exibir_Campos();
@@ -362,10 +359,7 @@ void Formulário_Cadastro::cmdOk_Click() {
         }
     }
     // A confirmed or refused write ends the locate filter.
-    if (!Tabela_Dynaset.Source.isEmpty()) {
-        Tabela_Dynaset.Close();
-        Tabela_Dynaset.Source.clear();
-    }
+    Encerra_Resultado_Localizado();
     Exibir_Campos();
     Habilitar_Comandos(this);
     Habilita_Botões_Próprios(true);

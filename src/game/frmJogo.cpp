@@ -231,10 +231,7 @@ void frmJogo::Form_Load() {
     Em_Cadastro = false;
     Comando_SQL.clear();
     Finaliza_Transação();
-    if (!Tabela_Dynaset.Source.isEmpty()) {
-        Tabela_Dynaset.Reinicia();
-        Tabela_Dynaset.Source.clear();
-    }
+    Encerra_Resultado_Localizado();
     Abre_Tabelas();
     const int quantidade = Quantidade_Perguntas();
     // An empty bank reads "0", not a gap where the number belongs.

@@ -139,15 +139,9 @@ void frmImpressão_Manutenção_Banco_de_Dados::Form_Load() {
     Comando_SQL.clear();
     Operação = "Impressão";
     Verifica_Permissão_De_Acesso();
-    if (!Pode_Incluir && !Pode_Alterar && !Pode_Excluir && !Pode_Consultar) {
-        Exibe_Mensagem(4);
-        return;
-    }
+    if (Sem_Direito_Algum()) return;
     Finaliza_Transação();
-    if (!Tabela_Dynaset.Source.isEmpty()) {
-        Tabela_Dynaset.Close();
-        Tabela_Dynaset.Source.clear();
-    }
+    Encerra_Resultado_Localizado();
     Abre_Tabelas();
     lblCampo_de_Consulta->setText(" Data_Manutenção");
     const QDate hoje = Plataforma_Atual().Agora().date();

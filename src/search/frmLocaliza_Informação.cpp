@@ -271,10 +271,7 @@ void frmLocaliza_Informação::Títulos_Iniciais() {
 void frmLocaliza_Informação::Form_Load() {
     Rotina r(this, "Form_Load");
     Nome_Janela = objectName();
-    if (!Tabela_Dynaset.Source.isEmpty()) {
-        Tabela_Dynaset.Close();
-        Tabela_Dynaset.Source.clear();
-    }
+    Encerra_Resultado_Localizado();
     setWindowIcon(QIcon());
     setWindowTitle("Localizar...");
 

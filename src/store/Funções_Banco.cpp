@@ -104,6 +104,12 @@ void Abre_Tabela_Dynaset(const QString& Fonte, const QString& Conexão_Texto) {
     Tabela_Dynaset.Open(Fonte, Conexão_Texto);
 }
 
+void Encerra_Resultado_Localizado() {
+    if (Tabela_Dynaset.Source.isEmpty()) return;
+    Tabela_Dynaset.Close();
+    Tabela_Dynaset.Source.clear();
+}
+
 void Limpa_Cache_Lastrec() {
     Cache_Fonte.clear();
 }

@@ -70,6 +70,8 @@ void Abre_Tabela_Dynaset(const QString& Fonte, const QString& Conexão_Texto);
 
 int Lastrec(const QString& Fonte, Ligação& Conexão_Contagem);
 void Limpa_Cache_Lastrec();
+// Ends the filter of a locate result, as every window does when it loads: Tabela_Dynaset closed, no Source.
+void Encerra_Resultado_Localizado();
 void Reduz_Cache_Lastrec();  // a window's deletion lowers the cached count by one
 // How many count statements Lastrec has sent to the store (for tests of the cache).
 int Consultas_Lastrec();

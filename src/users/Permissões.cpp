@@ -1,6 +1,7 @@
 #include "users/Permissões.h"
 
 #include "common/Globais.h"
+#include "failure/Mensagens.h"
 #include "failure/Rotina.h"
 #include "store/Funções_Banco.h"
 
@@ -67,4 +68,10 @@ void Verifica_Permissão_De_Acesso() {
     Pode_Alterar = Tabela_Secundária.Fields("Permissão_De_Alteração").Value().toBool();
     Pode_Excluir = Tabela_Secundária.Fields("Permissão_De_Exclusão").Value().toBool();
     Pode_Consultar = Tabela_Secundária.Fields("Permissão_De_Consulta").Value().toBool();
+}
+
+bool Sem_Direito_Algum() {
+    if (Pode_Incluir || Pode_Alterar || Pode_Excluir || Pode_Consultar) return false;
+    Exibe_Mensagem(4);
+    return true;
 }

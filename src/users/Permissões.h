@@ -8,3 +8,5 @@ inline const QString Usuário_Supervisor = "Supervisor";
 inline const QString Usuário_Autor = "Ornelio Varga";
 
 void Verifica_Permissão_De_Acesso();
+// After Verifica_Permissão_De_Acesso: with none of the four rights in the window, message 4 and true.
+bool Sem_Direito_Algum();

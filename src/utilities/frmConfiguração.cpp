@@ -98,15 +98,9 @@ void frmConfiguração::Form_Load() {
     Em_Cadastro = false;
     Comando_SQL.clear();
     Verifica_Permissão_De_Acesso();
-    if (!Pode_Incluir && !Pode_Alterar && !Pode_Excluir && !Pode_Consultar) {
-        Exibe_Mensagem(4);
-        return;
-    }
+    if (Sem_Direito_Algum()) return;
     Finaliza_Transação();
-    if (!Tabela_Dynaset.Source.isEmpty()) {
-        Tabela_Dynaset.Close();
-        Tabela_Dynaset.Source.clear();
-    }
+    Encerra_Resultado_Localizado();
     Abre_Tabelas();
     // The lock is held for the window's whole life: the transaction ends only at Sair.
     Inicia_Transação();

@@ -214,10 +214,7 @@ void frmManutenção_Banco_de_Dados::cmdOk_Click() {
     }
     Mostra_Modo_Exclusão(false);
     if (Lastrec(Tabela.Source, Conexão) != 0) Tabela.MoveFirst();
-    if (!Tabela_Dynaset.Source.isEmpty()) {
-        Tabela_Dynaset.Close();
-        Tabela_Dynaset.Source.clear();
-    }
+    Encerra_Resultado_Localizado();
     Exibir_Campos();
 }
 
@@ -231,10 +228,7 @@ void frmManutenção_Banco_de_Dados::Volta_Conexão_Principal() {
     Em_Cadastro = false;
     if (!Conexão_Na_Auditoria) return;
     Conexão_Na_Auditoria = false;
-    if (!Tabela_Dynaset.Source.isEmpty()) {
-        Tabela_Dynaset.Close();
-        Tabela_Dynaset.Source.clear();
-    }
+    Encerra_Resultado_Localizado();
     Reaponta_Conexão(Conexão, Conexão_Principal());
     // The criteria were opened on Conexão as it stood on the main database: the locate dialog reads them.
     Tabela_Critério_de_Consulta.Reinicia();
