@@ -32,6 +32,7 @@
 #include "reports/frmImpressão_Log_De_Ocorrências.h"
 #include "reports/frmImpressão_Manutenção_Banco_de_Dados.h"
 #include "reports/Relatório_Rtf.h"
+#include "search/frmCritério_de_Consulta.h"
 #include "utilities/Ajuda.h"
 #include "utilities/frmConfiguração.h"
 #include "utilities/frmManutenção_Banco_de_Dados.h"
@@ -125,6 +126,8 @@ void frmPrincipal::Monta_Menu() {
     Abre_Com<frmConfiguração>(this, Entrada(utilitários, "mnuConfiguração", "Configuração do &Sistema"));
     QMenu* cadastro_utilitário = utilitários->addMenu("&Cadastros");
     cadastro_utilitário->setObjectName("mnuCadastro_Utilitário");
+    Abre_Com<frmCritério_de_Consulta>(
+        this, Entrada(cadastro_utilitário, "mnuCritério_de_Consulta", "&Critérios de Consulta"));
     Abre_Com<frmManutenção_Banco_de_Dados>(this, Entrada(cadastro_utilitário, "mnuManutenção_Banco_de_Dados",
                                                          "&Manutenções Efetuadas no Banco de Dados"));
     QMenu* relatório_utilitário = utilitários->addMenu("&Relatórios");
