@@ -83,7 +83,18 @@ void Formulário::keyPressEvent(QKeyEvent* evento) {
         }
         return;
     }
-    if (evento->key() == Qt::Key_Escape) return;  // windows leave by their own buttons
+    // Escape does what the window's own way back does: Cancelar during an edit, else Sair; nothing in a
+    // window that has neither enabled (it is never a bare close that would skip their steps).
+    if (evento->key() == Qt::Key_Escape) {
+        for (const char* nome : {"cmdCancelar", "cmdSair"}) {
+            auto* botão = findChild<QPushButton*>(nome);
+            if (botão != nullptr && botão->isEnabled() && botão->isVisibleTo(this)) {
+                botão->click();
+                return;
+            }
+        }
+        return;
+    }
     QDialog::keyPressEvent(evento);
 }
 

@@ -445,3 +445,19 @@ TEST_F(Cadastro_Pergunta_Teste, AnAlterationStartsFromTheRowAsAnotherWorkstation
     EXPECT_TRUE(Plataforma.Caixas.isEmpty());
     janela.cmdCancelar_Click();
 }
+
+// Escape takes the window's own way back: Cancelar during an edit, Sair in "Consulta".
+TEST_F(Cadastro_Pergunta_Teste, EscapeCancelsAnEditAndLeavesFromConsulta) {
+    Cadastra_Perguntas(2);
+    frmPergunta janela;
+    Ativa(janela);
+    janela.cmdAlteração_Click();
+    ASSERT_EQ(Operação, "Alteração");
+    QTest::keyClick(janela.txtResposta_Correta, Qt::Key_Escape);
+    EXPECT_EQ(Operação, "Consulta");
+    EXPECT_FALSE(Transação_Aberta());
+    EXPECT_TRUE(janela.isVisible());
+    QTest::keyClick(janela.txtResposta_Correta, Qt::Key_Escape);
+    EXPECT_FALSE(janela.isVisible());
+    EXPECT_FALSE(Em_Cadastro);
+}

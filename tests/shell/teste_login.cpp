@@ -195,3 +195,14 @@ TEST_F(Login_Teste, LeavingTheUserListEmptyShowsMessage3AndKeepsTheFocus) {
     EXPECT_TRUE(janela.cmdOk->isEnabled());
     janela.hide();
 }
+
+// Escape in the exit dialog is its Cancelar, never its Sair: the program goes on.
+TEST_F(Login_Teste, EscapeInTheExitDialogCancels) {
+    frmSair sair;
+    sair.show();
+    QApplication::setActiveWindow(&sair);
+    Inicia_Transação();
+    EXPECT_NO_THROW(QTest::keyClick(&sair, Qt::Key_Escape));
+    EXPECT_EQ(Estado_Transação, "Finalizou Transação");
+    EXPECT_FALSE(sair.isVisible());
+}
