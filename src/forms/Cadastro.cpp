@@ -230,7 +230,8 @@ QString Formulário_Cadastro::Legenda_Registro() const {
     const int código = Tabela.Fields(Campo_Código).Value().toInt();
     const QString número =
         código == 0 ? QString() : QLocale(QLocale::Portuguese, QLocale::Brazil).toString(código);
-    return Operação + Frase_Registro + número;
+    const bool exclusão = Operação == "Exclusão" && !Frase_Exclusão.isEmpty();
+    return Operação + (exclusão ? Frase_Exclusão : Frase_Registro) + número;
 }
 
 void Formulário_Cadastro::Exibir_Campos() {

@@ -85,6 +85,7 @@ class Formulário_Cadastro : public Formulário {
     QWidget* Área_Campos;
     QString Campo_Código;      // "Código_Pergunta"
     QString Frase_Registro;    // " da Pergunta "
+    QString Frase_Exclusão;    // the caption's phrase during an exclusion, when it differs
     QString Frase_Inclusão;    // " de Perguntas"
     QString Palavra_Registro;  // "Pergunta", for the hint of an empty table
     bool Palavra_Masculina = false;

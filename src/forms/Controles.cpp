@@ -236,12 +236,27 @@ void Grade_Flex::Set_CellBackColor(const QColor& cor) {
     Célula(Linha_Atual, Coluna_Atual)->setBackground(cor);
 }
 
+QColor Grade_Flex::CellForeColor() const {
+    const QTableWidgetItem* célula = item(Linha_Atual, Coluna_Atual);
+    return célula && célula->foreground().style() != Qt::NoBrush ? célula->foreground().color()
+                                                                   : palette().text().color();
+}
+
+void Grade_Flex::Set_CellForeColor(const QColor& cor) {
+    if (Linha_Atual <= 0 || Linha_Atual >= rowCount() || Coluna_Atual < 0 || Coluna_Atual >= columnCount())
+        return;
+    Célula(Linha_Atual, Coluna_Atual)->setForeground(cor);
+}
+
 void Grade_Flex::Clear() {
     for (int l = 0; l < rowCount(); ++l)
         for (int c = 0; c < columnCount(); ++c)
             if (QTableWidgetItem* célula = item(l, c)) {
                 célula->setText(QString());
-                if (l > 0) célula->setBackground(QBrush());
+                if (l > 0) {
+                    célula->setBackground(QBrush());
+                    célula->setForeground(QBrush());
+                }
             }
 }
 

@@ -77,6 +77,9 @@ class Grade_Flex : public QTableWidget {
     void Set_FormatString(const QString& formato);
     QColor CellBackColor() const;
     void Set_CellBackColor(const QColor& cor);
+    // The colour of the current cell's text.
+    QColor CellForeColor() const;
+    void Set_CellForeColor(const QColor& cor);
     // Empties the text of every cell, headings included, and the colours.
     void Clear();
 

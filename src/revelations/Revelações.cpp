@@ -27,6 +27,44 @@ QString Linhas_Justificadas(QString acumulado) {
 }
 }  // namespace
 
+bool Palavra_Chave_Confere(const QString& Palavra_Chave, const QString& Procurado) {
+    const int p = Palavra_Chave.indexOf(Procurado, 0, Qt::CaseInsensitive);
+    if (p < 0 || Procurado.isEmpty()) return false;
+    const int depois = p + static_cast<int>(Procurado.size());
+    const bool fim = depois >= Palavra_Chave.size() || Palavra_Chave[depois] == ',';
+    if (p == 0) return fim;
+    return Palavra_Chave[p - 1] == ' ' && fim;
+}
+
+bool Lê_Linhas_Citação(const QString& arquivo, QStringList& linhas) {
+    linhas.clear();
+    QFile f(arquivo);
+    if (!f.open(QIODevice::ReadOnly)) return false;
+    QString texto = De_Cp1252(f.readAll());
+    texto.replace("\r\n", "\n").replace('\r', '\n');
+    linhas = texto.split('\n');
+    // The line end of the last line opens no further line.
+    if (!linhas.isEmpty() && linhas.last().isEmpty()) linhas.removeLast();
+    return true;
+}
+
+QString Início_Citação(const QString& arquivo) {
+    QStringList linhas;
+    Lê_Linhas_Citação(arquivo, linhas);
+    QString início;
+    for (const QString& linha : linhas) {
+        if (início.size() >= 110) break;
+        início += linha + " ";
+    }
+    return início;
+}
+
+bool Citação_Contém(const QString& arquivo, const QString& Procurado) {
+    QStringList linhas;
+    if (!Lê_Linhas_Citação(arquivo, linhas)) return false;
+    return linhas.join(' ').contains(Procurado, Qt::CaseInsensitive);
+}
+
 bool Painel_Revelações_Vazio() {
     return Painel_Revelações == nullptr || Painel_Revelações->toPlainText().isEmpty();
 }

@@ -19,6 +19,9 @@
 #include "failure/Trata_Erro.h"
 #include "platform/Plataforma.h"
 #include "revelations/Revelações.h"
+#include "activities/frmDinâmica.h"
+#include "activities/frmImpressão_Dinâmica.h"
+#include "revelations/frmRevelações_De_Deus.h"
 #include "game/frmHall.h"
 #include "game/frmInício_Jogo.h"
 #include "game/frmJogo.h"
@@ -104,7 +107,11 @@ void frmPrincipal::Monta_Menu() {
     cadastros->setObjectName("mnuCadastros");
     QMenu* cadastro_cadastro = cadastros->addMenu("&Cadastros");
     cadastro_cadastro->setObjectName("mnuCadastro_Cadastro");
+    Abre_Com<frmDinâmica>(this, Entrada(cadastro_cadastro, "mnuDinâmica", "&Dinâmicas"));
     Abre_Com<frmPergunta>(this, Entrada(cadastro_cadastro, "mnuPerguntas", "&Perguntas"));
+    QMenu* relatório_cadastro = cadastros->addMenu("&Relatórios");
+    relatório_cadastro->setObjectName("mnuRelatório_Cadastro");
+    Abre_Com<frmImpressão_Dinâmica>(this, Entrada(relatório_cadastro, "mnuImpressão_Dinâmica", "&Dinâmicas"));
     QAction* novo_jogo = menuBar()->addAction("&Novo Jogo");
     novo_jogo->setObjectName("mnuNovo_Jogo");
     Abre_Com<frmInício_Jogo>(this, novo_jogo);
@@ -137,6 +144,9 @@ void frmPrincipal::Monta_Menu() {
     Abre_Com<frmImpressão_Manutenção_Banco_de_Dados>(
         this, Entrada(relatório_utilitário, "mnuImpressão_Manutenção_Banco_de_Dados",
                       "&Manutenções Efetuadas no Banco de Dados"));
+    QAction* revelação = menuBar()->addAction("Revelações de &Deus");
+    revelação->setObjectName("mnuRevelação_De_Deus");
+    Abre_Com<frmRevelações_De_Deus>(this, revelação);
     QMenu* ajuda = menuBar()->addMenu("&Ajuda");
     ajuda->setObjectName("mnuAjuda");
     QObject::connect(
