@@ -44,12 +44,8 @@ frmRevelações_De_Deus::frmRevelações_De_Deus(QWidget* pai) : Formulário("fr
     auto* opções = new QHBoxLayout;
     for (int i = 0; i < 2; ++i) {
         optPesquisa[i]->setObjectName(QString("optPesquisa_%1").arg(i));
-        // Each option sets the other off, also when they stand apart from a shared parent's group.
-        optPesquisa[i]->setAutoExclusive(false);
-        QObject::connect(optPesquisa[i], &QRadioButton::clicked, this, [this, i] {
-            optPesquisa[i]->setChecked(true);
-            optPesquisa[1 - i]->setChecked(false);
-        });
+        optPesquisa[i]->setAccessibleName(optPesquisa[i]->text().remove('&'));
+        // Both stand in the same frame, so choosing one sets the other off.
         opções->addWidget(optPesquisa[i]);
     }
     opções->addStretch();
@@ -87,6 +83,8 @@ frmRevelações_De_Deus::frmRevelações_De_Deus(QWidget* pai) : Formulário("fr
     flxRevelações_de_Deus->setWordWrap(false);
     flxRevelações_de_Deus->Set_Cols(2);
     flxRevelações_de_Deus->Set_Rows(Linhas_Grade_Inicial);
+    // The beginnings take the grid's whole width; the code beside them stays hidden.
+    flxRevelações_de_Deus->horizontalHeader()->setStretchLastSection(true);
     flxRevelações_de_Deus->Ao_Clicar = [this] { flxRevelações_De_Deus_SelChange(); };
 
     auto* layout = new QVBoxLayout(this);
@@ -97,6 +95,8 @@ frmRevelações_De_Deus::frmRevelações_De_Deus(QWidget* pai) : Formulário("fr
 
     Instala_Validate(txtPesquisa, [this](bool& Cancel) { txtPesquisa_Validate(Cancel); });
     Define_CausesValidation(cmdSair, false);
+    // Picking a citation found is no new search: the text box's check is not run for it.
+    Define_CausesValidation(flxRevelações_de_Deus, false);
     QObject::connect(cmdOk, &QPushButton::clicked, this, [this] { cmdOk_Click(); });
     QObject::connect(cmdSair, &QPushButton::clicked, this, [this] { cmdSair_Click(); });
     // The close box leaves as Sair does, and stops a running search on the way.
@@ -247,6 +247,8 @@ void frmRevelações_De_Deus::flxRevelações_De_Deus_SelChange() {
     Plataforma_Atual().Abre_Com_Aplicativo(Caminho_Citação(número));
     grade->Set_Col(0);
     grade->Set_CellForeColor(Azul);
+    // Without the selection's highlight the blue of the opened citation shows at once.
+    grade->clearSelection();
     if (número >= 0 && número < static_cast<int>(Revelação_Mostrada.size())) Revelação_Mostrada[número] = true;
 }
 
