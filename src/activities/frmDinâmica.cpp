@@ -185,7 +185,8 @@ void frmDinâmica::Mostra_Registro() {
     txtDinâmica->setText(Tabela.Fields("Dinâmica").Value().toString().trimmed());
     txtMateriais->setPlainText(Para_Caixa(Tabela.Fields("Materiais").Value().toString().trimmed()));
     txtInstruções->setPlainText(Para_Caixa(Tabela.Fields("Instruções").Value().toString().trimmed()));
-    optTipo_Dinâmica[Índice_Tipo_Dinâmica(Tabela.Fields("Tipo_Dinâmica").Value().toString())]->setChecked(true);
+    optTipo_Dinâmica[Índice_Tipo_Dinâmica(Tabela.Fields("Tipo_Dinâmica").Value().toString())]->setChecked(
+        true);
     // The date is held as text in the short form.
     const QString data = Tabela.Fields("Data_Última_Realização").Value().toString().trimmed();
     const QDate dia = QDate::fromString(data, "dd/MM/yyyy");
@@ -247,8 +248,8 @@ void frmDinâmica::cmdImpressão_Click() {
     Imprime("", 0, false);
     Imprime_Parágrafo("MATERIAIS NECESSÁRIOS: " + Tabela.Fields("Materiais").Value().toString());
     Imprime("", 0, false);
-    Imprime("TIPO DA DINÂMICA ....: " + Texto_Tipo_Ficha(Tabela.Fields("Tipo_Dinâmica").Value().toString()), 0,
-            false);
+    Imprime("TIPO DA DINÂMICA ....: " + Texto_Tipo_Ficha(Tabela.Fields("Tipo_Dinâmica").Value().toString()),
+            0, false);
     Imprime("", 0, false);
     Centraliza_Relatório("INSTRUÇÕES:", false);
 

@@ -30,7 +30,8 @@ const std::array<QString, 5> Rótulos_Totais = {
 
 frmImpressão_Dinâmica::frmImpressão_Dinâmica(QWidget* pai) : Formulário("frmImpressão_Dinâmica", pai) {
     Tópico_Ajuda = "Impressão das Dinâmicas";
-    Label1 = Rótulo("Label1", "Relação de todas as dinâmicas cadastradas, com os totais por forma de realizá-las.");
+    Label1 = Rótulo("Label1",
+                    "Relação de todas as dinâmicas cadastradas, com os totais por forma de realizá-las.");
     Label1->setWordWrap(true);
     pgbBarra_De_Progresso = new QProgressBar(this);
     pgbBarra_De_Progresso->setObjectName("pgbBarra_De_Progresso");

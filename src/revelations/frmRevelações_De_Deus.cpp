@@ -128,8 +128,9 @@ void frmRevelações_De_Deus::Form_Load() {
     // The maker's own account also sees how many citations are short.
     if (Usuário_Atual == Usuário_Autor) {
         const double parte = todas == 0 ? 0.0 : 100.0 * pequenas / todas;
-        título += QString(34, ' ') + "Quantidade de Citações com Texto Pequeno: " +
-                  Formata_Expressão(pequenas, 4, 0, false) + " (" + Formata_Expressão(parte, 6, 2, false) + "%)";
+        título += QString(34, ' ') +
+                  "Quantidade de Citações com Texto Pequeno: " + Formata_Expressão(pequenas, 4, 0, false) +
+                  " (" + Formata_Expressão(parte, 6, 2, false) + "%)";
     }
     flxRevelações_de_Deus->Set_FormatString(título.leftJustified(Largura_Título));
     flxRevelações_de_Deus->setColumnHidden(1, true);
@@ -196,7 +197,8 @@ void frmRevelações_De_Deus::cmdOk_Click() {
             const int número = Tabela.Fields("Código_Revelação_de_Deus").Value().toInt();
             const bool mostrada = número >= 0 && número < static_cast<int>(Revelação_Mostrada.size()) &&
                                   Revelação_Mostrada[número];
-            if (Palavra_Chave_Confere(Tabela.Fields("Palavra_Chave").Value().toString(), procurado) && !mostrada)
+            if (Palavra_Chave_Confere(Tabela.Fields("Palavra_Chave").Value().toString(), procurado) &&
+                !mostrada)
                 Mostra_Citação(Tabela.Fields("Código_Revelação").Value(), número);
             Tabela.MoveNext();
             plataforma.Processa_Eventos();
@@ -223,7 +225,8 @@ void frmRevelações_De_Deus::cmdOk_Click() {
 
     if (Linha_Grade == 0)
         grade->Set_TextMatrix(1, 0,
-                              "Expressão \"" + QLocale(QLocale::Portuguese, QLocale::Brazil).toUpper(procurado) +
+                              "Expressão \"" +
+                                  QLocale(QLocale::Portuguese, QLocale::Brazil).toUpper(procurado) +
                                   "\" não encontrada entre as Revelações de Deus...");
     Monta_Flex_Grid(grade);
 }
@@ -249,7 +252,8 @@ void frmRevelações_De_Deus::flxRevelações_De_Deus_SelChange() {
     grade->Set_CellForeColor(Azul);
     // Without the selection's highlight the blue of the opened citation shows at once.
     grade->clearSelection();
-    if (número >= 0 && número < static_cast<int>(Revelação_Mostrada.size())) Revelação_Mostrada[número] = true;
+    if (número >= 0 && número < static_cast<int>(Revelação_Mostrada.size()))
+        Revelação_Mostrada[número] = true;
 }
 
 void frmRevelações_De_Deus::cmdSair_Click() {

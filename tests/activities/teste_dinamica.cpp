@@ -58,7 +58,8 @@ class Dinamica : public ::testing::Test {
     static void Cadastra(const QString& nome, const QString& tipo, const QString& materiais,
                          const QString& instruções, const QString& data = QString()) {
         Conexão.Execute(
-            "Insert Into tblDinâmica (Dinâmica, Materiais, Instruções, Tipo_Dinâmica, Data_Última_Realização) "
+            "Insert Into tblDinâmica (Dinâmica, Materiais, Instruções, Tipo_Dinâmica, "
+            "Data_Última_Realização) "
             "Values (" +
             Valor_Texto_SQL(nome) + ", " + Valor_Texto_SQL(materiais) + ", " + Valor_Texto_SQL(instruções) +
             ", " + Valor_Texto_SQL(tipo) + ", " + (data.isNull() ? QString("Null") : Valor_Texto_SQL(data)) +
@@ -87,7 +88,9 @@ class Dinamica : public ::testing::Test {
         return fim_cabeça < 0 ? QStringList() : texto.mid(fim_cabeça + 2).split("\r\n");
     }
 
-    static QString Campo(const char* nome) { return Tabela.Fields(QString::fromUtf8(nome)).Value().toString(); }
+    static QString Campo(const char* nome) {
+        return Tabela.Fields(QString::fromUtf8(nome)).Value().toString();
+    }
 };
 }  // namespace
 
@@ -255,7 +258,8 @@ TEST_F(Dinamica, TheListingRunsInNameOrderCutsMaterialsAt47LeavesANullDateBlankA
     EXPECT_EQ(Plataforma.Abertos, QStringList{Listagem()});
     EXPECT_EQ(janela.pgbBarra_De_Progresso->value(), 4);
 
-    auto linha = [](const QString& nome, const QString& forma, const QString& data, const QString& materiais) {
+    auto linha = [](const QString& nome, const QString& forma, const QString& data,
+                    const QString& materiais) {
         QString l = QString(137, ' ');
         l.replace(0, nome.size(), nome);
         l.replace(53, forma.size(), forma);
@@ -263,33 +267,35 @@ TEST_F(Dinamica, TheListingRunsInNameOrderCutsMaterialsAt47LeavesANullDateBlankA
         l.replace(86, materiais.size(), materiais);
         return l + "\\par";
     };
-    auto total = [](const QString& rótulo, int n) { return Linha(rótulo + QString::number(n).rightJustified(6)); };
-    const QStringList esperado = {
-        Linha("DINÂMICA " + QString(40, '.') + ":  FORMA DE REALIZÁ-LA:  REALIZADA:  "
-              "MATERIAIS NECESSÁRIOS ........................:"),
-        "\\cf0\\b0",
-        linha("Abraço", "Em salão fechado", "", ""),
-        "\\cf1\\b1",
-        linha("Jovens", "Em programa J.A.", "", "Violão"),
-        "\\cf0\\b0",
-        linha("Meio", " Como meditação", "14/03/2019", "Cartolina"),
-        "\\cf1\\b1",
-        linha("Zebra", "   Ao ar livre", "01/02/2019", longo.left(47)),
-        "\\cf0\\b0",
-        "\\par",
-        "\\fs14\\b\\i0",
-        total("QUANTIDADE TOTAL DE DINÂMICAS .........:", 4),
-        "\\par",
-        total("QUANTIDADE DE DINÂMICAS \"AO AR LIVRE\" .:", 1),
-        "\\par",
-        total("QUANTDADE DE DINÂMICAS \"SALÃO FECHADO\" :", 1),
-        "\\par",
-        total("QUANTIDADE DE DINÂMICAS \"PROGRAMA J.A.\":", 1),
-        "\\par",
-        total("QUANTIDADE DE \"MEDITAÇÕES\" ............:", 1),
-        "\\fs14\\b0\\i0",
-        "}",
-        ""};
+    auto total = [](const QString& rótulo, int n) {
+        return Linha(rótulo + QString::number(n).rightJustified(6));
+    };
+    const QStringList esperado = {Linha("DINÂMICA " + QString(40, '.') +
+                                        ":  FORMA DE REALIZÁ-LA:  REALIZADA:  "
+                                        "MATERIAIS NECESSÁRIOS ........................:"),
+                                  "\\cf0\\b0",
+                                  linha("Abraço", "Em salão fechado", "", ""),
+                                  "\\cf1\\b1",
+                                  linha("Jovens", "Em programa J.A.", "", "Violão"),
+                                  "\\cf0\\b0",
+                                  linha("Meio", " Como meditação", "14/03/2019", "Cartolina"),
+                                  "\\cf1\\b1",
+                                  linha("Zebra", "   Ao ar livre", "01/02/2019", longo.left(47)),
+                                  "\\cf0\\b0",
+                                  "\\par",
+                                  "\\fs14\\b\\i0",
+                                  total("QUANTIDADE TOTAL DE DINÂMICAS .........:", 4),
+                                  "\\par",
+                                  total("QUANTIDADE DE DINÂMICAS \"AO AR LIVRE\" .:", 1),
+                                  "\\par",
+                                  total("QUANTDADE DE DINÂMICAS \"SALÃO FECHADO\" :", 1),
+                                  "\\par",
+                                  total("QUANTIDADE DE DINÂMICAS \"PROGRAMA J.A.\":", 1),
+                                  "\\par",
+                                  total("QUANTIDADE DE \"MEDITAÇÕES\" ............:", 1),
+                                  "\\fs14\\b0\\i0",
+                                  "}",
+                                  ""};
     // The break inside the materials goes into the line as it is, so the file splits it there.
     EXPECT_EQ(Corpo(Listagem()).join("\r\n"), esperado.join("\r\n"));
 }
@@ -388,7 +394,8 @@ TEST_F(Dinamica, TheExportRebuildsOnlyItsTableInTheScratchDatabaseNumberedAnewWi
                       cópia.Fields("Instruções").Value().toString() + "|" +
                       cópia.Fields("Data_Última_Realização").Value().toString() + "|" +
                       cópia.Fields("Tipo_Dinâmica").Value().toString();
-    EXPECT_EQ(linhas, (QStringList{"1|Abraço||Abraçar.||Salão", "2|Zebra|Bola|Correr.\r\nParar.|01/02/2019|Ar Livre"}));
+    EXPECT_EQ(linhas, (QStringList{"1|Abraço||Abraçar.||Salão",
+                                   "2|Zebra|Bola|Correr.\r\nParar.|01/02/2019|Ar Livre"}));
     cópia.Close();
     rascunho.Close();
 }

@@ -3,6 +3,7 @@
 // back, and Sair in the middle of a search.
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
@@ -42,10 +43,11 @@ class Revelacoes : public ::testing::Test {
 
     // A row of tblRevelação and, unless the text is null, its file in the program's code page.
     static void Cita(int número, const QString& palavras, const QString& texto, int linhas = 10) {
-        Conexão.Execute("Insert Into tblRevelação (Código_Revelação_de_Deus, Palavra_Chave, Quantidade_Linhas) "
-                        "Values (" +
-                        QString::number(número) + ", " + Valor_Texto_SQL(palavras) + ", " +
-                        QString::number(linhas) + ")");
+        Conexão.Execute(
+            "Insert Into tblRevelação (Código_Revelação_de_Deus, Palavra_Chave, Quantidade_Linhas) "
+            "Values (" +
+            QString::number(número) + ", " + Valor_Texto_SQL(palavras) + ", " + QString::number(linhas) +
+            ")");
         if (!texto.isNull()) Escreve(número, texto);
         Limpa_Cache_Lastrec();
     }
@@ -99,7 +101,8 @@ TEST_F(Revelacoes, AnOpenedCitationLeavesLaterSubjectSearchesButNotTextSearchesA
     Cita(5, "paz", "Paz e FÉ.\r\n");
     Cita(6, "fé", QString());  // listed, but its file is missing
     frmRevelações_De_Deus janela;
-    EXPECT_EQ(janela.flxRevelações_de_Deus->TextMatrix(0, 0), QString("Revelação de Deus").leftJustified(107));
+    EXPECT_EQ(janela.flxRevelações_de_Deus->TextMatrix(0, 0),
+              QString("Revelação de Deus").leftJustified(107));
 
     Pesquisa(janela, 0, "  FÉ ");
     EXPECT_EQ(Achadas(janela), (QStringList{"A fé move montanhas. ", "Esperai no Senhor. ", ""}));
@@ -128,6 +131,26 @@ TEST_F(Revelacoes, AnOpenedCitationLeavesLaterSubjectSearchesButNotTextSearchesA
     frmRevelações_De_Deus outra;
     Pesquisa(outra, 0, "fé");
     EXPECT_EQ(outra.Linha_Grade, 3);
+}
+
+TEST_F(Revelacoes, PickingACitationFromTheTextBoxIsNoNewSearchAndLeavesItsRowAsFound) {
+    Cita(2, "fé", "A fé move montanhas.\r\n");
+    frmRevelações_De_Deus janela;
+    janela.show();
+    Pesquisa(janela, 0, "fé");
+    janela.txtPesquisa->setFocus();
+    QApplication::processEvents();
+    janela.flxRevelações_de_Deus->setFocus();
+    QApplication::processEvents();
+    EXPECT_EQ(janela.flxRevelações_de_Deus->TextMatrix(1, 0), "A fé move montanhas. ");
+    Seleciona(janela, 1);
+    EXPECT_TRUE(janela.flxRevelações_de_Deus->selectedItems().isEmpty());
+    // Leaving the text box for OK does announce the search.
+    janela.txtPesquisa->setFocus();
+    QApplication::processEvents();
+    janela.cmdOk->setFocus();
+    QApplication::processEvents();
+    EXPECT_EQ(janela.flxRevelações_de_Deus->TextMatrix(1, 0), "Efetuando pesquisa no banco de dados...");
 }
 
 TEST_F(Revelacoes, NothingFoundSaysTheTrimmedTextInCapitalsAndItsRowOpensNothing) {
@@ -207,17 +230,18 @@ TEST_F(Revelacoes, TheMakersAccountSeesTheShareOfShortCitationsInTheHeading) {
     Cita(4, "c", "C.\r\n", 5);
     Usuário_Atual = Usuário_Autor;
     frmRevelações_De_Deus janela;
-    const QString esperado = "Revelação de Deus" + QString(34, ' ') +
-                             "Quantidade de Citações com Texto Pequeno:    2 ( 66,67%)";
+    const QString esperado =
+        "Revelação de Deus" + QString(34, ' ') + "Quantidade de Citações com Texto Pequeno:    2 ( 66,67%)";
     EXPECT_EQ(janela.flxRevelações_de_Deus->TextMatrix(0, 0), esperado.leftJustified(107));
 }
 
 TEST_F(Revelacoes, TenThousandCitationsInTheTextSearch) {
     Conexão.Execute("Begin");
     for (int n = 1; n <= 10000; ++n)
-        Conexão.Execute("Insert Into tblRevelação (Código_Revelação_de_Deus, Palavra_Chave, Quantidade_Linhas) "
-                        "Values (" +
-                        QString::number(n) + ", 'paz', 3)");
+        Conexão.Execute(
+            "Insert Into tblRevelação (Código_Revelação_de_Deus, Palavra_Chave, Quantidade_Linhas) "
+            "Values (" +
+            QString::number(n) + ", 'paz', 3)");
     Conexão.Execute("Commit");
     Limpa_Cache_Lastrec();
     for (int n = 1; n <= 9999; ++n) Escreve(n, "Bem-aventurados os pacificadores.\r\n");
