@@ -135,6 +135,7 @@ namespace {
 // A walk holds a few pages of row ids around the current row; a page is one look-up in the index.
 constexpr int Linhas_Por_Página = 64;
 constexpr int Páginas_Na_Janela = 3;
+constexpr int Linhas_Primeira_Página = 4;
 
 // A value of the order as read, kept as the store gave it so that it binds back unchanged.
 QVariant Valor_Chave(sqlite3_stmt* comando, int coluna) {
@@ -460,7 +461,8 @@ bool Registros::Entrada_Da_Linha(qint64 id, bool filtrada, Entrada& entrada, std
 bool Registros::Passo(bool adiante, std::source_location onde) {
     constexpr int máximo_janela = Linhas_Por_Página * Páginas_Na_Janela;
     if (Janela.isEmpty()) {
-        QVector<Entrada> página = Busca_Página(nullptr, adiante, Linhas_Por_Página, onde);
+        // Opening reads mostly one row: the first page is short, the next ones full.
+        QVector<Entrada> página = Busca_Página(nullptr, adiante, Linhas_Primeira_Página, onde);
         if (página.isEmpty()) return false;
         if (!adiante) std::reverse(página.begin(), página.end());
         Janela = std::move(página);

@@ -44,6 +44,10 @@ QString Nome_Índice_Físico(const QString& tabela, const QString& índice) {
     return tabela + "." + índice;
 }
 
+QString Nome_Índice_de_Consulta(const QString& tabela, const QString& campo) {
+    return "Consulta " + tabela + " " + campo;
+}
+
 int Estrutura_Tabela::Posição_Campo(const QString& nome) const {
     for (int i = 0; i < Campos.size(); ++i)
         if (Campos[i].Nome.compare(nome, Qt::CaseInsensitive) == 0) return i;
@@ -359,6 +363,7 @@ std::shared_ptr<const Estrutura_Tabela> Sessão::Estrutura(const QString& tabela
     while (c != nullptr && sqlite3_step(c) == SQLITE_ROW) {
         const QString físico = Texto_Coluna(c, 0);
         const QString criação = Texto_Coluna(c, 1);
+        if (!físico.contains('.')) continue;  // one of the store's own
         Índice_Info índice;
         índice.Nome = físico.section('.', 1);
         índice.Tipo = criação.contains("/* PRIMARY */")                          ? Tipo_Índice::Primário

@@ -116,4 +116,6 @@ class Sessão {
 
 // SQLite index names are per database; Jet's are per table.
 QString Nome_Índice_Físico(const QString& tabela, const QString& índice);
+// The store's own indexes carry no "table.index" name, and so stay out of the catalogue.
+QString Nome_Índice_de_Consulta(const QString& tabela, const QString& campo);
 QString Citação(const QString& identificador);  // "name" with inner quotes doubled

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <QRegularExpression>
+#include <QSet>
 
 #include "failure/Rotina.h"
 #include "store/Catálogo.h"
@@ -357,4 +358,99 @@ TEST_F(Páginas_Teste, CountsAreAnsweredFromMemoryUntilSomethingWritesToTheirTab
     EXPECT_EQ(conta("Select * From tblPergunta Where Tipo = 'A'"), 0);
     EXPECT_EQ(conta(), Linhas - 9 - 196);
     sqlite3_trace_v2(Conexão.Sessão_Física()->Banco, 0, nullptr, nullptr);
+}
+
+namespace {
+// The statements that a piece of work sends to a database file, as run, with their values.
+struct Registro_Comandos {
+    sqlite3* Banco;
+    QStringList Comandos;
+    explicit Registro_Comandos(sqlite3* banco) : Banco(banco) {
+        sqlite3_trace_v2(
+            banco, SQLITE_TRACE_STMT,
+            [](unsigned, void* contexto, void* comando, void*) {
+                char* sql = sqlite3_expanded_sql(static_cast<sqlite3_stmt*>(comando));
+                if (sql != nullptr && QByteArray(sql).startsWith("SELECT"))
+                    static_cast<Registro_Comandos*>(contexto)->Comandos << QString::fromUtf8(sql);
+                sqlite3_free(sql);
+                return 0;
+            },
+            this);
+    }
+    ~Registro_Comandos() { sqlite3_trace_v2(Banco, 0, nullptr, nullptr); }
+
+    // The plan of each statement; those that read a whole table or sort it in a scratch tree are told.
+    QStringList Varreduras(QStringList& planos) const {
+        QStringList varreduras;
+        for (const QString& sql : QSet<QString>(Comandos.begin(), Comandos.end())) {
+            sqlite3_stmt* plano = nullptr;
+            sqlite3_prepare_v2(Banco, ("EXPLAIN QUERY PLAN " + sql).toUtf8().constData(), -1, &plano,
+                               nullptr);
+            QString texto;
+            while (plano != nullptr && sqlite3_step(plano) == SQLITE_ROW)
+                texto +=
+                    " | " + QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(plano, 3)));
+            sqlite3_finalize(plano);
+            planos << sql + texto;
+            // A scan in the table's own order that stops after a page is a look-up too.
+            const bool limitada = sql.contains(QRegularExpression("ORDER BY rowid( DESC)? LIMIT"));
+            if ((texto.contains("SCAN ") && !texto.contains("INDEX") && !limitada) ||
+                texto.contains("TEMP B-TREE"))
+                varreduras << sql + texto;
+        }
+        return varreduras;
+    }
+};
+}  // namespace
+
+TEST_F(Páginas_Teste, TheWindowsStatementsFindTheirRowsThroughAnIndex) {
+    Catálogo::Cria_Tabela(Conexão, "tblPontuação", {{"Jogador", Tipo_Texto, 50}, {"Pontuação", Tipo_Double}});
+    Catálogo::Adiciona_Índice(Conexão, "tblPontuação", {"idxPontuação", Tipo_Índice::Simples, {"Pontuação"}});
+    Catálogo::Adiciona_Índice(Conexão_Manutenção, "tblManutenção_Banco_de_Dados",
+                              {"idxUsuário_Data_Manutenção_Hora_Manutenção",
+                               Tipo_Índice::Simples,
+                               {"Usuário", "Data_Manutenção", "Hora_Manutenção"}});
+    Catálogo::Garante_Índice_de_Consulta(Conexão, "tblPergunta", "Resposta_Correta");
+    Abre_Tabela_Manutenção("tblManutenção_Banco_de_Dados");  // with its new index
+    // The store's own index stays out of the catalogue.
+    EXPECT_EQ(Catálogo::Estrutura(Conexão, "tblPergunta").Índices.size(), 4);
+    for (int i = 0; i < 300; ++i) {
+        Abre_Tabela_Terciária("tblPontuação");
+        Tabela_Terciária.AddNew();
+        Tabela_Terciária.Fields("Jogador").Set_Value("J" + QString::number(i));
+        Tabela_Terciária.Fields("Pontuação").Set_Value((i * 37) % 101);
+        Tabela_Terciária.Update();
+        Tabela_Manutenção.AddNew();
+        Tabela_Manutenção.Fields("Manutenção").Set_Value("Linha " + QString::number(i));
+        Tabela_Manutenção.Fields("Usuário").Set_Value(i % 2 ? "Ana" : "Bruno");
+        Tabela_Manutenção.Fields("Data_Manutenção")
+            .Set_Value(QDateTime(QDate(2019, 3, 1 + i % 28), QTime(0, 0)));
+        Tabela_Manutenção.Fields("Hora_Manutenção").Set_Value("10:00:00");
+        Tabela_Manutenção.Update();
+    }
+    QStringList planos;
+
+    // The hall: the points index walked from the top down and from the bottom up.
+    Registro_Comandos principal(Conexão.Sessão_Física()->Banco);
+    Tabela_Terciária.Reinicia();
+    Abre_Tabela_Terciária("tblPontuação");
+    Tabela_Terciária.Set_Index("idxPontuação");
+    Tabela_Terciária.MoveLast();
+    for (int i = 0; i < 150 && !Tabela_Terciária.Bof(); ++i) Tabela_Terciária.MovePrevious();
+    Tabela_Terciária.MoveFirst();
+    for (int i = 0; i < 150 && !Tabela_Terciária.Eof(); ++i) Tabela_Terciária.MoveNext();
+    // The verification's look-up of the questions with the same answer.
+    Abre_Tabela_Dynaset("Select * From tblPergunta Where Resposta_Correta = 'x'", Conexão.ConnectionString);
+    EXPECT_EQ(Tabela_Dynaset.RecordCount(), Linhas);
+    EXPECT_EQ(Padrão(principal.Varreduras(planos)), Padrão({}));
+
+    // The maintenance report: a seek on user, date and time, then the walk on from there.
+    Registro_Comandos auditoria(Conexão_Manutenção.Sessão_Física()->Banco);
+    Tabela_Manutenção.Set_Index("idxUsuário_Data_Manutenção_Hora_Manutenção");
+    Tabela_Manutenção.Seek({"Ana", QDateTime(QDate(2019, 3, 10), QTime(0, 0)), QString("00:00:00")},
+                           Tipo_Busca::Depois_ou_Igual);
+    EXPECT_EQ(Tabela_Manutenção.Fields("Data_Manutenção").Value().toDate(), QDate(2019, 3, 10));
+    for (int i = 0; i < 100 && !Tabela_Manutenção.Eof(); ++i) Tabela_Manutenção.MoveNext();
+    EXPECT_EQ(Padrão(auditoria.Varreduras(planos)), Padrão({}));
+    RecordProperty("Planos", planos.join(" // ").toStdString());
 }
