@@ -531,9 +531,11 @@ bool Registros::Lê_Linha(qint64 id) {
     return achou;
 }
 
-QVariant Registros::Valor_Lido(int coluna, sqlite3_stmt* comando) const {
+namespace {
+// Field `campo` of the table, read from column `coluna` of a statement.
+QVariant Valor_Do_Campo(const Estrutura_Tabela& estrutura, int campo, sqlite3_stmt* comando, int coluna) {
     if (sqlite3_column_type(comando, coluna) == SQLITE_NULL) return {};
-    switch (Estrutura->Campos[coluna].Tipo) {
+    switch (estrutura.Campos[campo].Tipo) {
         case Tipo_Long:
             return static_cast<int>(sqlite3_column_int64(comando, coluna));
         case Tipo_Double:
@@ -546,6 +548,11 @@ QVariant Registros::Valor_Lido(int coluna, sqlite3_stmt* comando) const {
         default:
             return QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(comando, coluna)));
     }
+}
+}  // namespace
+
+QVariant Registros::Valor_Lido(int coluna, sqlite3_stmt* comando) const {
+    return Valor_Do_Campo(*Estrutura, coluna, comando, coluna);
 }
 
 void Registros::Descarta_Edição() {
@@ -694,13 +701,8 @@ void Registros::Seek(const QVariantList& chave, Tipo_Busca tipo, std::source_loc
             3019, "É necessário que haja um índice ativo para que esta operação possa ser realizada.", onde);
     Descarta_Edição();
     const int partes = std::min<int>(chave.size(), índice->Campos.size());
-    QString campos, marcas, igualdades;
     QVariantList valores;
     for (int i = 0; i < partes; ++i) {
-        const QString nome = Citação(índice->Campos[i]);
-        campos += (i ? ", " : "") + nome;
-        marcas += (i ? ", ?" : "?");
-        igualdades += (i ? " AND " : "") + nome + " = ?";
         QVariant convertido;
         Falha_Banco ignorada;
         if (!Converte_Para_Gravar(Estrutura->Posição_Campo(índice->Campos[i]), chave[i], convertido,
@@ -708,30 +710,45 @@ void Registros::Seek(const QVariantList& chave, Tipo_Busca tipo, std::source_loc
             convertido = chave[i].toString();
         valores << convertido;
     }
-    QString ordem;
-    for (const QString& campo : índice->Campos)
-        ordem += Citação(campo) + (tipo == Tipo_Busca::Antes ? " DESC, " : ", ");
-    ordem += tipo == Tipo_Busca::Antes ? "rowid DESC" : "rowid";
-    QString condição;
-    switch (tipo) {
-        case Tipo_Busca::Primeiro_Igual:
-            condição = igualdades;
-            break;
-        case Tipo_Busca::Depois_ou_Igual:
-            condição = "(" + campos + ") >= (" + marcas + ")";
-            break;
-        case Tipo_Busca::Depois:
-            condição = "(" + campos + ") > (" + marcas + ")";
-            break;
-        case Tipo_Busca::Antes:
-            condição = "(" + campos + ") < (" + marcas + ")";
-            break;
+    // One look-up in the index, which also reads the row found: the first row of the keyset at the key,
+    // in the order of the seek. The statement's text is made once for each source, index and kind.
+    static QHash<QString, QString> textos;
+    const QString chave_texto = Origem + Colunas_Chave + '\n' + QString::number(static_cast<int>(tipo)) +
+                                '\n' + QString::number(partes);
+    auto texto = textos.constFind(chave_texto);
+    if (texto == textos.constEnd()) {
+        QString campos, marcas, igualdades;
+        for (int i = 0; i < partes; ++i) {
+            const QString nome = Citação(índice->Campos[i]);
+            campos += (i ? ", " : "") + nome;
+            marcas += (i ? ", ?" : "?");
+            igualdades += (i ? " AND " : "") + nome + " = ?";
+        }
+        QString ordem;
+        for (const QString& campo : índice->Campos)
+            ordem += Citação(campo) + (tipo == Tipo_Busca::Antes ? " DESC, " : ", ");
+        ordem += tipo == Tipo_Busca::Antes ? "rowid DESC" : "rowid";
+        QString condição;
+        switch (tipo) {
+            case Tipo_Busca::Primeiro_Igual:
+                condição = igualdades;
+                break;
+            case Tipo_Busca::Depois_ou_Igual:
+                condição = "(" + campos + ") >= (" + marcas + ")";
+                break;
+            case Tipo_Busca::Depois:
+                condição = "(" + campos + ") > (" + marcas + ")";
+                break;
+            case Tipo_Busca::Antes:
+                condição = "(" + campos + ") < (" + marcas + ")";
+                break;
+        }
+        if (textos.size() > 256) textos.clear();
+        texto = textos.insert(chave_texto, "SELECT rowid" + Colunas_Chave + ", * " + Origem + " AND " +
+                                               condição + " ORDER BY " + ordem + " LIMIT 1");
     }
-    // One look-up in the index: the first row of the keyset at the key, in the order of the seek.
     Falha_Banco falha;
-    sqlite3_stmt* comando = Sessão_->Prepara("SELECT rowid" + Colunas_Chave + " " + Origem + " AND " +
-                                                 condição + " ORDER BY " + ordem + " LIMIT 1",
-                                             falha);
+    sqlite3_stmt* comando = Sessão_->Prepara(*texto, falha);
     if (comando == nullptr) return Falha(falha.Número, falha.Descrição, onde);
     sqlite3_bind_int64(comando, 1, Limite_Id);
     for (int i = 0; i < valores.size(); ++i) Liga_Valor(comando, i + 2, valores[i]);
@@ -740,16 +757,20 @@ void Registros::Seek(const QVariantList& chave, Tipo_Busca tipo, std::source_loc
     if (achou) {
         achada.Id = sqlite3_column_int64(comando, 0);
         for (int i = 0; i < Ordem.size(); ++i) achada.Chave << Valor_Chave(comando, i + 1);
+        const int colunas = Estrutura->Campos.size();
+        const int primeira = 1 + static_cast<int>(Ordem.size());
+        Linha.resize(colunas);
+        for (int i = 0; i < colunas; ++i) Linha[i] = Valor_Do_Campo(*Estrutura, i, comando, primeira + i);
     }
     sqlite3_reset(comando);
-    Linha_Lida = false;
-    if (achou && Lê_Linha(achada.Id)) {
+    if (achou) {
         Janela = {achada};
         Atual = 0;
         Onde = Lugar::Na_Linha;
         Linha_Lida = true;
     } else {
         // Nothing found: EOF, no current row; a step back from here starts at the last row.
+        Linha_Lida = false;
         Janela.clear();
         Atual = -1;
         Onde = Lugar::Depois;
