@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QRegularExpression>
 #include <cmath>
+#include <limits>
 #include <sqlite3.h>
 
 #include "failure/Rotina.h"
@@ -459,10 +460,24 @@ bool Registros::Entrada_Da_Linha(qint64 id, bool filtrada, Entrada& entrada, std
 
 // One step in the window of row ids, fetching the next page when the window ends there.
 bool Registros::Passo(bool adiante, std::source_location onde) {
-    constexpr int máximo_janela = Linhas_Por_Página * Páginas_Na_Janela;
+    // An order that no index serves (a source's own Order By on a plain field) would sort the whole
+    // source again for every page: such a walk takes all its row ids at once, as a captured keyset.
+    const bool servida = [this] {
+        if (Ordem.isEmpty()) return true;
+        for (const Índice_Info& índice : Estrutura->Índices)
+            if (!índice.Campos.isEmpty() &&
+                (Citação(índice.Campos[0]) == Ordem[0].Expressão ||
+                 índice.Campos[0].compare(Ordem[0].Expressão, Qt::CaseInsensitive) == 0))
+                return true;
+        return false;
+    }();
+    const int página_cheia = servida ? Linhas_Por_Página : std::numeric_limits<int>::max();
+    const int máximo_janela =
+        servida ? Linhas_Por_Página * Páginas_Na_Janela : std::numeric_limits<int>::max();
     if (Janela.isEmpty()) {
         // Opening reads mostly one row: the first page is short, the next ones full.
-        QVector<Entrada> página = Busca_Página(nullptr, adiante, Linhas_Primeira_Página, onde);
+        QVector<Entrada> página =
+            Busca_Página(nullptr, adiante, servida ? Linhas_Primeira_Página : página_cheia, onde);
         if (página.isEmpty()) return false;
         if (!adiante) std::reverse(página.begin(), página.end());
         Janela = std::move(página);
@@ -471,7 +486,7 @@ bool Registros::Passo(bool adiante, std::source_location onde) {
     int próxima = Atual + (adiante ? 1 : -1);
     if (próxima < 0 || próxima >= Janela.size()) {
         const Entrada de = adiante ? Janela.last() : Janela.first();
-        QVector<Entrada> página = Busca_Página(&de, adiante, Linhas_Por_Página, onde);
+        QVector<Entrada> página = Busca_Página(&de, adiante, página_cheia, onde);
         if (página.isEmpty()) return false;
         if (adiante) {
             Janela += página;

@@ -166,6 +166,25 @@ TEST_F(Páginas_Teste, WalksCrossPageBoundariesBothWaysInEachOrderWithNullsAndTi
     EXPECT_EQ(Tabela.RecordCount(), Linhas);
 }
 
+TEST_F(Páginas_Teste, ASourcesOwnOrderIsWalkedBothWaysWhetherAnIndexServesItOrNot) {
+    // Served by idxPergunta, walked down it.
+    Abre_Tabela("Select * From tblPergunta Where Tipo = 'A' Order By Pergunta Desc");
+    QStringList do_tipo_a;
+    for (const Pergunta_Modelo& p : Modelo)
+        if (p.Tipo == QVariant("A")) do_tipo_a << Marca(p.Código, p.Tipo);  // the codes run against the texts
+    EXPECT_EQ(Tabela.RecordCount(), do_tipo_a.size());
+    EXPECT_EQ(Padrão(Caminha(true)), Padrão(do_tipo_a));
+    Tabela.MovePrevious();
+    EXPECT_EQ(Padrão(Caminha(false)), Padrão(Invertida(do_tipo_a)));
+
+    // No index starts with the answer: every row ties on it, then the type decides, Nulls first.
+    Abre_Tabela("Select * From tblPergunta Order By Resposta_Correta Desc, Tipo");
+    const QStringList por_tipo = Na_Ordem(Tipo_Ordenável);
+    EXPECT_EQ(Padrão(Caminha(true)), Padrão(por_tipo));
+    Tabela.MoveLast();
+    EXPECT_EQ(Padrão(Caminha(false)), Padrão(Invertida(por_tipo)));
+}
+
 TEST_F(Páginas_Teste, RowsThatAnotherCopyDeletesReadAsGoneAndRowsItAddsWaitForRequery) {
     Tabela.Set_Index("idxCódigo_Pergunta");
     for (int i = 1; i < 100; ++i) Tabela.MoveNext();
