@@ -311,7 +311,7 @@ void Registros::Carrega_Estático(std::source_location onde) {
 // the row id ends every order, so that each row has a place of its own.
 void Registros::Prepara_Ordem() {
     QString critério, ordenação;
-    Separa_Resto(Resto_Consulta, critério, ordenação);
+    if (!Resto_Consulta.trimmed().isEmpty()) Separa_Resto(Resto_Consulta, critério, ordenação);
     Ordem.clear();
     if (const Índice_Info* índice = Índice_Atual.isEmpty() ? nullptr : Estrutura->Índice(Índice_Atual)) {
         for (const QString& campo : índice->Campos) Ordem.append({Citação(campo), false});
