@@ -1,4 +1,5 @@
-// One turn's store work, Nova_Rodada, with a bank of 10,000 questions and a full history of 501 rows:
+// One turn's store work, Nova_Rodada, with banks of 10,000, 100,000 and 1,000,000 questions and a full
+// history of 501 rows:
 // the question draw, the history trim and the write, with their audit rows, against the raw SQLite
 // statements that the same draws need. The clock moves from turn to turn, as in a game, so each turn
 // draws anew instead of walking deeper into the questions already shown.
@@ -10,6 +11,7 @@
 #include <QVector>
 #include <cstdint>
 #include <cstring>
+#include <map>
 #include <optional>
 #include <random>
 
@@ -24,7 +26,7 @@
 #include "support/Plataforma_Roteirizada.h"
 
 namespace {
-constexpr int Perguntas = 10000;
+int Perguntas = 10000;  // the bank being measured
 constexpr int Histórico = 501;
 constexpr int Segundos_Por_Rodada = 40;  // a question read and answered
 constexpr int Tentativas_Por_Código = 10;
@@ -125,18 +127,23 @@ QVector<int> Histórico_Final() {
 
 // The side that runs second checks that it drew the same questions as the first.
 void Confere_Com_Outro_Lado(benchmark::State& estado, long exames) {
-    static std::optional<QVector<int>> histórico_outro_lado;
-    static long exames_outro_lado = 0;
+    // By the size of the bank: each size's two sides are compared with each other.
+    static std::map<int, QVector<int>> históricos;
+    static std::map<int, long> exames_por_tamanho;
+    std::optional<QVector<int>> histórico_outro_lado;
+    if (históricos.count(Perguntas)) histórico_outro_lado = históricos[Perguntas];
+    const long exames_outro_lado = exames_por_tamanho[Perguntas];
     estado.counters["Exames_Por_Rodada"] =
         benchmark::Counter(static_cast<double>(exames), benchmark::Counter::kAvgIterations);
     const QVector<int> histórico = Histórico_Final();
     if (histórico_outro_lado && (*histórico_outro_lado != histórico || exames_outro_lado != exames))
         estado.SkipWithError("os dois lados não sortearam as mesmas perguntas");
-    histórico_outro_lado = histórico;
-    exames_outro_lado = exames;
+    históricos[Perguntas] = histórico;
+    exames_por_tamanho[Perguntas] = exames;
 }
 
-void BM_Nova_Rodada_Pelo_Programa(benchmark::State& estado) {
+void BM_Nova_Rodada_Pelo_Programa(benchmark::State& estado, int perguntas) {
+    Perguntas = perguntas;
     Instalação instalação;
     long exames = 0;
     {
@@ -165,7 +172,8 @@ void BM_Nova_Rodada_Pelo_Programa(benchmark::State& estado) {
 // drawn read its row, trim the history when it is over its limit, look the code up in the history; the
 // first code not shown goes into the history. Each write adds its audit row, as Grava does, and the
 // writes share one transaction.
-void BM_Nova_Rodada_SQLite_Puro(benchmark::State& estado) {
+void BM_Nova_Rodada_SQLite_Puro(benchmark::State& estado, int perguntas) {
+    Perguntas = perguntas;
     Instalação instalação;
     Reinicia_Estado_Global();
     sqlite3* banco = Abre_Banco_Puro(Caminho_Banco_Principal());
@@ -267,9 +275,17 @@ void BM_Nova_Rodada_SQLite_Puro(benchmark::State& estado) {
 
 }  // namespace
 
-BENCHMARK(BM_Nova_Rodada_SQLite_Puro)->Unit(benchmark::kMillisecond)->Iterations(200);
-BENCHMARK(BM_Nova_Rodada_Pelo_Programa)->Unit(benchmark::kMillisecond)->Iterations(200);
-
 int main(int argc, char** argv) {
+    // Each pair under a name of its own per size, so that a ratio is printed for each size.
+    for (const int perguntas : {10000, 100000, 1000000}) {
+        const std::string base = "BM_Nova_Rodada_" + std::to_string(perguntas);
+        benchmark::RegisterBenchmark((base + "_SQLite_Puro").c_str(), BM_Nova_Rodada_SQLite_Puro, perguntas)
+            ->Unit(benchmark::kMillisecond)
+            ->Iterations(200);
+        benchmark::RegisterBenchmark((base + "_Pelo_Programa").c_str(), BM_Nova_Rodada_Pelo_Programa,
+                                     perguntas)
+            ->Unit(benchmark::kMillisecond)
+            ->Iterations(200);
+    }
     return Roda_Comparação(argc, argv);
 }

@@ -123,6 +123,13 @@ void Adiciona_Índice(Ligação& conexão, const QString& tabela, const Índice_
     if (auto sessão = Sessão_De(conexão)) Executa(*sessão, Criação_Índice(tabela, índice));
 }
 
+void Garante_Índice_de_Consulta(Ligação& conexão, const QString& tabela, const QString& campo) {
+    auto sessão = Sessão_De(conexão);
+    if (!sessão || !Existe_Tabela(conexão, tabela)) return;
+    Executa(*sessão, "CREATE INDEX IF NOT EXISTS " + Citação(Nome_Índice_de_Consulta(tabela, campo)) +
+                         " ON " + Citação(tabela) + " (" + Citação(campo) + ")");
+}
+
 void Exclui_Índice(Ligação& conexão, const QString& tabela, const QString& índice) {
     if (auto sessão = Sessão_De(conexão))
         Executa(*sessão, "DROP INDEX " + Citação(Nome_Índice_Físico(tabela, índice)));

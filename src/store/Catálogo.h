@@ -20,6 +20,9 @@ void Exclui_Campo(Ligação& conexão, const QString& tabela, const QString& cam
 void Altera_Campo(Ligação& conexão, const QString& tabela, const Campo_Info& campo);
 void Adiciona_Índice(Ligação& conexão, const QString& tabela, const Índice_Info& índice);
 void Exclui_Índice(Ligação& conexão, const QString& tabela, const QString& índice);
+// An index of the store's own for a statement that the windows build on a field without one: the
+// catalogue does not list it. A rebuild of the table drops it; the next start makes it again.
+void Garante_Índice_de_Consulta(Ligação& conexão, const QString& tabela, const QString& campo);
 QStringList Lista_Tabelas(Ligação& conexão);
 bool Existe_Tabela(Ligação& conexão, const QString& tabela);
 // The structure as the store holds it now; empty name when the table does not exist.

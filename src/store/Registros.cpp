@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QRegularExpression>
 #include <cmath>
+#include <limits>
 #include <sqlite3.h>
 
 #include "failure/Rotina.h"
@@ -40,12 +41,6 @@ void Liga_Valor(sqlite3_stmt* comando, int posição, const QVariant& valor) {
                               SQLITE_TRANSIENT);
         }
     }
-}
-
-QString Sem_Ordenação(const QString& resto) {
-    static const QRegularExpression ordem("\\border\\s+by\\b", QRegularExpression::CaseInsensitiveOption);
-    const auto m = ordem.match(resto);
-    return m.hasMatch() ? resto.left(m.capturedStart()) : resto;
 }
 
 QDateTime Data_Digitada(const QString& texto) {
@@ -137,6 +132,49 @@ int Campo::DefinedSize() const {
 
 // ---------- Registros ----------
 
+namespace {
+// A walk holds a few pages of row ids around the current row; a page is one look-up in the index.
+constexpr int Linhas_Por_Página = 64;
+constexpr int Páginas_Na_Janela = 3;
+constexpr int Linhas_Primeira_Página = 4;
+
+// A value of the order as read, kept as the store gave it so that it binds back unchanged.
+QVariant Valor_Chave(sqlite3_stmt* comando, int coluna) {
+    switch (sqlite3_column_type(comando, coluna)) {
+        case SQLITE_NULL:
+            return {};
+        case SQLITE_INTEGER:
+            return QVariant(static_cast<qint64>(sqlite3_column_int64(comando, coluna)));
+        case SQLITE_FLOAT:
+            return sqlite3_column_double(comando, coluna);
+        default:
+            return QByteArray(reinterpret_cast<const char*>(sqlite3_column_text(comando, coluna)),
+                              sqlite3_column_bytes(comando, coluna));
+    }
+}
+
+void Liga_Chave(sqlite3_stmt* comando, int posição, const QVariant& valor) {
+    if (valor.typeId() == QMetaType::QByteArray) {
+        const QByteArray texto = valor.toByteArray();
+        sqlite3_bind_text(comando, posição, texto.constData(), static_cast<int>(texto.size()),
+                          SQLITE_TRANSIENT);
+    } else {
+        Liga_Valor(comando, posição, valor);
+    }
+}
+
+// "Where <criterion> Order By <terms>" split in its two parts, without their keywords.
+void Separa_Resto(const QString& resto, QString& critério, QString& ordenação) {
+    static const QRegularExpression ordem("\\border\\s+by\\b", QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression onde("^\\s*where\\b", QRegularExpression::CaseInsensitiveOption);
+    const auto m = ordem.match(resto);
+    QString antes = m.hasMatch() ? resto.left(m.capturedStart()) : resto;
+    ordenação = m.hasMatch() ? resto.mid(m.capturedEnd()).trimmed() : QString();
+    if (const auto w = onde.match(antes); w.hasMatch()) antes = antes.mid(w.capturedEnd());
+    critério = antes.trimmed();
+}
+}  // namespace
+
 void Registros::Reinicia() {
     Close();
     Source.clear();
@@ -149,9 +187,16 @@ void Registros::Close() {
     Estrutura.reset();
     Resto_Consulta.clear();
     Aberto_ = false;
-    Chaves.clear();
-    Excluída.clear();
-    Posição_Da_Chave.clear();
+    Origem.clear();
+    Ordem.clear();
+    Colunas_Chave.clear();
+    Limite_Id = 0;
+    Janela.clear();
+    Atual = -1;
+    Onde = Lugar::Antes;
+    Vazio = true;
+    Contagem = -1;
+    Excluídas_Antes_Da_Contagem = 0;
     Posição = -1;
     Linha_Lida = false;
     Linha.clear();
@@ -192,9 +237,8 @@ void Registros::Open(const QString& fonte, Ligação& conexão, Opção_Abertura
         }
         Resto_Consulta = Traduz_SQL(consulta.Resto);
         Aberto_ = true;
-        Captura_Chaves(onde);
-        if (!Aberto_) return;
-        Vai_Para(0, 1);
+        Prepara_Ordem();
+        if (Lê_Limite(onde)) Começa(true, onde);
         return;
     }
 
@@ -206,7 +250,17 @@ void Registros::Carrega_Estático(std::source_location onde) {
     Estático = true;
     Nomes_Estáticos.clear();
     Linhas_Estáticas.clear();
-    sqlite3_stmt* comando = Sessão_->Prepara(Traduz_SQL(Source), falha);
+    // A count whose tables nothing has written since it was last asked is answered from memory.
+    const QString sql = Traduz_SQL(Source);
+    if (qint64 memorizada = 0; Sessão_->Contagem_Memorizada(sql, memorizada)) {
+        Nomes_Estáticos = {"Expr1000"};
+        Tipos_Estáticos = {Tipo_Long};
+        Linhas_Estáticas = {{QVariant(static_cast<int>(memorizada))}};
+        Aberto_ = true;
+        Posição = 0;
+        return;
+    }
+    sqlite3_stmt* comando = Sessão_->Prepara(sql, falha);
     if (comando == nullptr) {
         Falha(falha.Número, falha.Descrição, onde);
         Close();
@@ -247,49 +301,241 @@ void Registros::Carrega_Estático(std::source_location onde) {
         Close();
         return;
     }
+    if (colunas == 1 && Linhas_Estáticas.size() == 1)
+        Sessão_->Memoriza_Contagem(sql, Linhas_Estáticas[0][0].toLongLong());
     Aberto_ = true;
     Posição = Linhas_Estáticas.isEmpty() ? -1 : 0;
 }
 
-void Registros::Captura_Chaves(std::source_location onde) {
-    QString sql = "SELECT rowid FROM " + Citação(Estrutura->Nome) + " ";
+// The order of the walk: the current index's fields, else the source's own Order By, else the row id;
+// the row id ends every order, so that each row has a place of its own.
+void Registros::Prepara_Ordem() {
+    QString critério, ordenação;
+    if (!Resto_Consulta.trimmed().isEmpty()) Separa_Resto(Resto_Consulta, critério, ordenação);
+    Ordem.clear();
     if (const Índice_Info* índice = Índice_Atual.isEmpty() ? nullptr : Estrutura->Índice(Índice_Atual)) {
-        sql += Sem_Ordenação(Resto_Consulta) + " ORDER BY ";
-        for (const QString& campo : índice->Campos) sql += Citação(campo) + ", ";
-        sql += "rowid";
-    } else {
-        sql += Resto_Consulta;
+        for (const QString& campo : índice->Campos) Ordem.append({Citação(campo), false});
+    } else if (!ordenação.isEmpty()) {
+        static const QRegularExpression direção("\\s+(asc|desc)$", QRegularExpression::CaseInsensitiveOption);
+        for (QString termo : ordenação.split(',')) {
+            termo = termo.trimmed();
+            bool descendente = false;
+            if (const auto m = direção.match(termo); m.hasMatch()) {
+                descendente = m.captured(1).compare("desc", Qt::CaseInsensitive) == 0;
+                termo = termo.left(m.capturedStart()).trimmed();
+            }
+            if (!termo.isEmpty()) Ordem.append({termo, descendente});
+        }
     }
-    Falha_Banco falha;
-    sqlite3_stmt* comando = Sessão_->Prepara(sql, falha);
-    Chaves.clear();
-    Excluída.clear();
-    Posição_Da_Chave.clear();
-    if (comando == nullptr) {
-        Falha(falha.Número, falha.Descrição, onde);
-        Close();
-        return;
-    }
-    int r;
-    while ((r = sqlite3_step(comando)) == SQLITE_ROW) Chaves.append(sqlite3_column_int64(comando, 0));
-    sqlite3_reset(comando);
-    if (r != SQLITE_DONE) {
-        Sessão_->Falha_Da_Última(falha, r);
-        Falha(falha.Número, falha.Descrição, onde);
-        Close();
-        return;
-    }
-    Excluída.fill(false, Chaves.size());
-    Posição = -1;
-    Linha_Lida = false;
+    Colunas_Chave.clear();
+    for (const Termo_Ordem& termo : Ordem) Colunas_Chave += ", " + termo.Expressão;
+    // The criterion stands in brackets: an Or in it must not swallow the conditions of the walk.
+    Origem = "FROM " + Citação(Estrutura->Nome) + " WHERE " +
+             (critério.isEmpty() ? QString() : "(" + critério + ") AND ") + "+rowid <= ?";
 }
 
-bool Registros::Lê_Linha(int posição) {
+// The keyset is the rows there now: rows added later by others have greater ids and stay out.
+bool Registros::Lê_Limite(std::source_location onde) {
+    Falha_Banco falha;
+    sqlite3_stmt* comando = Sessão_->Prepara("SELECT max(rowid) FROM " + Citação(Estrutura->Nome), falha);
+    int r = SQLITE_ERROR;
+    if (comando != nullptr) {
+        r = sqlite3_step(comando);
+        Limite_Id = r == SQLITE_ROW ? sqlite3_column_int64(comando, 0) : 0;
+        sqlite3_reset(comando);
+        if (r != SQLITE_ROW) Sessão_->Falha_Da_Última(falha, r);
+    }
+    Contagem = -1;
+    Excluídas_Antes_Da_Contagem = 0;
+    if (r == SQLITE_ROW) return true;
+    Falha(falha.Número, falha.Descrição, onde);
+    Close();
+    return false;
+}
+
+// Up to `máximo` rows that follow `de` in the walk's direction (from the end when there is no `de`),
+// in that direction. Each query starts in the index at the given key, so the cost does not depend on
+// where in the table the walk stands: first the rows that share every term with `de` and come after it
+// by row id, then those that share one term less, and so on up to the first term.
+QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adiante, int máximo,
+                                                    std::source_location onde) {
+    QVector<Entrada> página;
+    QString ordem;
+    for (const Termo_Ordem& termo : Ordem)
+        ordem += termo.Expressão + (termo.Descendente == adiante ? " DESC, " : ", ");
+    ordem += adiante ? "rowid" : "rowid DESC";
+    const QString início = "SELECT rowid" + Colunas_Chave + " " + Origem;
+    bool falhou = false;
+    const auto roda = [&](const QString& condição, const QVariantList& valores) {
+        if (falhou || página.size() >= máximo) return;
+        Falha_Banco falha;
+        sqlite3_stmt* comando =
+            Sessão_->Prepara(início + condição + " ORDER BY " + ordem + " LIMIT ?", falha);
+        if (comando == nullptr) {
+            falhou = true;
+            return Falha(falha.Número, falha.Descrição, onde);
+        }
+        int n = 1;
+        sqlite3_bind_int64(comando, n++, Limite_Id);
+        for (const QVariant& valor : valores) Liga_Chave(comando, n++, valor);
+        sqlite3_bind_int(comando, n, máximo - static_cast<int>(página.size()));
+        int r;
+        while ((r = sqlite3_step(comando)) == SQLITE_ROW) {
+            Entrada entrada;
+            entrada.Id = sqlite3_column_int64(comando, 0);
+            for (int i = 0; i < Ordem.size(); ++i) entrada.Chave << Valor_Chave(comando, i + 1);
+            página.append(entrada);
+        }
+        sqlite3_reset(comando);
+        if (r != SQLITE_DONE) {
+            falhou = true;
+            Sessão_->Falha_Da_Última(falha, r);
+            Falha(falha.Número, falha.Descrição, onde);
+        }
+    };
+    if (de == nullptr) {
+        roda(QString(), {});
+    } else {
+        for (int k = Ordem.size(); k >= 0; --k) {
+            QString prefixo;
+            QVariantList valores;
+            for (int i = 0; i < k; ++i) {
+                if (de->Chave[i].isValid()) {
+                    prefixo += " AND " + Ordem[i].Expressão + " = ?";
+                    valores << de->Chave[i];
+                } else {
+                    prefixo += " AND " + Ordem[i].Expressão + " IS NULL";
+                }
+            }
+            if (k == Ordem.size()) {
+                roda(prefixo + (adiante ? " AND rowid > ?" : " AND rowid < ?"),
+                     valores + QVariantList{de->Id});
+                continue;
+            }
+            const QString& termo = Ordem[k].Expressão;
+            const QVariant& valor = de->Chave[k];
+            // Nulls stand first in an ascending order: walking towards greater values, every value follows
+            // a Null; walking towards smaller ones, the Nulls come last.
+            const bool para_maiores = Ordem[k].Descendente != adiante;
+            if (para_maiores) {
+                if (valor.isValid())
+                    roda(prefixo + " AND " + termo + " > ?", valores + QVariantList{valor});
+                else
+                    roda(prefixo + " AND " + termo + " IS NOT NULL", valores);
+            } else if (valor.isValid()) {
+                roda(prefixo + " AND " + termo + " < ?", valores + QVariantList{valor});
+                roda(prefixo + " AND " + termo + " IS NULL", valores);
+            }
+        }
+    }
+    if (falhou) {
+        Close();
+        return {};
+    }
+    return página;
+}
+
+// The place of one row in the current order; `filtrada` asks that it also be a row of the source.
+bool Registros::Entrada_Da_Linha(qint64 id, bool filtrada, Entrada& entrada, std::source_location onde) {
+    Falha_Banco falha;
+    const QString sql = "SELECT rowid" + Colunas_Chave + " " +
+                        (filtrada ? Origem : "FROM " + Citação(Estrutura->Nome) + " WHERE 1") +
+                        " AND rowid = ?";
+    sqlite3_stmt* comando = Sessão_->Prepara(sql, falha);
+    if (comando == nullptr) {
+        Falha(falha.Número, falha.Descrição, onde);
+        return false;
+    }
+    int n = 1;
+    if (filtrada) sqlite3_bind_int64(comando, n++, Limite_Id);
+    sqlite3_bind_int64(comando, n, id);
+    const bool achou = sqlite3_step(comando) == SQLITE_ROW;
+    if (achou) {
+        entrada = Entrada{id, {}, false};
+        for (int i = 0; i < Ordem.size(); ++i) entrada.Chave << Valor_Chave(comando, i + 1);
+    }
+    sqlite3_reset(comando);
+    return achou;
+}
+
+// One step in the window of row ids, fetching the next page when the window ends there.
+bool Registros::Passo(bool adiante, std::source_location onde) {
+    // An order that no index serves (a source's own Order By on a plain field) would sort the whole
+    // source again for every page: such a walk takes all its row ids at once, as a captured keyset.
+    const bool servida = [this] {
+        if (Ordem.isEmpty()) return true;
+        for (const Índice_Info& índice : Estrutura->Índices)
+            if (!índice.Campos.isEmpty() &&
+                (Citação(índice.Campos[0]) == Ordem[0].Expressão ||
+                 índice.Campos[0].compare(Ordem[0].Expressão, Qt::CaseInsensitive) == 0))
+                return true;
+        return false;
+    }();
+    const int página_cheia = servida ? Linhas_Por_Página : std::numeric_limits<int>::max();
+    const int máximo_janela =
+        servida ? Linhas_Por_Página * Páginas_Na_Janela : std::numeric_limits<int>::max();
+    if (Janela.isEmpty()) {
+        // Opening reads mostly one row: the first page is short, the next ones full.
+        QVector<Entrada> página =
+            Busca_Página(nullptr, adiante, servida ? Linhas_Primeira_Página : página_cheia, onde);
+        if (página.isEmpty()) return false;
+        if (!adiante) std::reverse(página.begin(), página.end());
+        Janela = std::move(página);
+        Atual = adiante ? -1 : static_cast<int>(Janela.size());
+    }
+    int próxima = Atual + (adiante ? 1 : -1);
+    if (próxima < 0 || próxima >= Janela.size()) {
+        const Entrada de = adiante ? Janela.last() : Janela.first();
+        QVector<Entrada> página = Busca_Página(&de, adiante, página_cheia, onde);
+        if (página.isEmpty()) return false;
+        if (adiante) {
+            Janela += página;
+            if (const int sobra = static_cast<int>(Janela.size()) - máximo_janela; sobra > 0) {
+                Janela.remove(0, sobra);
+                próxima -= sobra;
+            }
+        } else {
+            std::reverse(página.begin(), página.end());
+            Janela = página + Janela;
+            próxima += static_cast<int>(página.size());
+            if (const int sobra = static_cast<int>(Janela.size()) - máximo_janela; sobra > 0)
+                Janela.remove(máximo_janela, sobra);
+        }
+    }
+    Atual = próxima;
+    return true;
+}
+
+// Moves to the next row that can still be read; rows deleted here or by another user are stepped over.
+void Registros::Anda(bool adiante, std::source_location onde) {
+    Descarta_Edição();
+    Linha_Lida = false;
+    while (Passo(adiante, onde)) {
+        if (!Janela[Atual].Excluída && Lê_Linha(Id_Atual())) {
+            Onde = Lugar::Na_Linha;
+            Linha_Lida = true;
+            return;
+        }
+    }
+    if (!Aberto_) return;
+    Onde = adiante ? Lugar::Depois : Lugar::Antes;
+    Atual = adiante ? static_cast<int>(Janela.size()) : -1;
+}
+
+void Registros::Começa(bool do_início, std::source_location onde) {
+    Descarta_Edição();
+    Janela.clear();
+    Onde = do_início ? Lugar::Antes : Lugar::Depois;
+    Anda(do_início, onde);
+    Vazio = Janela.isEmpty();
+}
+
+bool Registros::Lê_Linha(qint64 id) {
     Falha_Banco falha;
     sqlite3_stmt* comando =
         Sessão_->Prepara("SELECT * FROM " + Citação(Estrutura->Nome) + " WHERE rowid = ?", falha);
     if (comando == nullptr) return false;
-    sqlite3_bind_int64(comando, 1, Chaves[posição]);
+    sqlite3_bind_int64(comando, 1, id);
     const bool achou = sqlite3_step(comando) == SQLITE_ROW;
     if (achou) {
         const int colunas = Estrutura->Campos.size();
@@ -300,9 +546,11 @@ bool Registros::Lê_Linha(int posição) {
     return achou;
 }
 
-QVariant Registros::Valor_Lido(int coluna, sqlite3_stmt* comando) const {
+namespace {
+// Field `campo` of the table, read from column `coluna` of a statement.
+QVariant Valor_Do_Campo(const Estrutura_Tabela& estrutura, int campo, sqlite3_stmt* comando, int coluna) {
     if (sqlite3_column_type(comando, coluna) == SQLITE_NULL) return {};
-    switch (Estrutura->Campos[coluna].Tipo) {
+    switch (estrutura.Campos[campo].Tipo) {
         case Tipo_Long:
             return static_cast<int>(sqlite3_column_int64(comando, coluna));
         case Tipo_Double:
@@ -316,10 +564,15 @@ QVariant Registros::Valor_Lido(int coluna, sqlite3_stmt* comando) const {
             return QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(comando, coluna)));
     }
 }
+}  // namespace
+
+QVariant Registros::Valor_Lido(int coluna, sqlite3_stmt* comando) const {
+    return Valor_Do_Campo(*Estrutura, coluna, comando, coluna);
+}
 
 void Registros::Descarta_Edição() {
     if (Modo == Modo_Edição::Alteração && Trava_Sem_Transação && Sessão_ && Tem_Linha_Atual())
-        Sessão_->Libera_Trava(Estrutura->Nome, Chaves[Posição]);
+        Sessão_->Libera_Trava(Estrutura->Nome, Id_Atual());
     Modo = Modo_Edição::Nenhum;
     Pendentes.clear();
     Trava_Sem_Transação = false;
@@ -335,12 +588,12 @@ void Registros::Edita(std::source_location onde) {
     if (Modo != Modo_Edição::Nenhum) return;
     if (!Tem_Linha_Atual() || !Linha_Lida) return Falha(Erro_Sem_Registro, Texto_Sem_Registro, onde);
     // The edit takes the row's lock and reads the row again, so that it starts from what was committed.
-    const qint64 id = Chaves[Posição];
+    const qint64 id = Id_Atual();
     if (!Sessão_->Possui_Trava(Estrutura->Nome, id)) {
         if (!Sessão_->Trava_Linha(Estrutura->Nome, id)) return Falha(-2147467259, Texto_Bloqueado, onde);
         Trava_Sem_Transação = !Sessão_->Transação_Lógica;
     }
-    Linha_Lida = Lê_Linha(Posição);
+    Linha_Lida = Lê_Linha(id);
     if (!Linha_Lida) {
         if (Trava_Sem_Transação) Sessão_->Libera_Trava(Estrutura->Nome, id);
         Trava_Sem_Transação = false;
@@ -349,73 +602,86 @@ void Registros::Edita(std::source_location onde) {
     Modo = Modo_Edição::Alteração;
 }
 
-void Registros::Vai_Para(int posição, int passo) {
-    Descarta_Edição();
-    Linha_Lida = false;
-    const int total = Estático ? Linhas_Estáticas.size() : Chaves.size();
-    while (posição >= 0 && posição < total) {
-        if (Estático) {
-            Posição = posição;
-            return;
-        }
-        // Rows deleted here or by another user are stepped over.
-        if (!Excluída[posição] && Lê_Linha(posição)) {
-            Posição = posição;
-            Linha_Lida = true;
-            return;
-        }
-        posição += passo;
-    }
-    Posição = posição < 0 ? -1 : total;
-}
-
 bool Registros::Tem_Linha_Atual() const {
-    const int total = Estático ? Linhas_Estáticas.size() : Chaves.size();
-    return Aberto_ && Posição >= 0 && Posição < total;
+    if (Estático) return Aberto_ && Posição >= 0 && Posição < Linhas_Estáticas.size();
+    return Aberto_ && Onde == Lugar::Na_Linha;
 }
 
 bool Registros::Eof() const {
-    const int total = Estático ? Linhas_Estáticas.size() : Chaves.size();
-    return !Aberto_ || total == 0 || Posição >= total;
+    if (Estático) return !Aberto_ || Linhas_Estáticas.isEmpty() || Posição >= Linhas_Estáticas.size();
+    return !Aberto_ || Vazio || Onde == Lugar::Depois;
 }
 
 bool Registros::Bof() const {
-    const int total = Estático ? Linhas_Estáticas.size() : Chaves.size();
-    return !Aberto_ || total == 0 || Posição < 0;
+    if (Estático) return !Aberto_ || Linhas_Estáticas.isEmpty() || Posição < 0;
+    return !Aberto_ || Vazio || Onde == Lugar::Antes;
 }
 
 qint64 Registros::Id_Linha_Atual() const {
-    return !Estático && Tem_Linha_Atual() ? Chaves[Posição] : -1;
+    return !Estático && Tem_Linha_Atual() ? Id_Atual() : -1;
+}
+
+int Registros::RecordCount() const {
+    if (!Aberto_) return 0;
+    if (Estático) return static_cast<int>(Linhas_Estáticas.size());
+    if (Contagem < 0) {
+        // Counted once, when asked: the rows of the keyset, those deleted through this slot included.
+        Falha_Banco falha;
+        sqlite3_stmt* comando = Sessão_->Prepara("SELECT count(*) " + Origem, falha);
+        if (comando == nullptr) return 0;
+        sqlite3_bind_int64(comando, 1, Limite_Id);
+        const int r = sqlite3_step(comando);
+        const int contadas = r == SQLITE_ROW ? sqlite3_column_int(comando, 0) : 0;
+        sqlite3_reset(comando);
+        if (r != SQLITE_ROW) return 0;
+        Contagem = contadas + Excluídas_Antes_Da_Contagem;
+    }
+    return Contagem;
 }
 
 void Registros::MoveFirst(std::source_location onde) {
     if (!Aberto_) return Falha(3704, "A operação não é permitida quando o objeto está fechado.", onde);
-    Vai_Para(0, 1);
+    if (Estático) {
+        Posição = 0;
+        return;
+    }
+    Começa(true, onde);
 }
 
 void Registros::MoveLast(std::source_location onde) {
     if (!Aberto_) return Falha(3704, "A operação não é permitida quando o objeto está fechado.", onde);
-    Vai_Para((Estático ? Linhas_Estáticas.size() : Chaves.size()) - 1, -1);
+    if (Estático) {
+        Posição = static_cast<int>(Linhas_Estáticas.size()) - 1;
+        return;
+    }
+    Começa(false, onde);
 }
 
 void Registros::MoveNext(std::source_location onde) {
     if (Eof())
         return Falha(Erro_Sem_Registro, "BOF ou EOF é verdadeiro, ou o registro atual foi excluído.", onde);
-    Vai_Para(Posição + 1, 1);
+    if (Estático) {
+        ++Posição;
+        return;
+    }
+    Anda(true, onde);
 }
 
 void Registros::MovePrevious(std::source_location onde) {
     if (Bof())
         return Falha(Erro_Sem_Registro, "BOF ou EOF é verdadeiro, ou o registro atual foi excluído.", onde);
-    Vai_Para(Posição - 1, -1);
+    if (Estático) {
+        --Posição;
+        return;
+    }
+    Anda(false, onde);
 }
 
 void Registros::Requery(std::source_location onde) {
     if (!Aberto_) return Falha(3704, "A operação não é permitida quando o objeto está fechado.", onde);
     if (Estático) return Carrega_Estático(onde);
     Descarta_Edição();
-    Captura_Chaves(onde);
-    if (Aberto_) Vai_Para(0, 1);
+    if (Lê_Limite(onde)) Começa(true, onde);
 }
 
 void Registros::Set_Index(const QString& índice, std::source_location onde) {
@@ -424,12 +690,21 @@ void Registros::Set_Index(const QString& índice, std::source_location onde) {
     if (!índice.isEmpty() && Estrutura->Índice(índice) == nullptr)
         return Falha(3015, "'" + índice + "' não é um índice nesta tabela.", onde);
     const qint64 atual = Id_Linha_Atual();
-    Índice_Atual = índice;
     Descarta_Edição();
-    Captura_Chaves(onde);
-    if (!Aberto_) return;
-    const int posição = atual >= 0 ? static_cast<int>(Chaves.indexOf(atual)) : -1;
-    Vai_Para(posição >= 0 ? posição : 0, 1);
+    Índice_Atual = índice;
+    Prepara_Ordem();
+    if (!Lê_Limite(onde)) return;
+    // The current row stays current, now in its place in the new order; without one, the first row.
+    Entrada entrada;
+    if (atual >= 0 && Entrada_Da_Linha(atual, true, entrada, onde)) {
+        Janela = {entrada};
+        Atual = -1;
+        Onde = Lugar::Antes;
+        Vazio = false;
+        Anda(true, onde);
+        return;
+    }
+    if (Aberto_) Começa(true, onde);
 }
 
 void Registros::Seek(const QVariantList& chave, Tipo_Busca tipo, std::source_location onde) {
@@ -441,13 +716,8 @@ void Registros::Seek(const QVariantList& chave, Tipo_Busca tipo, std::source_loc
             3019, "É necessário que haja um índice ativo para que esta operação possa ser realizada.", onde);
     Descarta_Edição();
     const int partes = std::min<int>(chave.size(), índice->Campos.size());
-    QString campos, marcas, igualdades;
     QVariantList valores;
     for (int i = 0; i < partes; ++i) {
-        const QString nome = Citação(índice->Campos[i]);
-        campos += (i ? ", " : "") + nome;
-        marcas += (i ? ", ?" : "?");
-        igualdades += (i ? " AND " : "") + nome + " = ?";
         QVariant convertido;
         Falha_Banco ignorada;
         if (!Converte_Para_Gravar(Estrutura->Posição_Campo(índice->Campos[i]), chave[i], convertido,
@@ -455,46 +725,70 @@ void Registros::Seek(const QVariantList& chave, Tipo_Busca tipo, std::source_loc
             convertido = chave[i].toString();
         valores << convertido;
     }
-    QString ordem;
-    for (const QString& campo : índice->Campos)
-        ordem += Citação(campo) + (tipo == Tipo_Busca::Antes ? " DESC, " : ", ");
-    ordem += tipo == Tipo_Busca::Antes ? "rowid DESC" : "rowid";
-    QString condição;
-    switch (tipo) {
-        case Tipo_Busca::Primeiro_Igual:
-            condição = igualdades;
-            break;
-        case Tipo_Busca::Depois_ou_Igual:
-            condição = "(" + campos + ") >= (" + marcas + ")";
-            break;
-        case Tipo_Busca::Depois:
-            condição = "(" + campos + ") > (" + marcas + ")";
-            break;
-        case Tipo_Busca::Antes:
-            condição = "(" + campos + ") < (" + marcas + ")";
-            break;
+    // One look-up in the index, which also reads the row found: the first row of the keyset at the key,
+    // in the order of the seek. The statement's text is made once for each source, index and kind.
+    static QHash<QString, QString> textos;
+    const QString chave_texto = Origem + Colunas_Chave + '\n' + QString::number(static_cast<int>(tipo)) +
+                                '\n' + QString::number(partes);
+    auto texto = textos.constFind(chave_texto);
+    if (texto == textos.constEnd()) {
+        QString campos, marcas, igualdades;
+        for (int i = 0; i < partes; ++i) {
+            const QString nome = Citação(índice->Campos[i]);
+            campos += (i ? ", " : "") + nome;
+            marcas += (i ? ", ?" : "?");
+            igualdades += (i ? " AND " : "") + nome + " = ?";
+        }
+        QString ordem;
+        for (const QString& campo : índice->Campos)
+            ordem += Citação(campo) + (tipo == Tipo_Busca::Antes ? " DESC, " : ", ");
+        ordem += tipo == Tipo_Busca::Antes ? "rowid DESC" : "rowid";
+        QString condição;
+        switch (tipo) {
+            case Tipo_Busca::Primeiro_Igual:
+                condição = igualdades;
+                break;
+            case Tipo_Busca::Depois_ou_Igual:
+                condição = "(" + campos + ") >= (" + marcas + ")";
+                break;
+            case Tipo_Busca::Depois:
+                condição = "(" + campos + ") > (" + marcas + ")";
+                break;
+            case Tipo_Busca::Antes:
+                condição = "(" + campos + ") < (" + marcas + ")";
+                break;
+        }
+        if (textos.size() > 256) textos.clear();
+        texto = textos.insert(chave_texto, "SELECT rowid" + Colunas_Chave + ", * " + Origem + " AND " +
+                                               condição + " ORDER BY " + ordem + " LIMIT 1");
     }
     Falha_Banco falha;
-    sqlite3_stmt* comando = Sessão_->Prepara(
-        "SELECT rowid FROM " + Citação(Estrutura->Nome) + " WHERE " + condição + " ORDER BY " + ordem, falha);
+    sqlite3_stmt* comando = Sessão_->Prepara(*texto, falha);
     if (comando == nullptr) return Falha(falha.Número, falha.Descrição, onde);
-    for (int i = 0; i < valores.size(); ++i) Liga_Valor(comando, i + 1, valores[i]);
-    if (Posição_Da_Chave.isEmpty() && !Chaves.isEmpty()) {
-        Posição_Da_Chave.reserve(Chaves.size());
-        for (int i = 0; i < Chaves.size(); ++i) Posição_Da_Chave.insert(Chaves[i], i);
-    }
-    int achada = -1;
-    while (achada < 0 && sqlite3_step(comando) == SQLITE_ROW) {
-        const auto it = Posição_Da_Chave.constFind(sqlite3_column_int64(comando, 0));
-        if (it != Posição_Da_Chave.constEnd() && !Excluída[*it]) achada = *it;
+    sqlite3_bind_int64(comando, 1, Limite_Id);
+    for (int i = 0; i < valores.size(); ++i) Liga_Valor(comando, i + 2, valores[i]);
+    Entrada achada;
+    const bool achou = sqlite3_step(comando) == SQLITE_ROW;
+    if (achou) {
+        achada.Id = sqlite3_column_int64(comando, 0);
+        for (int i = 0; i < Ordem.size(); ++i) achada.Chave << Valor_Chave(comando, i + 1);
+        const int colunas = Estrutura->Campos.size();
+        const int primeira = 1 + static_cast<int>(Ordem.size());
+        Linha.resize(colunas);
+        for (int i = 0; i < colunas; ++i) Linha[i] = Valor_Do_Campo(*Estrutura, i, comando, primeira + i);
     }
     sqlite3_reset(comando);
-    Linha_Lida = false;
-    if (achada >= 0 && Lê_Linha(achada)) {
-        Posição = achada;
+    if (achou) {
+        Janela = {achada};
+        Atual = 0;
+        Onde = Lugar::Na_Linha;
         Linha_Lida = true;
     } else {
-        Posição = Chaves.size();  // nothing found: EOF, no current row
+        // Nothing found: EOF, no current row; a step back from here starts at the last row.
+        Linha_Lida = false;
+        Janela.clear();
+        Atual = -1;
+        Onde = Lugar::Depois;
     }
 }
 
@@ -649,7 +943,7 @@ void Registros::Update(std::source_location onde) {
     if (comando == nullptr) return Falha(falha.Número, falha.Descrição, onde);
     int n = 1;
     for (int p : posições) Liga_Valor(comando, n++, Pendentes.value(p));
-    if (Modo == Modo_Edição::Alteração) sqlite3_bind_int64(comando, n, Chaves[Posição]);
+    if (Modo == Modo_Edição::Alteração) sqlite3_bind_int64(comando, n, Id_Atual());
     const int r = sqlite3_step(comando);
     sqlite3_reset(comando);
     if (r != SQLITE_DONE) {
@@ -657,25 +951,31 @@ void Registros::Update(std::source_location onde) {
         Recusa_Do_Valor_ = falha.Recusa_Valor;
         return Falha(falha.Número, falha.Descrição, onde);
     }
+    Sessão_->Marca_Escrita(Estrutura->Nome);
     if (Modo == Modo_Edição::Inclusão) {
-        Chaves.append(sqlite3_last_insert_rowid(Sessão_->Banco));
-        Excluída.append(false);
-        if (!Posição_Da_Chave.isEmpty()) Posição_Da_Chave.insert(Chaves.last(), Chaves.size() - 1);
-        Posição = Chaves.size() - 1;
+        // The new row becomes current, in its place in the order; the keyset grows to hold it.
+        Entrada nova{sqlite3_last_insert_rowid(Sessão_->Banco), {}, false};
+        Limite_Id = std::max(Limite_Id, nova.Id);
+        Entrada_Da_Linha(nova.Id, false, nova, onde);
+        Janela = {nova};
+        Atual = 0;
+        Onde = Lugar::Na_Linha;
+        Vazio = false;
+        if (Contagem >= 0) ++Contagem;
     }
     const bool soltar = Modo == Modo_Edição::Alteração && Trava_Sem_Transação;
     Modo = Modo_Edição::Nenhum;
     Pendentes.clear();
     Trava_Sem_Transação = false;
-    if (soltar) Sessão_->Libera_Trava(Estrutura->Nome, Chaves[Posição]);
-    Linha_Lida = Lê_Linha(Posição);
+    if (soltar) Sessão_->Libera_Trava(Estrutura->Nome, Id_Atual());
+    Linha_Lida = Lê_Linha(Id_Atual());
 }
 
 void Registros::Delete(std::source_location onde) {
     if (!Aberto_ || Estático)
         return Falha(3251, "O objeto ou o provedor não é capaz de efetuar a operação solicitada.", onde);
     if (!Tem_Linha_Atual() || !Linha_Lida) return Falha(Erro_Sem_Registro, Texto_Sem_Registro, onde);
-    const qint64 id = Chaves[Posição];
+    const qint64 id = Id_Atual();
     const bool já_travada = Sessão_->Possui_Trava(Estrutura->Nome, id);
     if (!já_travada && !Sessão_->Trava_Linha(Estrutura->Nome, id))
         return Falha(-2147467259, Texto_Bloqueado, onde);
@@ -691,9 +991,11 @@ void Registros::Delete(std::source_location onde) {
         r = sqlite3_step(comando);
         sqlite3_reset(comando);
         if (r != SQLITE_DONE) Sessão_->Falha_Da_Última(falha, r);
+        Sessão_->Marca_Escrita(Estrutura->Nome);
     }
     if (!Sessão_->Transação_Lógica) Sessão_->Libera_Trava(Estrutura->Nome, id);
     if (r != SQLITE_DONE) return Falha(falha.Número, falha.Descrição, onde);
-    Excluída[Posição] = true;
+    Janela[Atual].Excluída = true;
+    if (Contagem < 0) ++Excluídas_Antes_Da_Contagem;
     Linha_Lida = false;
 }

@@ -1,7 +1,9 @@
 #pragma once
-// A recordset in a table slot. Opened on a table or on "Select * From <table> ...", it is a keyset:
-// it captures the row ids in the current index order and reads a row when it becomes current, so
-// rows that others delete read as gone. Any other statement (a count) gives a static result.
+// A recordset in a table slot. Opened on a table or on "Select * From <table> ...", it is a keyset read
+// through the current index in pages: it holds a few pages of row ids around the current row, fetches
+// the next page as the rows after the last key it holds, and reads a row when it becomes current, so
+// rows that others delete read as gone. Rows that others add after it opened stay out of it until
+// Requery or Set_Index, as in a captured keyset. Any other statement (a count) gives a static result.
 
 #include <QHash>
 #include <QString>
@@ -56,7 +58,7 @@ class Registros {
     void MoveNext(std::source_location onde = std::source_location::current());
     void MovePrevious(std::source_location onde = std::source_location::current());
     void Requery(std::source_location onde = std::source_location::current());
-    int RecordCount() const { return static_cast<int>(Chaves.size()); }
+    int RecordCount() const;
 
     QString Index() const { return Índice_Atual; }
     void Set_Index(const QString& índice, std::source_location onde = std::source_location::current());
@@ -90,12 +92,31 @@ class Registros {
   private:
     friend class Campo;
     enum class Modo_Edição { Nenhum, Inclusão, Alteração };
+    enum class Lugar { Antes, Na_Linha, Depois };  // BOF, a row current, EOF
 
-    void Captura_Chaves(std::source_location onde);
+    // One term of the walk's order: a column (or expression) and its direction. The row id ends every order.
+    struct Termo_Ordem {
+        QString Expressão;
+        bool Descendente = false;
+    };
+    // A row of the keyset as the walk holds it: its id and the values of its order, as read.
+    struct Entrada {
+        qint64 Id = 0;
+        QVariantList Chave;
+        bool Excluída = false;  // deleted through this slot
+    };
+
+    void Prepara_Ordem();
+    bool Lê_Limite(std::source_location onde);
+    QVector<Entrada> Busca_Página(const Entrada* de, bool adiante, int máximo, std::source_location onde);
+    bool Entrada_Da_Linha(qint64 id, bool filtrada, Entrada& entrada, std::source_location onde);
+    bool Passo(bool adiante, std::source_location onde);
+    void Anda(bool adiante, std::source_location onde);
+    void Começa(bool do_início, std::source_location onde);
     void Carrega_Estático(std::source_location onde);
-    bool Lê_Linha(int posição);
-    void Vai_Para(int posição, int passo);
+    bool Lê_Linha(qint64 id);
     bool Tem_Linha_Atual() const;
+    qint64 Id_Atual() const { return Janela[Atual].Id; }
     QVariant Valor_Lido(int coluna, sqlite3_stmt* comando) const;
     bool Converte_Para_Gravar(int posição, const QVariant& valor, QVariant& saída, Falha_Banco& falha) const;
     void Descarta_Edição();
@@ -106,17 +127,24 @@ class Registros {
     QString Índice_Atual;
     bool Aberto_ = false;
 
-    // keyset
-    QVector<qint64> Chaves;
-    QVector<bool> Excluída;
-    QHash<qint64, int> Posição_Da_Chave;
-    int Posição = -1;
+    // keyset, read in pages
+    QString Origem;  // "FROM <table> WHERE (<criterion>) AND +rowid <= ?": the rows of the source
+    QVector<Termo_Ordem> Ordem;
+    QString Colunas_Chave;  // ", <term>, ..." as selected with each row id
+    qint64 Limite_Id = 0;   // the greatest row id when the keyset was taken
+    QVector<Entrada> Janela;
+    int Atual = -1;
+    Lugar Onde = Lugar::Antes;
+    bool Vazio = true;
+    mutable int Contagem = -1;  // RecordCount, counted when first asked
+    int Excluídas_Antes_Da_Contagem = 0;
     bool Linha_Lida = false;
     bool Recusa_Do_Valor_ = false;
     QVector<QVariant> Linha;
 
     // static result
     bool Estático = false;
+    int Posição = -1;
     QStringList Nomes_Estáticos;
     QVector<int> Tipos_Estáticos;
     QVector<QVector<QVariant>> Linhas_Estáticas;

@@ -44,6 +44,10 @@ QString Nome_Índice_Físico(const QString& tabela, const QString& índice) {
     return tabela + "." + índice;
 }
 
+QString Nome_Índice_de_Consulta(const QString& tabela, const QString& campo) {
+    return "Consulta " + tabela + " " + campo;
+}
+
 int Estrutura_Tabela::Posição_Campo(const QString& nome) const {
     for (int i = 0; i < Campos.size(); ++i)
         if (Campos[i].Nome.compare(nome, Qt::CaseInsensitive) == 0) return i;
@@ -150,6 +154,7 @@ bool Sessão::Confirma(Falha_Banco& falha) {
 
 bool Sessão::Desfaz(Falha_Banco& falha) {
     bool ok = true;
+    Esquece_Contagens();  // counts taken inside the transaction are undone with it
     if (Transação_SQL && sqlite3_get_autocommit(Banco) == 0) {
         const int r = sqlite3_exec(Banco, "ROLLBACK", nullptr, nullptr, nullptr);
         if (r != SQLITE_OK) {
@@ -228,6 +233,7 @@ sqlite3_stmt* Sessão::Prepara(const QString& sql, Falha_Banco& falha) {
 }
 
 bool Sessão::Executa(const QString& sql, Falha_Banco& falha) {
+    Esquece_Contagens();  // a statement of any kind may write to any table
     const QByteArray texto = sql.toUtf8();
     const int r = sqlite3_exec(Banco, texto.constData(), nullptr, nullptr, nullptr);
     if (r != SQLITE_OK) {
@@ -237,7 +243,54 @@ bool Sessão::Executa(const QString& sql, Falha_Banco& falha) {
     return true;
 }
 
+namespace {
+QString Tabela_Da_Contagem(const QString& sql) {
+    static const QRegularExpression contagem(
+        "^\\s*select\\s+count\\s*\\(\\s*\\*\\s*\\)\\s+from\\s+([^\\s;]+)",
+        QRegularExpression::CaseInsensitiveOption);
+    const auto m = contagem.match(sql);
+    return m.hasMatch() ? m.captured(1).toLower() : QString();
+}
+}  // namespace
+
+bool Sessão::Contagem_Memorizada(const QString& sql, qint64& contagem) {
+    const QString tabela = Tabela_Da_Contagem(sql);
+    if (tabela.isEmpty()) return false;
+    // Another process's commit changes the file's data version: then nothing kept can be trusted.
+    qint64 versão = -1;
+    Falha_Banco falha;
+    if (sqlite3_stmt* comando = Prepara("PRAGMA data_version", falha)) {
+        if (sqlite3_step(comando) == SQLITE_ROW) versão = sqlite3_column_int64(comando, 0);
+        sqlite3_reset(comando);
+    }
+    if (versão < 0 || versão != Versão_Dados) {
+        Contagens.clear();
+        Versão_Dados = versão;
+        return false;
+    }
+    const auto it = Contagens.constFind(sql);
+    if (it == Contagens.constEnd() || it->Escritas != Escritas_Por_Tabela.value(tabela)) return false;
+    contagem = it->Valor;
+    return true;
+}
+
+void Sessão::Memoriza_Contagem(const QString& sql, qint64 contagem) {
+    const QString tabela = Tabela_Da_Contagem(sql);
+    if (tabela.isEmpty() || Versão_Dados < 0) return;
+    if (Contagens.size() > 64) Contagens.clear();
+    Contagens.insert(sql, {tabela, contagem, Escritas_Por_Tabela.value(tabela)});
+}
+
+void Sessão::Marca_Escrita(const QString& tabela) {
+    ++Escritas_Por_Tabela[tabela.toLower()];
+}
+
+void Sessão::Esquece_Contagens() {
+    Contagens.clear();
+}
+
 void Sessão::Esquece_Estruturas() {
+    Esquece_Contagens();
     Estruturas.clear();
     // Statements may refer to a schema that has changed.
     for (sqlite3_stmt* c : Comandos) sqlite3_finalize(c);
@@ -310,6 +363,7 @@ std::shared_ptr<const Estrutura_Tabela> Sessão::Estrutura(const QString& tabela
     while (c != nullptr && sqlite3_step(c) == SQLITE_ROW) {
         const QString físico = Texto_Coluna(c, 0);
         const QString criação = Texto_Coluna(c, 1);
+        if (!físico.contains('.')) continue;  // one of the store's own
         Índice_Info índice;
         índice.Nome = físico.section('.', 1);
         índice.Tipo = criação.contains("/* PRIMARY */")                          ? Tipo_Índice::Primário

@@ -80,6 +80,13 @@ class Sessão {
     bool Executa(const QString& sql, Falha_Banco& falha);
     void Falha_Da_Última(Falha_Banco& falha, int código) const;
 
+    // Counts ("Select Count (*) From <table> ...") kept while neither this process nor another has
+    // written to that table since: asking first refreshes what the file says of other processes' writes.
+    bool Contagem_Memorizada(const QString& sql, qint64& contagem);
+    void Memoriza_Contagem(const QString& sql, qint64 contagem);
+    void Marca_Escrita(const QString& tabela);  // a row written here to this table
+    void Esquece_Contagens();
+
     std::shared_ptr<const Estrutura_Tabela> Estrutura(const QString& tabela, Falha_Banco& falha);
     void Esquece_Estruturas();
     QStringList Tabelas();
@@ -94,6 +101,14 @@ class Sessão {
     explicit Sessão(QString caminho);
     static qint64 Posição_Trava(const QString& tabela, qint64 linha);
     QHash<QString, sqlite3_stmt*> Comandos;
+    struct Contagem_Guardada {
+        QString Tabela;
+        qint64 Valor = 0;
+        qint64 Escritas = 0;  // this process's writes to the table when it was counted
+    };
+    QHash<QString, Contagem_Guardada> Contagens;
+    QHash<QString, qint64> Escritas_Por_Tabela;  // by table name in lower case
+    qint64 Versão_Dados = -1;                    // the file's data_version when the counts were taken
     QHash<QString, std::shared_ptr<Estrutura_Tabela>> Estruturas;
     QVector<qint64> Travas;
     int Descritor_Travas = -1;
@@ -101,4 +116,6 @@ class Sessão {
 
 // SQLite index names are per database; Jet's are per table.
 QString Nome_Índice_Físico(const QString& tabela, const QString& índice);
+// The store's own indexes carry no "table.index" name, and so stay out of the catalogue.
+QString Nome_Índice_de_Consulta(const QString& tabela, const QString& campo);
 QString Citação(const QString& identificador);  // "name" with inner quotes doubled

@@ -166,6 +166,8 @@ void frmAtualiza_Versão::tmrTempo_Timer() {
     // The versions are compared as text.
     if (QFile::exists(Caminho_Banco_Temporário()) || versão_banco < Versão_Programa())
         Caminho_de_Atualização(versão_banco);
+    // The question verification looks up every answer among the others.
+    Catálogo::Garante_Índice_de_Consulta(Conexão, "tblPergunta", "Resposta_Correta");
     Etapa_Arquivo_Compactado();
 }
 

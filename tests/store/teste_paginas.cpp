@@ -1,0 +1,475 @@
+// The slots read their rows through the index in pages: walks, seeks and changes of index that cross
+// page boundaries, rows that another running copy deletes or adds in the middle of a walk, and the
+// counts that the store keeps while nothing writes to their table.
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <QRegularExpression>
+#include <QSet>
+
+#include "failure/Rotina.h"
+#include "store/Catálogo.h"
+#include "store/Comparação.h"
+#include "store/Funções_Banco.h"
+#include "support/Pasta_Teste.h"
+#include "support/Plataforma_Roteirizada.h"
+
+namespace {
+// Several times the rows that a walk holds at once, so that every walk crosses many pages.
+constexpr int Linhas = 500;
+
+struct Pergunta_Modelo {
+    int Código;
+    QString Pergunta;
+    QVariant Tipo;  // Null for every fifth question
+};
+
+sqlite3* Abre_Outra_Conexão() {
+    sqlite3* banco = nullptr;
+    sqlite3_open(Caminho_Banco_Principal().toUtf8().constData(), &banco);
+    sqlite3_busy_timeout(banco, 5000);
+    Registra_Comparação(banco);
+    return banco;
+}
+
+// Another running copy of the program: a process of its own runs the statements and ends.
+void Outro_Processo(const QStringList& comandos) {
+    std::fflush(nullptr);
+    const pid_t filho = fork();
+    if (filho == 0) {
+        sqlite3* banco = Abre_Outra_Conexão();
+        int falhas = 0;
+        for (const QString& c : comandos)
+            falhas += sqlite3_exec(banco, c.toUtf8().constData(), nullptr, nullptr, nullptr) != SQLITE_OK;
+        sqlite3_close(banco);
+        _exit(falhas);
+    }
+    int estado = -1;
+    ASSERT_EQ(waitpid(filho, &estado, 0), filho);
+    ASSERT_TRUE(WIFEXITED(estado));
+    EXPECT_EQ(WEXITSTATUS(estado), 0);
+}
+
+// A question's code and its type, as "12/A" ("12/-" when the type is Null).
+QString Marca(int código, const QVariant& tipo) {
+    return QString::number(código) + "/" + (tipo.isValid() ? tipo.toString() : "-");
+}
+QString Marca_Atual() {
+    return Marca(Tabela.Fields("Código_Pergunta").Value().toInt(), Tabela.Fields("Tipo").Value());
+}
+
+// From the current row to the end of the walk in one direction.
+QStringList Caminha(bool adiante) {
+    QStringList vistas;
+    while (adiante ? !Tabela.Eof() : !Tabela.Bof()) {
+        vistas << Marca_Atual();
+        adiante ? Tabela.MoveNext() : Tabela.MovePrevious();
+    }
+    return vistas;
+}
+
+class Páginas_Teste : public ::testing::Test {
+  protected:
+    Pasta_Teste Pasta;
+    Plataforma_Roteirizada Plataforma;
+    QVector<Pergunta_Modelo> Modelo;
+
+    void SetUp() override {
+        Cria_Bancos_De_Teste();
+        Catálogo::Adiciona_Índice(Conexão, "tblPergunta", {"idxTipo", Tipo_Índice::Simples, {"Tipo"}});
+        Catálogo::Adiciona_Índice(Conexão, "tblPergunta",
+                                  {"idxTipo_Pergunta", Tipo_Índice::Simples, {"Tipo", "Pergunta"}});
+        // The texts sort against the codes; the types repeat, so that most keys tie with many others.
+        sqlite3* banco = Abre_Outra_Conexão();
+        sqlite3_exec(banco, "BEGIN", nullptr, nullptr, nullptr);
+        for (int código = 1; código <= Linhas; ++código) {
+            const Pergunta_Modelo p{código, QString("P%1").arg(Linhas + 1 - código, 4, 10, QChar('0')),
+                                    código % 5 == 0 ? QVariant() : QVariant(código % 2 ? "A" : "B")};
+            Modelo.append(p);
+            const QString sql =
+                "INSERT INTO tblPergunta (Pergunta, Resposta_Correta, Tipo, Já_Comparada) "
+                "VALUES ('" +
+                p.Pergunta + "', 'x', " +
+                (p.Tipo.isValid() ? "'" + p.Tipo.toString() + "'" : QString("NULL")) + ", 0)";
+            sqlite3_exec(banco, sql.toUtf8().constData(), nullptr, nullptr, nullptr);
+        }
+        sqlite3_exec(banco, "COMMIT", nullptr, nullptr, nullptr);
+        sqlite3_close(banco);
+        Abre_Tabela("tblPergunta");
+    }
+
+    // The model's rows in the order of a key; equal keys in the order of the codes (the row ids).
+    template <typename Chave>
+    QStringList Na_Ordem(Chave chave) const {
+        QVector<Pergunta_Modelo> linhas = Modelo;
+        std::stable_sort(
+            linhas.begin(), linhas.end(),
+            [&](const Pergunta_Modelo& a, const Pergunta_Modelo& b) { return chave(a) < chave(b); });
+        QStringList marcas;
+        for (const Pergunta_Modelo& p : linhas) marcas << Marca(p.Código, p.Tipo);
+        return marcas;
+    }
+    static QString Tipo_Ordenável(const Pergunta_Modelo& p) {
+        return p.Tipo.isValid() ? "1" + p.Tipo.toString() : "0";  // Nulls sort first
+    }
+};
+
+// Lists compared as standard strings, which gtest prints when they differ.
+std::vector<std::string> Padrão(const QStringList& l) {
+    std::vector<std::string> v;
+    for (const QString& s : l) v.push_back(s.toStdString());
+    return v;
+}
+
+QStringList Invertida(QStringList l) {
+    std::reverse(l.begin(), l.end());
+    return l;
+}
+}  // namespace
+
+TEST_F(Páginas_Teste, WalksCrossPageBoundariesBothWaysInEachOrderWithNullsAndTies) {
+    const QStringList por_código = Na_Ordem([](const Pergunta_Modelo& p) { return p.Código; });
+    EXPECT_EQ(Padrão(Caminha(true)), Padrão(por_código));  // no index: the order of writing
+    EXPECT_TRUE(Tabela.Eof());
+    EXPECT_FALSE(Tabela.Bof());
+
+    Tabela.Set_Index("idxPergunta");
+    const QStringList por_texto = Na_Ordem([](const Pergunta_Modelo& p) { return p.Pergunta; });
+    Tabela.MoveFirst();
+    EXPECT_EQ(Padrão(Caminha(true)), Padrão(por_texto));
+    Tabela.MovePrevious();  // from EOF, back to the last row
+    EXPECT_EQ(Padrão(Caminha(false)), Padrão(Invertida(por_texto)));
+    EXPECT_TRUE(Tabela.Bof());
+    EXPECT_FALSE(Tabela.Eof());
+
+    Tabela.Set_Index("idxTipo");
+    const QStringList por_tipo = Na_Ordem(Tipo_Ordenável);
+    Tabela.MoveFirst();
+    EXPECT_EQ(Padrão(Caminha(true)), Padrão(por_tipo));
+    Tabela.MoveLast();
+    EXPECT_EQ(Padrão(Caminha(false)), Padrão(Invertida(por_tipo)));
+
+    // Back and forth over the boundaries of what the walk holds: the rows follow one another all the same.
+    Tabela.MoveFirst();
+    for (int i = 0; i < 300; ++i) Tabela.MoveNext();
+    EXPECT_EQ(Marca_Atual().toStdString(), (por_tipo[300]).toStdString());
+    for (int i = 0; i < 250; ++i) Tabela.MovePrevious();
+    EXPECT_EQ(Marca_Atual().toStdString(), (por_tipo[50]).toStdString());
+    for (int i = 0; i < 400; ++i) Tabela.MoveNext();
+    EXPECT_EQ(Marca_Atual().toStdString(), (por_tipo[450]).toStdString());
+    Tabela.MoveLast();
+    for (int i = 0; i < 130; ++i) Tabela.MovePrevious();
+    EXPECT_EQ(Marca_Atual().toStdString(), (por_tipo[Linhas - 131]).toStdString());
+    EXPECT_EQ(Tabela.RecordCount(), Linhas);
+}
+
+TEST_F(Páginas_Teste, ASourcesOwnOrderIsWalkedBothWaysWhetherAnIndexServesItOrNot) {
+    // Served by idxPergunta, walked down it.
+    Abre_Tabela("Select * From tblPergunta Where Tipo = 'A' Order By Pergunta Desc");
+    QStringList do_tipo_a;
+    for (const Pergunta_Modelo& p : Modelo)
+        if (p.Tipo == QVariant("A")) do_tipo_a << Marca(p.Código, p.Tipo);  // the codes run against the texts
+    EXPECT_EQ(Tabela.RecordCount(), do_tipo_a.size());
+    EXPECT_EQ(Padrão(Caminha(true)), Padrão(do_tipo_a));
+    Tabela.MovePrevious();
+    EXPECT_EQ(Padrão(Caminha(false)), Padrão(Invertida(do_tipo_a)));
+
+    // No index starts with the answer: every row ties on it, then the type decides, Nulls first.
+    Abre_Tabela("Select * From tblPergunta Order By Resposta_Correta Desc, Tipo");
+    const QStringList por_tipo = Na_Ordem(Tipo_Ordenável);
+    EXPECT_EQ(Padrão(Caminha(true)), Padrão(por_tipo));
+    Tabela.MoveLast();
+    EXPECT_EQ(Padrão(Caminha(false)), Padrão(Invertida(por_tipo)));
+}
+
+TEST_F(Páginas_Teste, RowsThatAnotherCopyDeletesReadAsGoneAndRowsItAddsWaitForRequery) {
+    Tabela.Set_Index("idxCódigo_Pergunta");
+    for (int i = 1; i < 100; ++i) Tabela.MoveNext();
+    ASSERT_EQ(Tabela.Fields("Código_Pergunta").Value().toInt(), 100);
+
+    // Behind the walk, just ahead of it, and pages ahead; and a row that sorts inside the walk's way.
+    Outro_Processo({"DELETE FROM tblPergunta WHERE Código_Pergunta IN (99, 101, 300)",
+                    "INSERT INTO tblPergunta (Pergunta, Resposta_Correta, Tipo, Já_Comparada) "
+                    "VALUES ('Nova', 'x', 'A', 0)"});
+    Tabela.MoveNext();
+    EXPECT_EQ(Tabela.Fields("Código_Pergunta").Value().toInt(), 102);
+    QStringList esperadas;
+    for (int código = 102; código <= Linhas; ++código)
+        if (código != 300) esperadas << Marca(código, Modelo[código - 1].Tipo);
+    EXPECT_EQ(Padrão(Caminha(true)), Padrão(esperadas));
+    Tabela.MovePrevious();
+    const QStringList de_volta = Caminha(false);
+    EXPECT_EQ(de_volta.size(), Linhas - 3);
+    EXPECT_FALSE(de_volta.contains(Marca(99, Modelo[98].Tipo)));
+    EXPECT_FALSE(de_volta.contains(Marca(101, Modelo[100].Tipo)));
+
+    // The row under the cursor goes too: it can no longer be edited, and the walk steps over it.
+    Tabela.Seek(200);
+    Outro_Processo({"DELETE FROM tblPergunta WHERE Código_Pergunta = 200"});
+    {
+        QList<long> falhas;
+        Rotina trap("Teste", "Captura", [&](long n, const QString&, long) { falhas << n; });
+        Tabela.Edita();
+        EXPECT_EQ(falhas, QList<long>{-2147467259});
+    }
+    Tabela.MovePrevious();
+    EXPECT_EQ(Tabela.Fields("Código_Pergunta").Value().toInt(), 199);
+    Tabela.MoveNext();
+    EXPECT_EQ(Tabela.Fields("Código_Pergunta").Value().toInt(), 201);
+
+    // The row added by the other copy comes in with Requery, at the end of the code order.
+    Tabela.Requery();
+    EXPECT_EQ(Tabela.RecordCount(), Linhas - 4 + 1);
+    Tabela.MoveLast();
+    EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), "Nova");
+}
+
+TEST_F(Páginas_Teste, SeekFindsTheFirstAndLastRowsAndFallsPastBothEnds) {
+    Tabela.Set_Index("idxPergunta");
+    Tabela.Seek("P0001");
+    EXPECT_EQ(Tabela.Fields("Código_Pergunta").Value().toInt(), Linhas);
+    Tabela.MovePrevious();
+    EXPECT_TRUE(Tabela.Bof());
+    Tabela.Seek("p0500");  // the text order folds case
+    EXPECT_EQ(Tabela.Fields("Código_Pergunta").Value().toInt(), 1);
+    Tabela.MoveNext();
+    EXPECT_TRUE(Tabela.Eof());
+
+    Tabela.Seek("P0000", Tipo_Busca::Depois_ou_Igual);
+    EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), "P0001");
+    Tabela.Seek("P9999", Tipo_Busca::Antes);
+    EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), "P0500");
+    Tabela.Seek("P0500", Tipo_Busca::Depois);
+    EXPECT_TRUE(Tabela.Eof());
+    EXPECT_FALSE(Tabela.Bof());
+    Tabela.MovePrevious();  // a step back from a seek that found nothing starts at the last row
+    EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), "P0500");
+    Tabela.Seek("P0001", Tipo_Busca::Antes);
+    EXPECT_TRUE(Tabela.Eof());
+
+    // From a seek the walk goes on through the pages in both directions.
+    Tabela.Seek("P0250", Tipo_Busca::Antes);
+    EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), "P0249");
+    for (int i = 0; i < 200; ++i) Tabela.MoveNext();
+    EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), "P0449");
+    Tabela.Seek("P0250");
+    for (int i = 0; i < 200; ++i) Tabela.MovePrevious();
+    EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), "P0050");
+
+    // On two fields: the whole key, the first field alone, and past the ends of one type.
+    Tabela.Set_Index("idxTipo_Pergunta");
+    const QStringList por_tipo =
+        Na_Ordem([](const Pergunta_Modelo& p) { return Tipo_Ordenável(p) + p.Pergunta; });
+    Tabela.Seek(QVariantList{"A", "P0002"});
+    EXPECT_EQ(Tabela.Fields("Código_Pergunta").Value().toInt(), Linhas - 1);
+    Tabela.Seek(QVariantList{"A"});
+    EXPECT_EQ(Marca_Atual().toStdString(),
+              (por_tipo[por_tipo.indexOf(QRegularExpression(".*/A"))]).toStdString());
+    Tabela.Seek(QVariantList{"A", "P9999"}, Tipo_Busca::Antes);
+    EXPECT_EQ(Marca_Atual().toStdString(),
+              (por_tipo[por_tipo.indexOf(QRegularExpression(".*/B")) - 1]).toStdString());
+    Tabela.MoveNext();
+    EXPECT_EQ(Marca_Atual().toStdString(),
+              (por_tipo[por_tipo.indexOf(QRegularExpression(".*/B"))]).toStdString());
+    Tabela.Seek(QVariantList{"B", "P9999"}, Tipo_Busca::Depois_ou_Igual);
+    EXPECT_TRUE(Tabela.Eof());
+    Tabela.Seek(QVariantList{"C", "P0001"});
+    EXPECT_TRUE(Tabela.Eof());
+}
+
+TEST_F(Páginas_Teste, ChangingTheIndexInMidWalkKeepsTheCurrentRowAndWalksOnInTheNewOrder) {
+    Tabela.Set_Index("idxCódigo_Pergunta");
+    for (int i = 1; i < 137; ++i) Tabela.MoveNext();
+    ASSERT_EQ(Tabela.Fields("Código_Pergunta").Value().toInt(), 137);
+
+    Tabela.Set_Index("idxPergunta");
+    EXPECT_EQ(Tabela.Fields("Código_Pergunta").Value().toInt(), 137);
+    Tabela.MoveNext();  // the next text is that of the code before
+    EXPECT_EQ(Tabela.Fields("Código_Pergunta").Value().toInt(), 136);
+    for (int i = 0; i < 100; ++i) Tabela.MovePrevious();
+    EXPECT_EQ(Tabela.Fields("Código_Pergunta").Value().toInt(), 236);
+
+    Tabela.Set_Index("idxTipo");
+    const QStringList por_tipo = Na_Ordem(Tipo_Ordenável);
+    const int lugar = static_cast<int>(por_tipo.indexOf(Marca(236, Modelo[235].Tipo)));
+    EXPECT_EQ(Marca_Atual().toStdString(), (por_tipo[lugar]).toStdString());
+    EXPECT_EQ(Padrão(Caminha(true)), Padrão(por_tipo.mid(lugar)));
+
+    // Without an index, the order of writing; a slot with no current row starts at the first.
+    Tabela.Set_Index("");
+    EXPECT_EQ(Tabela.Fields("Código_Pergunta").Value().toInt(), 1);
+}
+
+TEST_F(Páginas_Teste, AnOwnInsertionBecomesCurrentAndADeletionKeepsThePlaceInTheWalk) {
+    Tabela.Set_Index("idxPergunta");
+    Tabela.Seek("P0300");
+    Tabela.AddNew();
+    Tabela.Fields("Pergunta").Set_Value("P0300a");
+    Tabela.Fields("Tipo").Set_Value("A");
+    Tabela.Update();
+    EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), "P0300a");
+    EXPECT_EQ(Tabela.RecordCount(), Linhas + 1);
+    Tabela.MovePrevious();
+    EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), "P0300");
+    Tabela.MoveNext();
+    Tabela.MoveNext();
+    EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), "P0301");
+
+    Tabela.Delete();
+    EXPECT_EQ(Tabela.RecordCount(), Linhas + 1);  // as the keyset was taken: the deleted row still counts
+    Tabela.MoveNext();
+    EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), "P0302");
+    Tabela.MovePrevious();
+    EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), "P0300a");
+}
+
+TEST_F(Páginas_Teste, CountsAreAnsweredFromMemoryUntilSomethingWritesToTheirTable) {
+    int contagens = 0;
+    sqlite3_trace_v2(
+        Conexão.Sessão_Física()->Banco, SQLITE_TRACE_STMT,
+        [](unsigned, void* contexto, void* comando, void*) {
+            const char* sql = sqlite3_sql(static_cast<sqlite3_stmt*>(comando));
+            if (sql != nullptr && QByteArray(sql).startsWith("Select Count")) ++*static_cast<int*>(contexto);
+            return 0;
+        },
+        &contagens);
+    const auto conta = [](const QString& fonte = "tblPergunta") {
+        Limpa_Cache_Lastrec();  // as every opener does
+        return Lastrec(fonte, Conexão);
+    };
+    EXPECT_EQ(conta(), Linhas);
+    EXPECT_EQ(conta(), Linhas);
+    EXPECT_EQ(contagens, 1);
+
+    // A write to another table, and an edit, leave the count of this one standing.
+    Abre_Tabela_Secundária("tblPergunta_Já_Mostrada");
+    Tabela_Secundária.AddNew();
+    Tabela_Secundária.Fields("Código_Pergunta").Set_Value(1);
+    Tabela_Secundária.Update();
+    EXPECT_EQ(conta(), Linhas);
+    EXPECT_EQ(contagens, 1);
+    EXPECT_EQ(conta("tblPergunta_Já_Mostrada"), 1);
+    EXPECT_EQ(contagens, 2);
+
+    Tabela.AddNew();
+    Tabela.Fields("Pergunta").Set_Value("Mais uma");
+    Tabela.Update();
+    EXPECT_EQ(conta(), Linhas + 1);
+    EXPECT_EQ(contagens, 3);
+
+    // A row written in a transaction that is undone is not counted afterwards.
+    Inicia_Transação();
+    Tabela.AddNew();
+    Tabela.Fields("Pergunta").Set_Value("Desfeita");
+    Tabela.Update();
+    EXPECT_EQ(conta(), Linhas + 2);
+    Desfaz_Transação();
+    EXPECT_EQ(conta(), Linhas + 1);
+
+    // Another copy's writes are seen, and so are rows that a statement deletes.
+    Outro_Processo({"DELETE FROM tblPergunta WHERE Código_Pergunta <= 10"});
+    EXPECT_EQ(conta(), Linhas - 9);
+    EXPECT_EQ(conta("Select * From tblPergunta Where Tipo = 'A'"), 200 - 4);
+    Conexão.Execute("Delete From tblPergunta Where Tipo = 'A'");
+    EXPECT_EQ(conta("Select * From tblPergunta Where Tipo = 'A'"), 0);
+    EXPECT_EQ(conta(), Linhas - 9 - 196);
+    sqlite3_trace_v2(Conexão.Sessão_Física()->Banco, 0, nullptr, nullptr);
+}
+
+namespace {
+// The statements that a piece of work sends to a database file, as run, with their values.
+struct Registro_Comandos {
+    sqlite3* Banco;
+    QStringList Comandos;
+    explicit Registro_Comandos(sqlite3* banco) : Banco(banco) {
+        sqlite3_trace_v2(
+            banco, SQLITE_TRACE_STMT,
+            [](unsigned, void* contexto, void* comando, void*) {
+                char* sql = sqlite3_expanded_sql(static_cast<sqlite3_stmt*>(comando));
+                if (sql != nullptr && QByteArray(sql).startsWith("SELECT"))
+                    static_cast<Registro_Comandos*>(contexto)->Comandos << QString::fromUtf8(sql);
+                sqlite3_free(sql);
+                return 0;
+            },
+            this);
+    }
+    ~Registro_Comandos() { sqlite3_trace_v2(Banco, 0, nullptr, nullptr); }
+
+    // The plan of each statement; those that read a whole table or sort it in a scratch tree are told.
+    QStringList Varreduras(QStringList& planos) const {
+        QStringList varreduras;
+        for (const QString& sql : QSet<QString>(Comandos.begin(), Comandos.end())) {
+            sqlite3_stmt* plano = nullptr;
+            sqlite3_prepare_v2(Banco, ("EXPLAIN QUERY PLAN " + sql).toUtf8().constData(), -1, &plano,
+                               nullptr);
+            QString texto;
+            while (plano != nullptr && sqlite3_step(plano) == SQLITE_ROW)
+                texto +=
+                    " | " + QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(plano, 3)));
+            sqlite3_finalize(plano);
+            planos << sql + texto;
+            // A scan in the table's own order that stops after a page is a look-up too.
+            const bool limitada = sql.contains(QRegularExpression("ORDER BY rowid( DESC)? LIMIT"));
+            if ((texto.contains("SCAN ") && !texto.contains("INDEX") && !limitada) ||
+                texto.contains("TEMP B-TREE"))
+                varreduras << sql + texto;
+        }
+        return varreduras;
+    }
+};
+}  // namespace
+
+TEST_F(Páginas_Teste, TheWindowsStatementsFindTheirRowsThroughAnIndex) {
+    Catálogo::Cria_Tabela(Conexão, "tblPontuação", {{"Jogador", Tipo_Texto, 50}, {"Pontuação", Tipo_Double}});
+    Catálogo::Adiciona_Índice(Conexão, "tblPontuação", {"idxPontuação", Tipo_Índice::Simples, {"Pontuação"}});
+    Catálogo::Adiciona_Índice(Conexão_Manutenção, "tblManutenção_Banco_de_Dados",
+                              {"idxUsuário_Data_Manutenção_Hora_Manutenção",
+                               Tipo_Índice::Simples,
+                               {"Usuário", "Data_Manutenção", "Hora_Manutenção"}});
+    Catálogo::Garante_Índice_de_Consulta(Conexão, "tblPergunta", "Resposta_Correta");
+    Abre_Tabela_Manutenção("tblManutenção_Banco_de_Dados");  // with its new index
+    // The store's own index stays out of the catalogue.
+    EXPECT_EQ(Catálogo::Estrutura(Conexão, "tblPergunta").Índices.size(), 4);
+    for (int i = 0; i < 300; ++i) {
+        Abre_Tabela_Terciária("tblPontuação");
+        Tabela_Terciária.AddNew();
+        Tabela_Terciária.Fields("Jogador").Set_Value("J" + QString::number(i));
+        Tabela_Terciária.Fields("Pontuação").Set_Value((i * 37) % 101);
+        Tabela_Terciária.Update();
+        Tabela_Manutenção.AddNew();
+        Tabela_Manutenção.Fields("Manutenção").Set_Value("Linha " + QString::number(i));
+        Tabela_Manutenção.Fields("Usuário").Set_Value(i % 2 ? "Ana" : "Bruno");
+        Tabela_Manutenção.Fields("Data_Manutenção")
+            .Set_Value(QDateTime(QDate(2019, 3, 1 + i % 28), QTime(0, 0)));
+        Tabela_Manutenção.Fields("Hora_Manutenção").Set_Value("10:00:00");
+        Tabela_Manutenção.Update();
+    }
+    QStringList planos;
+
+    // The hall: the points index walked from the top down and from the bottom up.
+    Registro_Comandos principal(Conexão.Sessão_Física()->Banco);
+    Tabela_Terciária.Reinicia();
+    Abre_Tabela_Terciária("tblPontuação");
+    Tabela_Terciária.Set_Index("idxPontuação");
+    Tabela_Terciária.MoveLast();
+    for (int i = 0; i < 150 && !Tabela_Terciária.Bof(); ++i) Tabela_Terciária.MovePrevious();
+    Tabela_Terciária.MoveFirst();
+    for (int i = 0; i < 150 && !Tabela_Terciária.Eof(); ++i) Tabela_Terciária.MoveNext();
+    // The verification's look-up of the questions with the same answer.
+    Abre_Tabela_Dynaset("Select * From tblPergunta Where Resposta_Correta = 'x'", Conexão.ConnectionString);
+    EXPECT_EQ(Tabela_Dynaset.RecordCount(), Linhas);
+    EXPECT_EQ(Padrão(principal.Varreduras(planos)), Padrão({}));
+
+    // The maintenance report: a seek on user, date and time, then the walk on from there.
+    Registro_Comandos auditoria(Conexão_Manutenção.Sessão_Física()->Banco);
+    Tabela_Manutenção.Set_Index("idxUsuário_Data_Manutenção_Hora_Manutenção");
+    Tabela_Manutenção.Seek({"Ana", QDateTime(QDate(2019, 3, 10), QTime(0, 0)), QString("00:00:00")},
+                           Tipo_Busca::Depois_ou_Igual);
+    EXPECT_EQ(Tabela_Manutenção.Fields("Data_Manutenção").Value().toDate(), QDate(2019, 3, 10));
+    for (int i = 0; i < 100 && !Tabela_Manutenção.Eof(); ++i) Tabela_Manutenção.MoveNext();
+    EXPECT_EQ(Padrão(auditoria.Varreduras(planos)), Padrão({}));
+    RecordProperty("Planos", planos.join(" // ").toStdString());
+}
