@@ -1,6 +1,7 @@
 #include "users/frmUsuário.h"
 
 #include <QCheckBox>
+#include <QDir>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -159,7 +160,8 @@ bool frmUsuário::Usuário_Mostrado_É_O_Atual() const {
 }
 
 void frmUsuário::Aponta_Pasta(const QString& caminho) {
-    if (!DirImagens->Set_Path(caminho)) DirImagens->Set_Path(Pasta_Ícones());
+    // A folder that has vanished or cannot be read gives way to the program's pictures.
+    if (!DirImagens->Set_Path(caminho) && !DirImagens->Set_Path(Pasta_Ícones())) DirImagens->Set_Path(QDir::homePath());
     drvImagens->Set_Drive(DirImagens->Path());
 }
 
@@ -441,7 +443,15 @@ void frmUsuário::cmdOk_Click() {
         if (Operação == "Inclusão") Tabela.AddNew();
         Grava_Campos();
         Grava(Tabela, false);
-        if (Registro_Duplicado) Abre_Tabelas();
+        if (Registro_Duplicado) {
+            // The password dialog has left this window outside its register state, where the handler
+            // keeps quiet about a duplicate: the name is told here.
+            if (!Em_Cadastro)
+                Plataforma_Atual().Caixa_Mensagem("Já existe um usuário cadastrado com o nome \"" +
+                                                      txtUsuário->text().trimmed() + "\".",
+                                                  Título_Programa, Ícone_Caixa::Exclamação, Botões_Caixa::Ok);
+            Abre_Tabelas();
+        }
         Registro_Duplicado = false;
     }
     // The rights are written on No as well: the question was about the user's own fields.
