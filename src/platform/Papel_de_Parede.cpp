@@ -36,7 +36,7 @@ bool Por_Xfconf(const QString& arquivo, Meios_Papel_de_Parede& meios) {
 }  // namespace
 
 QString Aplica_Papel_de_Parede(const QString& arquivo_bitmap, Meios_Papel_de_Parede& meios) {
-    const QString endereço = QUrl::fromLocalFile(arquivo_bitmap).toString();
+    const QString endereço = QUrl::fromLocalFile(arquivo_bitmap).toString(QUrl::FullyEncoded);
     if (meios.Portal(endereço)) return "portal";
     if (Por_Gsettings(endereço, meios)) return "gsettings";
     if (Por_Xfconf(arquivo_bitmap, meios)) return "xfconf-query";
