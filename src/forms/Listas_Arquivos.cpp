@@ -131,6 +131,11 @@ void Lista_Pastas::keyPressEvent(QKeyEvent* evento) {
     QListWidget::keyPressEvent(evento);
 }
 
+void Lista_Pastas::focusInEvent(QFocusEvent* evento) {
+    QListWidget::focusInEvent(evento);
+    if (Ao_Receber_Foco) Ao_Receber_Foco();
+}
+
 Lista_Arquivos::Lista_Arquivos(QWidget* pai) : QListWidget(pai) {}
 
 void Lista_Arquivos::Set_Path(const QString& caminho) {

@@ -34,9 +34,11 @@ class Lista_Pastas : public QListWidget {
     bool Set_Path(const QString& caminho);
 
     std::function<void()> Ao_Mudar;  // Change
+    std::function<void()> Ao_Receber_Foco;
 
   protected:
     void keyPressEvent(QKeyEvent* evento) override;
+    void focusInEvent(QFocusEvent* evento) override;
 
   private:
     void Entra(QListWidgetItem* item);

@@ -117,6 +117,9 @@ frmUsuário::frmUsuário(QWidget* pai) : Formulário_Cadastro("frmUsuário", pai
     Instala_Validate(DirImagens, [this](bool& Cancel) { DirImagens_Validate(Cancel); });
     drvImagens->Ao_Mudar = [this] { DirImagens->Set_Path(drvImagens->Drive()); };
     DirImagens->Ao_Mudar = [this] { drvImagens->Set_Drive(DirImagens->Path()); };
+    // The folder list is the last stop before OK: reaching it makes OK reachable by Tab, since the
+    // disabled OK would be passed over for Cancelar, which runs no check.
+    DirImagens->Ao_Receber_Foco = [this] { Habilitar_Botão_OK(this); };
     setTabOrder(txtUsuário, txtSenha);
     setTabOrder(txtSenha, txtSenha_Confirmação);
     setTabOrder(txtSenha_Confirmação, chkMuda_Fundo_de_Tela);
@@ -171,6 +174,7 @@ void frmUsuário::Limpa_Grade() {
     flxPermissão_de_Acesso->Clear();
     flxPermissão_de_Acesso->Set_FormatString(Formato_Grade);
     flxPermissão_de_Acesso->setColumnHidden(5, true);
+    flxPermissão_de_Acesso->resizeColumnsToContents();
 }
 
 void frmUsuário::Mostra_Registro() {

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
+#include <QImageReader>
 #include <QLabel>
 #include <QPixmap>
 #include <QStandardPaths>
@@ -18,6 +19,9 @@
 #include "utilities/Ajuda.h"
 
 namespace {
+constexpr int Largura_Mínima = 320;
+constexpr int Altura_Mínima = 200;
+
 // The mount point that holds a path, with the share mounted there.
 struct Montagem {
     QString Ponto;
@@ -119,7 +123,13 @@ void Muda_Fundo_Tela(Lista_Arquivos* filImagens, QLabel* imgFundo) {
     Semeia_Gerador();
     while (!candidatos.isEmpty()) {
         const int sorteado = Sorteia(static_cast<int>(candidatos.size()));
-        const QImage imagem(QDir(filImagens->Path()).filePath(candidatos[sorteado]));
+        const QString arquivo = QDir(filImagens->Path()).filePath(candidatos[sorteado]);
+        // An icon or a thumbnail stretched over the window is no background: it is passed over as a
+        // damaged file is.
+        const QSize tamanho = QImageReader(arquivo).size();
+        const QImage imagem = tamanho.width() >= Largura_Mínima && tamanho.height() >= Altura_Mínima
+                                  ? QImage(arquivo)
+                                  : QImage();
         if (imagem.isNull()) {
             candidatos.removeAt(sorteado);
             Plataforma_Atual().Processa_Eventos();

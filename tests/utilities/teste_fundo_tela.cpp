@@ -102,7 +102,7 @@ class Fundo_Tela_Teste : public ::testing::Test {
 
     QString Bitmap() const { return Dados_Usuário.path() + "/Quizora/Wallpaper.bmp"; }
 
-    // A folder with pictures of the given widths, as name=width.
+    // A folder with pictures of the given widths (beyond 400 pixels), as name=width; 0 is a damaged file.
     QString Biblioteca(const QString& nome, const QList<QPair<QString, int>>& figuras) {
         const QString pasta = Pasta.Caminho() + "/" + nome;
         EXPECT_TRUE(QDir().mkpath(pasta));
@@ -113,7 +113,8 @@ class Fundo_Tela_Teste : public ::testing::Test {
                 f.write("isto não é uma figura");
                 continue;
             }
-            QImage figura(largura, 10, QImage::Format_RGB32);
+            // Widths are told beyond the smallest background; a negative one makes an icon.
+            QImage figura(largura < 0 ? 128 : 400 + largura, largura < 0 ? 128 : 300, QImage::Format_RGB32);
             figura.fill(Qt::darkCyan);
             EXPECT_TRUE(figura.save(pasta + "/" + arquivo)) << arquivo.toStdString();
         }
@@ -145,7 +146,7 @@ class Fundo_Tela_Teste : public ::testing::Test {
                 Tabela_Quaternária.Fields("Biblioteca_Imagens_Rede").Value().toString()};
     }
 
-    int Largura_Fundo() const { return imgFundo.pixmap().isNull() ? 0 : imgFundo.pixmap().width(); }
+    int Largura_Fundo() const { return imgFundo.pixmap().isNull() ? 0 : imgFundo.pixmap().width() - 400; }
 };
 
 // Before the login the Supervisor's settings apply; the bitmap goes to the user's data folder and to the
@@ -156,7 +157,7 @@ TEST_F(Fundo_Tela_Teste, TheSupervisorsLibraryBeforeTheLoginAndTheDesktopOnlyWit
     Muda_Fundo_Tela(&filImagens, &imgFundo);
     EXPECT_EQ(Largura_Fundo(), 31);
     EXPECT_EQ(Plataforma.Papéis_de_Parede, QStringList{Bitmap()});
-    EXPECT_EQ(QImage(Bitmap()).width(), 31);
+    EXPECT_EQ(QImage(Bitmap()).width(), 431);
     EXPECT_TRUE(Plataforma.Caixas.isEmpty());
 
     // Ana's option off: the window's background changes, the desktop and the file are untouched.
@@ -203,10 +204,10 @@ TEST_F(Fundo_Tela_Teste, TheThreeLibrariesInTurnAndTheFallbackWrittenOnceTheWind
     EXPECT_EQ(Campos("Supervisor"), qMakePair(QString(), ícones));
 }
 
-// Only files the draw can show are drawn: a damaged one is passed over, and a library without a good
+// Only files the draw can show are drawn: a damaged one or an icon is passed over, and a library without a good
 // picture, however many files it holds, leaves the background as it is.
 TEST_F(Fundo_Tela_Teste, DamagedAndForeignFilesAreNeverDrawnAndAnEmptyLibraryKeepsTheBackground) {
-    const QString mista = Biblioteca("Mista", {{"ruim.jpg", 0}, {"ruim2.gif", 0}, {"boa.png", 12}});
+    const QString mista = Biblioteca("Mista", {{"ruim.jpg", 0}, {"ruim2.gif", 0}, {"ícone.png", -1}, {"boa.png", 12}});
     QFile(mista + "/notas.txt").open(QIODevice::WriteOnly);
     Ajusta("Supervisor", mista, "", true);
     for (int vez = 0; vez < 6; ++vez) {
@@ -238,6 +239,6 @@ TEST_F(Fundo_Tela_Teste, TheMenuShowsMessage21WhenNoPictureCouldBeShown) {
     Plataforma.Caixas.clear();
     principal.mnuFundo_Tela_Click();
     EXPECT_TRUE(Plataforma.Caixas.isEmpty());
-    EXPECT_EQ(principal.imgFundo->pixmap().width(), 9);
+    EXPECT_EQ(principal.imgFundo->pixmap().width(), 409);
 }
 }  // namespace
