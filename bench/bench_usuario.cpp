@@ -37,8 +37,9 @@ std::string Nome_Usuário(int i) {
 
 void Prepara_Usuários_e_Direitos(sqlite3* banco) {
     Executa_Puro(banco, "BEGIN");
-    sqlite3_stmt* usuário = Prepara_Puro(
-        banco, "INSERT INTO tblUsuário (Usuário, Senha, Muda_Fundo_de_Tela, Quantidade_Execuções) VALUES (?, 1, 0, 0)");
+    sqlite3_stmt* usuário = Prepara_Puro(banco,
+                                         "INSERT INTO tblUsuário (Usuário, Senha, Muda_Fundo_de_Tela, "
+                                         "Quantidade_Execuções) VALUES (?, 1, 0, 0)");
     for (int i = 1; i <= Usuários; ++i) {
         const std::string nome = Nome_Usuário(i);
         sqlite3_bind_text(usuário, 1, nome.c_str(), -1, SQLITE_TRANSIENT);
@@ -46,10 +47,11 @@ void Prepara_Usuários_e_Direitos(sqlite3* banco) {
         sqlite3_reset(usuário);
     }
     sqlite3_finalize(usuário);
-    sqlite3_stmt* direito = Prepara_Puro(banco,
-                                         "INSERT INTO tblPermissão (Rotina, Usuário, Permissão_De_Inclusão, "
-                                         "Permissão_De_Alteração, Permissão_De_Exclusão, Permissão_De_Consulta) "
-                                         "VALUES (?, ?, ?, 1, ?, 1)");
+    sqlite3_stmt* direito =
+        Prepara_Puro(banco,
+                     "INSERT INTO tblPermissão (Rotina, Usuário, Permissão_De_Inclusão, "
+                     "Permissão_De_Alteração, Permissão_De_Exclusão, Permissão_De_Consulta) "
+                     "VALUES (?, ?, ?, 1, ?, 1)");
     for (int j = 0; j < Janelas; ++j)
         for (int i = 1; i <= Usuários; ++i) {
             const std::string rotina = j == 0 ? "frmUsuário" : "frmJanela_" + std::to_string(j);
@@ -63,9 +65,10 @@ void Prepara_Usuários_e_Direitos(sqlite3* banco) {
         }
     sqlite3_finalize(direito);
     // The Supervisor's own row of the register, so that opening it writes nothing.
-    Executa_Puro(banco,
-                 "INSERT INTO tblPermissão (Rotina, Usuário, Permissão_De_Inclusão, Permissão_De_Alteração, "
-                 "Permissão_De_Exclusão, Permissão_De_Consulta) VALUES ('frmUsuário', 'Supervisor', 1, 1, 1, 1)");
+    Executa_Puro(
+        banco,
+        "INSERT INTO tblPermissão (Rotina, Usuário, Permissão_De_Inclusão, Permissão_De_Alteração, "
+        "Permissão_De_Exclusão, Permissão_De_Consulta) VALUES ('frmUsuário', 'Supervisor', 1, 1, 1, 1)");
     Executa_Puro(banco, "COMMIT");
 }
 
@@ -139,7 +142,8 @@ void BM_Mostra_Usuário_SQLite_Puro(benchmark::State& estado) {
     for (auto _ : estado) {
         sqlite3_bind_int(usuário, 1, Usuário_Mostrado + 2);
         std::string nome;
-        if (sqlite3_step(usuário) == SQLITE_ROW) nome = reinterpret_cast<const char*>(sqlite3_column_text(usuário, 0));
+        if (sqlite3_step(usuário) == SQLITE_ROW)
+            nome = reinterpret_cast<const char*>(sqlite3_column_text(usuário, 0));
         sqlite3_reset(usuário);
         sqlite3_bind_text(direitos, 1, nome.c_str(), -1, SQLITE_TRANSIENT);
         int linhas = 0;

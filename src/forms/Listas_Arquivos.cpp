@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QKeyEvent>
+#include <QStyle>
 
 namespace {
 const QStringList Sistemas_de_Rede = {"cifs", "smb3", "smbfs", "nfs", "nfs4", "sshfs", "fuse.sshfs", "9p"};
@@ -90,28 +91,42 @@ void Lista_Unidades::Set_Drive(const QString& caminho) {
 }
 
 Lista_Pastas::Lista_Pastas(QWidget* pai) : QListWidget(pai) {
-    QObject::connect(this, &QListWidget::itemDoubleClicked, this, [this](QListWidgetItem* item) { Entra(item); });
+    QObject::connect(this, &QListWidget::itemDoubleClicked, this,
+                     [this](QListWidgetItem* item) { Entra(item); });
 }
 
 bool Lista_Pastas::Set_Path(const QString& caminho) {
     if (!Pasta_Legível(caminho)) return false;
     const QString novo = QDir::cleanPath(QFileInfo(caminho).absoluteFilePath());
     clear();
-    auto* atual = new QListWidgetItem(QIcon::fromTheme("folder-open"), novo, this);
+    // The folders from the root down to this one, open, and then the folders inside it, as a tree
+    // seen from where the user stands; each is entered by a double click or the space bar.
+    const QIcon aberta = style()->standardIcon(QStyle::SP_DirOpenIcon);
+    const QIcon fechada = style()->standardIcon(QStyle::SP_DirIcon);
+    QStringList acima = novo.split('/', Qt::SkipEmptyParts);
+    QString parcial;
+    auto* raiz = new QListWidgetItem(aberta, "/", this);
+    raiz->setData(Qt::UserRole, QString("/"));
+    QListWidgetItem* atual = raiz;
+    for (int nível = 0; nível < acima.size(); ++nível) {
+        parcial += "/" + acima[nível];
+        atual = new QListWidgetItem(aberta, QString(2 * (nível + 1), ' ') + acima[nível], this);
+        atual->setData(Qt::UserRole, parcial);
+        atual->setData(Qt::AccessibleTextRole, acima[nível]);
+    }
     QFont negrito = font();
     negrito.setBold(true);
     atual->setFont(negrito);
-    atual->setData(Qt::UserRole, novo);
-    if (novo != "/") {
-        auto* acima = new QListWidgetItem(QIcon::fromTheme("go-up"), "..", this);
-        acima->setData(Qt::UserRole, QFileInfo(novo).absolutePath());
-    }
+    const QString recuo(2 * (acima.size() + 1), ' ');
     const QDir pasta(novo);
-    for (const QString& nome : pasta.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::IgnoreCase)) {
-        auto* item = new QListWidgetItem(QIcon::fromTheme("folder"), nome, this);
+    for (const QString& nome :
+         pasta.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::IgnoreCase)) {
+        auto* item = new QListWidgetItem(fechada, recuo + nome, this);
         item->setData(Qt::UserRole, pasta.filePath(nome));
+        item->setData(Qt::AccessibleTextRole, nome);
     }
-    setCurrentRow(0);
+    setCurrentItem(atual);
+    scrollToItem(atual);
     const bool mudou = novo != Caminho;
     Caminho = novo;
     if (mudou && Ao_Mudar) Ao_Mudar();
@@ -126,6 +141,20 @@ void Lista_Pastas::keyPressEvent(QKeyEvent* evento) {
     // Space opens the folder under the cursor; Enter stays the window's, which moves to the next control.
     if (evento->key() == Qt::Key_Space) {
         Entra(currentItem());
+        return;
+    }
+    // Typing a folder's first letters goes to it, as in any list, the indentation aside.
+    const QString texto = evento->text();
+    if (!texto.isEmpty() && texto.at(0).isLetterOrNumber() && !(evento->modifiers() & Qt::ControlModifier)) {
+        Busca += texto;
+        if (!Relógio_Busca.isValid() || Relógio_Busca.elapsed() > 1000) Busca = texto;
+        Relógio_Busca.start();
+        for (int i = 0; i < count(); ++i)
+            if (item(i)->text().trimmed().startsWith(Busca, Qt::CaseInsensitive)) {
+                setCurrentRow(i);
+                scrollToItem(item(i));
+                return;
+            }
         return;
     }
     QListWidget::keyPressEvent(evento);

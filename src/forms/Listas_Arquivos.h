@@ -3,6 +3,7 @@
 // (the root, the home folder, mounted removable and network file systems), the folders of the chosen
 // place, and the files of a folder.
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QListWidget>
 #include <QStringList>
 #include <functional>
@@ -43,6 +44,8 @@ class Lista_Pastas : public QListWidget {
   private:
     void Entra(QListWidgetItem* item);
     QString Caminho;
+    QString Busca;  // the letters typed in a row
+    QElapsedTimer Relógio_Busca;
 };
 
 // Not shown to the user: the files of a folder that match the pattern.

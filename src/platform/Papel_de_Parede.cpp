@@ -15,7 +15,8 @@ bool Por_Gsettings(const QString& endereço, Meios_Papel_de_Parede& meios) {
     QString chaves;
     // A system without GNOME's schema has no such settings to write.
     if (meios.Executa("gsettings", {"list-keys", Esquema_Gnome}, &chaves) != 0) return false;
-    if (meios.Executa("gsettings", {"set", Esquema_Gnome, "picture-uri", endereço}, nullptr) != 0) return false;
+    if (meios.Executa("gsettings", {"set", Esquema_Gnome, "picture-uri", endereço}, nullptr) != 0)
+        return false;
     if (chaves.split('\n').contains("picture-uri-dark"))
         meios.Executa("gsettings", {"set", Esquema_Gnome, "picture-uri-dark", endereço}, nullptr);
     return true;
@@ -50,8 +51,8 @@ bool Meios_Sessão::Portal(const QString& endereço) {
     const bool registrado = sessão.interface()->isServiceRegistered(serviço).value();
     const bool ativável = sessão.interface()->activatableServiceNames().value().contains(serviço);
     if (!registrado && !ativável) return false;
-    QDBusMessage chamada = QDBusMessage::createMethodCall(serviço, "/org/freedesktop/portal/desktop",
-                                                          "org.freedesktop.portal.Wallpaper", "SetWallpaperURI");
+    QDBusMessage chamada = QDBusMessage::createMethodCall(
+        serviço, "/org/freedesktop/portal/desktop", "org.freedesktop.portal.Wallpaper", "SetWallpaperURI");
     const QVariantMap opções = {{"show-preview", false}, {"set-on", QString("background")}};
     chamada << QString() << endereço << opções;
     // The portal answers at once with a request; a desktop without the wallpaper part answers an error.

@@ -164,7 +164,8 @@ bool frmUsuário::Usuário_Mostrado_É_O_Atual() const {
 
 void frmUsuário::Aponta_Pasta(const QString& caminho) {
     // A folder that has vanished or cannot be read gives way to the program's pictures.
-    if (!DirImagens->Set_Path(caminho) && !DirImagens->Set_Path(Pasta_Ícones())) DirImagens->Set_Path(QDir::homePath());
+    if (!DirImagens->Set_Path(caminho) && !DirImagens->Set_Path(Pasta_Ícones()))
+        DirImagens->Set_Path(QDir::homePath());
     drvImagens->Set_Drive(DirImagens->Path());
 }
 
@@ -185,7 +186,8 @@ void frmUsuário::Mostra_Registro() {
         txtSenha->setText(QString::number(Tabela.Fields("Senha").Value().toInt()).trimmed());
         const QString local =
             Caminho_da_Biblioteca(Tabela.Fields("Biblioteca_Imagens_Local").Value().toString());
-        const QString rede = Caminho_da_Biblioteca(Tabela.Fields("Biblioteca_Imagens_Rede").Value().toString());
+        const QString rede =
+            Caminho_da_Biblioteca(Tabela.Fields("Biblioteca_Imagens_Rede").Value().toString());
         Aponta_Pasta(Pasta_Legível(local) ? local : Pasta_Legível(rede) ? rede : Pasta_Ícones());
     } else {
         Aponta_Pasta(Pasta_Ícones());
@@ -220,14 +222,14 @@ void frmUsuário::Preenche_Grade() {
         }
         ++linhas;
         flxPermissão_de_Acesso->Set_Rows(linhas + 1);
-        flxPermissão_de_Acesso->Set_TextMatrix(linhas, 0,
-                                               Tabela_Terciária.Fields("Rotina").Value().toString().trimmed());
+        flxPermissão_de_Acesso->Set_TextMatrix(
+            linhas, 0, Tabela_Terciária.Fields("Rotina").Value().toString().trimmed());
         for (int i = 0; i < 4; ++i)
             flxPermissão_de_Acesso->Set_TextMatrix(
                 linhas, i + 1,
                 Tabela_Terciária.Fields(QString::fromUtf8(Direitos[i])).Value().toBool() ? Sim : Não);
-        flxPermissão_de_Acesso->Set_TextMatrix(linhas, 5,
-                                               Tabela_Terciária.Fields("Código_Permissão").Value().toString());
+        flxPermissão_de_Acesso->Set_TextMatrix(
+            linhas, 5, Tabela_Terciária.Fields("Código_Permissão").Value().toString());
         Tabela_Terciária.MoveNext();
     }
     flxPermissão_de_Acesso->resizeColumnsToContents();
@@ -388,7 +390,8 @@ void frmUsuário::Grava_Direitos() {
         bool mudou = false;
         for (int i = 0; i < 4; ++i) {
             const bool direito = flxPermissão_de_Acesso->TextMatrix(linha, i + 1) == Sim;
-            if (Tabela_Secundária.Fields(QString::fromUtf8(Direitos[i])).Value().toBool() != direito) mudou = true;
+            if (Tabela_Secundária.Fields(QString::fromUtf8(Direitos[i])).Value().toBool() != direito)
+                mudou = true;
         }
         // An unchanged row is not written, so the audit trail holds only real changes.
         if (!mudou) continue;
@@ -451,9 +454,9 @@ void frmUsuário::cmdOk_Click() {
             // The password dialog has left this window outside its register state, where the handler
             // keeps quiet about a duplicate: the name is told here.
             if (!Em_Cadastro)
-                Plataforma_Atual().Caixa_Mensagem("Já existe um usuário cadastrado com o nome \"" +
-                                                      txtUsuário->text().trimmed() + "\".",
-                                                  Título_Programa, Ícone_Caixa::Exclamação, Botões_Caixa::Ok);
+                Plataforma_Atual().Caixa_Mensagem(
+                    "Já existe um usuário cadastrado com o nome \"" + txtUsuário->text().trimmed() + "\".",
+                    Título_Programa, Ícone_Caixa::Exclamação, Botões_Caixa::Ok);
             Abre_Tabelas();
         }
         Registro_Duplicado = false;
@@ -493,7 +496,8 @@ void frmUsuário::flxPermissão_De_Acesso_Click() {
     Grade_Flex* grade = flxPermissão_de_Acesso;
     const int coluna = grade->Col();
     if (coluna >= 1 && coluna <= 4 && grade->Row() >= 1 && grade->Row() < grade->Rows())
-        grade->Set_TextMatrix(grade->Row(), coluna, grade->TextMatrix(grade->Row(), coluna) == Sim ? Não : Sim);
+        grade->Set_TextMatrix(grade->Row(), coluna,
+                              grade->TextMatrix(grade->Row(), coluna) == Sim ? Não : Sim);
     update();
     Habilitar_Botão_OK(this);
 }

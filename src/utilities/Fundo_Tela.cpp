@@ -36,7 +36,8 @@ QList<Montagem> Montagens_de_Rede() {
         const int traço = partes.indexOf("-");
         if (partes.size() < 5 || traço < 0 || traço + 2 >= partes.size()) continue;
         if (!de_rede.contains(partes[traço + 1])) continue;
-        montagens.append({QString(partes[4]).replace("\\040", " "), QString(partes[traço + 2]).replace("\\040", " ")});
+        montagens.append(
+            {QString(partes[4]).replace("\\040", " "), QString(partes[traço + 2]).replace("\\040", " ")});
     }
     return montagens;
 }

@@ -77,8 +77,8 @@ class Cadastro_Usuario_Teste : public ::testing::Test {
         Limpa_Cache_Lastrec();
     }
 
-    static void Cria_Direito(const QString& rotina, const QString& usuário, bool inclui, bool altera, bool exclui,
-                             bool consulta) {
+    static void Cria_Direito(const QString& rotina, const QString& usuário, bool inclui, bool altera,
+                             bool exclui, bool consulta) {
         Tabela_Quaternária.Reinicia();
         Abre_Tabela_Quaternária("tblPermissão");
         Tabela_Quaternária.AddNew();
@@ -123,7 +123,8 @@ class Cadastro_Usuario_Teste : public ::testing::Test {
     static void Mostra(frmUsuário& j, const QString& nome) {
         Tabela.Set_Index("idxCódigo_Usuário");
         Tabela.MoveFirst();
-        while (!Tabela.Eof() && Tabela.Fields("Usuário").Value().toString().trimmed() != nome) Tabela.MoveNext();
+        while (!Tabela.Eof() && Tabela.Fields("Usuário").Value().toString().trimmed() != nome)
+            Tabela.MoveNext();
         ASSERT_FALSE(Tabela.Eof()) << nome.toStdString();
         j.Exibir_Campos();
     }
@@ -299,7 +300,8 @@ TEST_F(Cadastro_Usuario_Teste, AnInclusionStoresTheHashAndTheFolderAndRefusesBad
     j.txtSenha_Confirmação->setText("abc");
     j.DirImagens_Validate(Cancel);
     j.cmdOk_Click();
-    EXPECT_EQ(Textos(), QStringList({"Confirma INCLUSÃO?", "Já existe um usuário cadastrado com o nome \"Supervisor\"."}));
+    EXPECT_EQ(Textos(), QStringList({"Confirma INCLUSÃO?",
+                                     "Já existe um usuário cadastrado com o nome \"Supervisor\"."}));
     EXPECT_EQ(Lastrec("tblUsuário", Conexão), 3);
     EXPECT_EQ(Lê_Usuário("Supervisor").Senha, Hash_Senha("lumen"));
     EXPECT_FALSE(Registro_Duplicado);
@@ -332,7 +334,7 @@ TEST_F(Cadastro_Usuario_Teste, TheSupervisorTogglesAnotherUsersRightsWithoutCost
     Clica_Célula(j, pergunta, 3);
     EXPECT_EQ(j.flxPermissão_de_Acesso->TextMatrix(pergunta, 3), "  NÃO");
     EXPECT_TRUE(j.cmdOk->isEnabled());  // at once
-    Clica_Célula(j, pergunta, 0);        // the window's name is not a right
+    Clica_Célula(j, pergunta, 0);       // the window's name is not a right
     EXPECT_EQ(j.flxPermissão_de_Acesso->TextMatrix(pergunta, 0), "frmPergunta");
     // Enter toggles the current cell as a click does.
     j.flxPermissão_de_Acesso->setCurrentCell(configuração, 4);
@@ -401,8 +403,9 @@ TEST_F(Cadastro_Usuario_Teste, AFolderOnANetworkShareIsWrittenInItsNetworkForm) 
     const QString montada = Pasta.Caminho() + "/rede";
     ASSERT_TRUE(QDir().mkpath(montada + "/fotos"));
     Lê_Montagens = [montada] {
-        return QString("22 1 8:1 / / rw - ext4 /dev/sda1 rw\n"
-                       "90 22 0:50 / %1 rw - cifs //servidor/publico rw\n")
+        return QString(
+                   "22 1 8:1 / / rw - ext4 /dev/sda1 rw\n"
+                   "90 22 0:50 / %1 rw - cifs //servidor/publico rw\n")
             .arg(montada);
     };
     EXPECT_EQ(Forma_de_Rede(montada + "/fotos"), "//servidor/publico/fotos");

@@ -40,9 +40,10 @@ class Meios_Roteirizados : public Meios_Papel_de_Parede {
         }
         if (programa == "xfconf-query" && Tem_Xfce) {
             if (saída)
-                *saída = "/backdrop/screen0/monitor0/workspace0/last-image\n"
-                         "/backdrop/screen0/monitor0/workspace0/image-style\n"
-                         "/backdrop/screen0/monitorHDMI-1/workspace0/last-image\n";
+                *saída =
+                    "/backdrop/screen0/monitor0/workspace0/last-image\n"
+                    "/backdrop/screen0/monitor0/workspace0/image-style\n"
+                    "/backdrop/screen0/monitorHDMI-1/workspace0/last-image\n";
             return 0;
         }
         return -1;
@@ -69,8 +70,9 @@ TEST(Papel_de_Parede, ThePortalThenGnomeThenXfceAndADesktopWithNoneKeepsItsBackg
     EXPECT_EQ(Aplica_Papel_de_Parede("/tmp/W.bmp", xfce), "xfconf-query");
     EXPECT_TRUE(xfce.Chamadas.contains(
         "xfconf-query -c xfce4-desktop -p /backdrop/screen0/monitor0/workspace0/last-image -s /tmp/W.bmp"));
-    EXPECT_TRUE(xfce.Chamadas.contains(
-        "xfconf-query -c xfce4-desktop -p /backdrop/screen0/monitorHDMI-1/workspace0/last-image -s /tmp/W.bmp"));
+    EXPECT_TRUE(
+        xfce.Chamadas.contains("xfconf-query -c xfce4-desktop -p "
+                               "/backdrop/screen0/monitorHDMI-1/workspace0/last-image -s /tmp/W.bmp"));
     EXPECT_FALSE(xfce.Chamadas.join('\n').contains("image-style -s"));
 
     Meios_Roteirizados nenhum;
@@ -204,10 +206,11 @@ TEST_F(Fundo_Tela_Teste, TheThreeLibrariesInTurnAndTheFallbackWrittenOnceTheWind
     EXPECT_EQ(Campos("Supervisor"), qMakePair(QString(), ícones));
 }
 
-// Only files the draw can show are drawn: a damaged one or an icon is passed over, and a library without a good
-// picture, however many files it holds, leaves the background as it is.
+// Only files the draw can show are drawn: a damaged one or an icon is passed over, and a library without a
+// good picture, however many files it holds, leaves the background as it is.
 TEST_F(Fundo_Tela_Teste, DamagedAndForeignFilesAreNeverDrawnAndAnEmptyLibraryKeepsTheBackground) {
-    const QString mista = Biblioteca("Mista", {{"ruim.jpg", 0}, {"ruim2.gif", 0}, {"ícone.png", -1}, {"boa.png", 12}});
+    const QString mista =
+        Biblioteca("Mista", {{"ruim.jpg", 0}, {"ruim2.gif", 0}, {"ícone.png", -1}, {"boa.png", 12}});
     QFile(mista + "/notas.txt").open(QIODevice::WriteOnly);
     Ajusta("Supervisor", mista, "", true);
     for (int vez = 0; vez < 6; ++vez) {
