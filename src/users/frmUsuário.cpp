@@ -215,7 +215,7 @@ void frmUsuário::Preenche_Grade() {
         // Rows of a user literally named "Usuário" are removed as they are shown.
         if (usuário == "Usuário") {
             Inicia_Transação();
-            Grava(Tabela_Terciária, true);
+            Exclui_Direito(Tabela_Terciária.Fields("Código_Permissão").Value().toInt());
             Finaliza_Transação();
             Tabela_Terciária.MoveNext();
             continue;
@@ -300,16 +300,22 @@ void frmUsuário::cmdAlteração_Click() {
         flxPermissão_de_Acesso->setFocus();
 }
 
+// Through the slot opened on the table itself, so that the audit trail names the table as for any row.
+void frmUsuário::Exclui_Direito(int código) {
+    Tabela_Secundária.Seek(código, Tipo_Busca::Primeiro_Igual);
+    if (Tabela_Secundária.Eof() || Tabela_Secundária.Bof()) return;
+    Trava(Tabela_Secundária, Conexão_Secundária, true);
+    Grava(Tabela_Secundária, true);
+}
+
 void frmUsuário::Exclui_Direitos(const QString& usuário) {
     Rotina r(this, "Exclui_Direitos");
     Tabela_Terciária.Reinicia();
     Abre_Tabela_Terciária("Select * From tblPermissão Where Trim(Usuário) = " + Valor_Texto_SQL(usuário) +
                           " Order By Código_Permissão");
     while (Tabela_Terciária.Aberto() && !Tabela_Terciária.Eof()) {
-        if (Tabela_Terciária.Fields("Usuário").Value().toString().trimmed() == usuário) {
-            Trava(Tabela_Terciária, Conexão_Terciária, true);
-            Grava(Tabela_Terciária, true);
-        }
+        if (Tabela_Terciária.Fields("Usuário").Value().toString().trimmed() == usuário)
+            Exclui_Direito(Tabela_Terciária.Fields("Código_Permissão").Value().toInt());
         Tabela_Terciária.MoveNext();
         Plataforma_Atual().Processa_Eventos();
     }

@@ -60,6 +60,7 @@ class frmUsuário : public Formulário_Cadastro {
     void Limpa_Grade();
     void Grava_Direitos();
     void Exclui_Direitos(const QString& usuário);
+    void Exclui_Direito(int código);
     void Aponta_Pasta(const QString& caminho);
     bool Grava_Usuário = false;  // the shown user's own fields are written by this OK
 };

@@ -470,6 +470,19 @@ TEST_F(Cadastro_Usuario_Teste, AnExclusionRemovesTheRightsFirstAndRowsNamedUsuar
     EXPECT_TRUE(Direitos("Ana Lima").isEmpty());
     EXPECT_EQ(Direitos("Bruno"), QStringList{"frmPergunta:SSSS"});
     EXPECT_EQ(Operação, "Consulta");
+    // The audit trail shows the rights deleted before the user, each under its table's name.
+    Registros trilha;
+    trilha.Open("Select * From tblManutenção_Banco_de_Dados Order By Código_Manutenção_Banco_de_Dados",
+                Conexão_Manutenção, Opção_Abertura::Texto);
+    QStringList textos;
+    for (; !trilha.Eof(); trilha.MoveNext()) textos << trilha.Fields("Manutenção").Value().toString();
+    ASSERT_GE(textos.size(), 4);
+    EXPECT_EQ(
+        textos.mid(textos.size() - 4),
+        QStringList({"Atualizando Permissão onde Rotina = frmPergunta",  // "Usuário"'s, removed on showing
+                     "Excluindo Permissão onde Rotina = frmPergunta",
+                     "Excluindo Permissão onde Rotina = frmUsuário",
+                     "Excluindo Usuário onde Usuário = Ana Lima"}));
 }
 
 // Another workstation takes every user away while the password is asked: 22 and 23, nothing else.
