@@ -210,6 +210,7 @@ void frmPrincipal::Form_Load() {
     Versão_Sistema = Monta_Versão_Sistema(razão);
     setWindowTitle(Título_Versão + Versão_Sistema);
     filImagens->Set_Path(Caminho_Programa());
+    Janela_Principal_Ativa = false;
     Muda_Fundo_Tela(filImagens, imgFundo);
     Login_Solicitado = false;
 }
