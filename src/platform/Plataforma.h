@@ -40,6 +40,12 @@ class Plataforma {
     virtual bool Linha_Comando_Vazia() = 0;
     // Ends the process at once: nothing is closed, no window unloaded.
     [[noreturn]] virtual void Encerra_Agora(int código) = 0;
+
+    // Makes a bitmap the desktop's background and keeps it so; false where the desktop offers no way.
+    virtual bool Muda_Papel_de_Parede(const QString& arquivo_bitmap) {
+        (void)arquivo_bitmap;
+        return false;
+    }
 };
 
 Plataforma& Plataforma_Atual();

@@ -17,6 +17,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "platform/Papel_de_Parede.h"
+
 QString Texto_Para_Tela(const QString& texto) {
     QString saída = texto;
     saída.replace("\r\n", "\n");
@@ -171,4 +173,9 @@ bool Plataforma_Qt::Linha_Comando_Vazia() {
 
 void Plataforma_Qt::Encerra_Agora(int código) {
     std::_Exit(código);
+}
+
+bool Plataforma_Qt::Muda_Papel_de_Parede(const QString& arquivo_bitmap) {
+    Meios_Sessão sessão;
+    return !Aplica_Papel_de_Parede(arquivo_bitmap, sessão).isEmpty();
 }

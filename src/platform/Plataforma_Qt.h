@@ -27,6 +27,7 @@ class Plataforma_Qt : public Plataforma {
     double Aleatório() override;
     bool Linha_Comando_Vazia() override;
     [[noreturn]] void Encerra_Agora(int código) override;
+    bool Muda_Papel_de_Parede(const QString& arquivo_bitmap) override;
 
   private:
     QStringList Argumentos;

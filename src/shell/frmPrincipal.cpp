@@ -17,6 +17,7 @@
 #include "failure/Mensagens.h"
 #include "failure/Rotina.h"
 #include "failure/Trata_Erro.h"
+#include "forms/Listas_Arquivos.h"
 #include "platform/Plataforma.h"
 #include "revelations/Revelações.h"
 #include "activities/frmDinâmica.h"
@@ -36,6 +37,8 @@
 #include "reports/frmImpressão_Manutenção_Banco_de_Dados.h"
 #include "reports/Relatório_Rtf.h"
 #include "search/frmCritério_de_Consulta.h"
+#include "users/frmUsuário.h"
+#include "utilities/Fundo_Tela.h"
 #include "utilities/Ajuda.h"
 #include "utilities/frmConfiguração.h"
 #include "utilities/frmManutenção_Banco_de_Dados.h"
@@ -51,6 +54,9 @@ frmPrincipal::frmPrincipal() {
     imgFundo->setScaledContents(true);
     imgFundo->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     grade->addWidget(imgFundo, 0, 0, 3, 3);
+    filImagens = new Lista_Arquivos(fundo);
+    filImagens->setObjectName("filImagens");
+    filImagens->hide();
 
     cmdSair = new QPushButton("&Sair", fundo);
     cmdSair->setObjectName("cmdSair");
@@ -131,12 +137,15 @@ void frmPrincipal::Monta_Menu() {
     QObject::connect(Entrada(utilitários, "mnuBackup", "&Backup de Segurança"), &QAction::triggered, this,
                      [this] { Ajuda(this, "Backup"); });
     Abre_Com<frmConfiguração>(this, Entrada(utilitários, "mnuConfiguração", "Configuração do &Sistema"));
+    QObject::connect(Entrada(utilitários, "mnuFundo_Tela", "&Mudar Fundo de Tela"), &QAction::triggered, this,
+                     [this] { mnuFundo_Tela_Click(); });
     QMenu* cadastro_utilitário = utilitários->addMenu("&Cadastros");
     cadastro_utilitário->setObjectName("mnuCadastro_Utilitário");
     Abre_Com<frmCritério_de_Consulta>(
         this, Entrada(cadastro_utilitário, "mnuCritério_de_Consulta", "&Critérios de Consulta"));
     Abre_Com<frmManutenção_Banco_de_Dados>(this, Entrada(cadastro_utilitário, "mnuManutenção_Banco_de_Dados",
                                                          "&Manutenções Efetuadas no Banco de Dados"));
+    Abre_Com<frmUsuário>(this, Entrada(cadastro_utilitário, "mnuUsuário", "&Usuários"));
     QMenu* relatório_utilitário = utilitários->addMenu("&Relatórios");
     relatório_utilitário->setObjectName("mnuRelatório_Utilitário");
     Abre_Com<frmImpressão_Log_De_Ocorrências>(
@@ -210,10 +219,9 @@ void frmPrincipal::Form_Load() {
                               : QString();
     Versão_Sistema = Monta_Versão_Sistema(razão);
     setWindowTitle(Título_Versão + Versão_Sistema);
-    // The background: the first picture of the program's image library.
-    const QStringList fundos =
-        QDir(Caminho_Programa() + "/Ícones").entryList({"*.jpg", "*.bmp", "*.gif"}, QDir::Files, QDir::Name);
-    if (!fundos.isEmpty()) imgFundo->setPixmap(QPixmap(Caminho_Programa() + "/Ícones/" + fundos.first()));
+    filImagens->Set_Path(Caminho_Programa());
+    Janela_Principal_Ativa = false;
+    Muda_Fundo_Tela(filImagens, imgFundo);
     Login_Solicitado = false;
 }
 
@@ -236,6 +244,7 @@ void frmPrincipal::Form_Activate() {
     Rotina r(this, "Form_Activate");
     if (Login_Solicitado) return;
     Login_Solicitado = true;
+    Janela_Principal_Ativa = true;
     frmLogin login(this);
     Plataforma_Atual().Mostra_Modal(&login);
 }
@@ -244,6 +253,12 @@ void frmPrincipal::cmdSair_Click() {
     Rotina r(this, "cmdSair_Click");
     frmSair sair(this);
     Plataforma_Atual().Mostra_Modal(&sair);
+}
+
+void frmPrincipal::mnuFundo_Tela_Click() {
+    Rotina r(this, "mnuFundo_Tela_Click");
+    Muda_Fundo_Tela(filImagens, imgFundo);
+    if (imgFundo->pixmap().isNull()) Exibe_Mensagem(21);
 }
 
 void frmPrincipal::closeEvent(QCloseEvent* evento) {

@@ -6,6 +6,7 @@ class QCloseEvent;
 class QPlainTextEdit;
 class QPushButton;
 class QMenu;
+class Lista_Arquivos;
 
 // The main window: the only top-level window; every other window is shown modally from it.
 class frmPrincipal : public QMainWindow {
@@ -13,6 +14,7 @@ class frmPrincipal : public QMainWindow {
     frmPrincipal();
 
     QLabel* imgFundo = nullptr;
+    Lista_Arquivos* filImagens = nullptr;  // not shown: the files of the picture library
     QPlainTextEdit* txtRevelações_de_Deus = nullptr;
     QPushButton* cmdSair = nullptr;
     QLabel* StatusBar1_Data = nullptr;
@@ -21,6 +23,7 @@ class frmPrincipal : public QMainWindow {
 
     void Form_Activate();
     void cmdSair_Click();
+    void mnuFundo_Tela_Click();
     // The close box: message 34, then the end of the program.
     void Form_QueryUnload();
 

@@ -66,6 +66,13 @@ class Plataforma_Roteirizada : public Plataforma {
     double Aleatório() override;
     bool Linha_Comando_Vazia() override { return Linha_Vazia; }
     [[noreturn]] void Encerra_Agora(int código) override;
+    // The bitmaps made the desktop's background, in order; Papel_Aceito is what the desktop answers.
+    QStringList Papéis_de_Parede;
+    bool Papel_Aceito = true;
+    bool Muda_Papel_de_Parede(const QString& arquivo) override {
+        Papéis_de_Parede << arquivo;
+        return Papel_Aceito;
+    }
 
   private:
     Plataforma* Anterior;
