@@ -270,6 +270,10 @@ void frmPergunta::cmdExportação_Click() {
     // The scratch rows, the stamps of the main table and their audit rows belong to one transaction.
     Inicia_Transação();
     Abre_Tabela_Temporária("tblPergunta");
+    // The walk leaves Tabela at its end; the row on screen is sought again afterwards, so that the
+    // commands go on acting on the question shown.
+    const QVariant código_mostrado =
+        (Tabela.Eof() || Tabela.Bof()) ? QVariant() : Tabela.Fields("Código_Pergunta").Value();
     const int total = Lastrec(Tabela.Source, Conexão);
     if (total != 0) Tabela.MoveFirst();
     int contador = 0;
@@ -295,6 +299,7 @@ void frmPergunta::cmdExportação_Click() {
         Plataforma_Atual().Processa_Eventos();
     }
     Finaliza_Transação();
+    if (código_mostrado.isValid()) Tabela.Seek(código_mostrado, Tipo_Busca::Primeiro_Igual);
     pgbBarra_De_Progresso->hide();
     Reaponta_Conexão(Conexão_Temporária, Conexão_Principal());
 

@@ -179,6 +179,13 @@ TEST_F(Exportação_Pergunta_Teste, EveryQuestionTravelsWithItsMarksAndIsStamped
     EXPECT_EQ(janela.windowTitle(), legendas.last());
     EXPECT_EQ(Botões(janela), "IAEL--SX");
     EXPECT_FALSE(Transação_Aberta());
+
+    // The commands still act on the question shown before the export.
+    janela.cmdMovimenta_Registro_Click(2);
+    janela.cmdAlteração_Click();
+    EXPECT_EQ(janela.windowTitle(), "Alteração da Pergunta 2");
+    janela.cmdCancelar_Click();
+    EXPECT_EQ(Plataforma.Textos_Caixas(), QStringList({Aviso(101)}));
 }
 
 TEST_F(Exportação_Pergunta_Teste, ASecondExportRenumbersFromOneAndKeepsTheTablesOfOtherExports) {
