@@ -243,10 +243,10 @@ void BM_Passo_Coerência_SQLite_Puro(benchmark::State& estado) {
 }
 }  // namespace
 
-BENCHMARK(BM_Exportação_SQLite_Puro)->Unit(benchmark::kMillisecond)->Iterations(1);
-BENCHMARK(BM_Exportação_Pelo_Programa)->Unit(benchmark::kMillisecond)->Iterations(1);
 BENCHMARK(BM_Passo_Coerência_SQLite_Puro)->Unit(benchmark::kMillisecond)->Iterations(Passos);
 BENCHMARK(BM_Passo_Coerência_Pelo_Programa)->Unit(benchmark::kMillisecond)->Iterations(Passos);
+BENCHMARK(BM_Exportação_SQLite_Puro)->Unit(benchmark::kMillisecond)->Iterations(1);
+BENCHMARK(BM_Exportação_Pelo_Programa)->Unit(benchmark::kMillisecond)->Iterations(1);
 
 int main(int argc, char** argv) {
     return Roda_Comparação(argc, argv);

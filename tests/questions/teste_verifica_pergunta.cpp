@@ -1,7 +1,11 @@
 // The duplicate and coherence walks of the question verification, offscreen, on a real database.
 #include <gtest/gtest.h>
 
+#include <QAction>
+#include <QApplication>
 #include <QLineEdit>
+#include <QMenu>
+#include <QTimer>
 #include <QProcess>
 #include <QProgressBar>
 #include <QPushButton>
@@ -9,6 +13,7 @@
 #include "common/Globais.h"
 #include "forms/Controles.h"
 #include "questions/frmVerifica_Pergunta.h"
+#include "shell/frmPrincipal.h"
 #include "store/Funções_Banco.h"
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
@@ -118,6 +123,15 @@ TEST_F(Verifica_Pergunta_Teste, OpeningShowsNoQuestionAndLeavingChangesNothing) 
     EXPECT_EQ(Marcas(2), ".B");
     EXPECT_TRUE(Plataforma.Caixas.isEmpty());
     EXPECT_FALSE(Transação_Aberta());
+}
+
+TEST_F(Verifica_Pergunta_Teste, AUserWithNoRightsHereIsToldAndFindsNothingToDo) {
+    Insere("Quem construiu a arca?", "Noé");
+    Usuário_Atual = "Maria";
+    frmVerifica_Pergunta janela;
+    EXPECT_EQ(Plataforma.Textos_Caixas(), QStringList({Aviso(4)}));
+    EXPECT_EQ(Botões(janela), "S------");
+    EXPECT_TRUE(janela.txtPergunta->Text().isEmpty());
 }
 
 TEST_F(Verifica_Pergunta_Teste, DuplicateWalkMarksUniqueAnswersSilentlyAndAskOnlyForPairsThatHoldTheWord) {
@@ -368,4 +382,29 @@ TEST_F(Verifica_Pergunta_Teste, CancelarGivesUpTheWaitForAHeldQuestion) {
     EXPECT_FALSE(Desiste_Da_Espera);
     EXPECT_EQ(Botões(janela), "SDVAE--");
     EXPECT_FALSE(Fechou(janela));
+}
+
+TEST_F(Verifica_Pergunta_Teste, TheMenuEntryOpensTheWindowAndPutsTheSecondConnectionBackOnTheMainDatabase) {
+    frmPrincipal principal;  // loads through the upgrade window; not shown, so no login comes up
+    auto* cadastros = principal.findChild<QMenu*>("mnuCadastros");
+    ASSERT_NE(cadastros, nullptr);
+    QAction* entrada = nullptr;
+    for (QAction* a : cadastros->actions())
+        if (a->objectName() == "mnuVerifica_Pergunta") entrada = a;
+    ASSERT_NE(entrada, nullptr);
+    EXPECT_EQ(entrada->text(), "&Verifica Perguntas");
+
+    QString aberta;
+    QTimer::singleShot(0, [&] {
+        QWidget* janela = QApplication::activeModalWidget();
+        if (janela == nullptr) return;
+        aberta = janela->objectName();
+        // Whatever the window did with the second connection, the menu puts it back.
+        Reaponta_Conexão(Conexão_Secundária, Conexão_Auditoria());
+        if (auto* sair = janela->findChild<QPushButton*>("cmdSair")) sair->click();
+    });
+    entrada->trigger();
+    EXPECT_EQ(aberta, "frmVerifica_Pergunta");
+    EXPECT_EQ(Conexão_Secundária.ConnectionString, Conexão_Principal());
+    EXPECT_FALSE(Transação_Aberta());
 }
