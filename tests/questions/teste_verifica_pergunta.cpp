@@ -291,6 +291,14 @@ TEST_F(Verifica_Pergunta_Teste, CancelarBreaksTheCoherenceWalkAndANewWindowResum
     EXPECT_EQ(outra.txtPergunta->Text(), "Segunda?");
     EXPECT_EQ(outra.pgbBarra_De_Progresso->value(), 1);
     outra.cmdCancelar->click();
+
+    // At rest the question shown can be deleted, as in the register.
+    Plataforma.Caixas.clear();
+    outra.cmdExclusão->click();
+    EXPECT_EQ(Plataforma.Textos_Caixas(), QStringList({"Confirma EXCLUSÃO?"}));
+    EXPECT_EQ(Marcas(3), "Vx.");
+    EXPECT_FALSE(outra.txtPergunta->Text().isEmpty());
+    EXPECT_FALSE(Transação_Aberta());
 }
 
 TEST_F(Verifica_Pergunta_Teste, EmptyBankAndSingleQuestion) {
