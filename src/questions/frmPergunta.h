@@ -10,6 +10,7 @@ class QGroupBox;
 class QLabel;
 class QLineEdit;
 class QProgressBar;
+class QPushButton;
 class QRadioButton;
 
 class frmPergunta : public Formulário_Cadastro {
@@ -31,12 +32,22 @@ class frmPergunta : public Formulário_Cadastro {
     QGroupBox* fraTipo_Pergunta;
     std::array<QRadioButton*, 2> optTipo{};  // 0 general knowledge, 1 biblical
     QProgressBar* pgbBarra_De_Progresso;
+    QPushButton* cmdExportação;
 
     void Abre_Tabelas() override;
+    // The whole bank into tblPergunta of the scratch database, for the maker; each question keeps the
+    // wording it was sent with in Pergunta_Original.
+    void cmdExportação_Click();
 
   protected:
     void Mostra_Registro() override;
     void Grava_Campos() override;
     QWidget* Primeiro_Campo() override;
     void Transforma_Campos() override;
+    void Habilita_Botões_Próprios(bool habilitados) override;
+
+  private:
+    // Whether Temp.Mdb can take the export; otherwise the user is told why, and nothing has changed.
+    bool Rascunho_Utilizável();
+    bool Exportando = false;
 };

@@ -28,6 +28,7 @@
 #include "game/frmJogo.h"
 #include "game/frmSorteio.h"
 #include "questions/frmPergunta.h"
+#include "questions/frmVerifica_Pergunta.h"
 #include "shell/frmLogin.h"
 #include "shell/frmSair.h"
 #include "shell/frmSobre.h"
@@ -111,6 +112,16 @@ QAction* frmPrincipal::Entrada(QMenu* menu, const char* nome, const QString& tí
 void frmPrincipal::Monta_Menu() {
     QMenu* cadastros = menuBar()->addMenu("&Cadastros Gerais");
     cadastros->setObjectName("mnuCadastros");
+    QObject::connect(Entrada(cadastros, "mnuVerifica_Pergunta", "&Verifica Perguntas"), &QAction::triggered,
+                     this, [this] {
+                         Rotina r(this, "mnuVerifica_Pergunta_Click");
+                         {
+                             frmVerifica_Pergunta janela(this);
+                             Plataforma_Atual().Mostra_Modal(&janela);
+                         }
+                         // Other windows expect the main database on the second connection.
+                         Reaponta_Conexão(Conexão_Secundária, Conexão_Principal());
+                     });
     QMenu* cadastro_cadastro = cadastros->addMenu("&Cadastros");
     cadastro_cadastro->setObjectName("mnuCadastro_Cadastro");
     Abre_Com<frmDinâmica>(this, Entrada(cadastro_cadastro, "mnuDinâmica", "&Dinâmicas"));

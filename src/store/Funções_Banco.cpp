@@ -195,7 +195,7 @@ void Trava(Registros& Tabela_Travar, Ligação& Conexão_Travar, bool Aguarda) {
     Travou = false;
     Tenta_Travar(Tabela_Travar, Conexão_Travar, Aguarda);
     // Each failed attempt has rolled the transaction back; a waiting caller gets it opened again.
-    while (Aguarda && !Travou) {
+    while (Aguarda && !Travou && !Desiste_Da_Espera) {
         Plataforma_Atual().Processa_Eventos();
         Inicia_Transação();
         Tenta_Travar(Tabela_Travar, Conexão_Travar, Aguarda);

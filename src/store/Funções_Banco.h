@@ -27,6 +27,9 @@ inline Registros Tabela_Critério_de_Consulta;
 inline Registros Tabela_Manutenção;
 
 inline bool Travou = false;
+// Set by a window whose walk the user broke off while a waiting Trava stood on a row held elsewhere:
+// the wait ends with Travou false.
+inline bool Desiste_Da_Espera = false;
 inline QString Estado_Transação;  // "Iniciou Transação", "Finalizou Transação" or "Desfez Transação"
 inline bool Monitora_Log = true;
 inline QVariant Chave_Registro;

@@ -1,0 +1,62 @@
+#pragma once
+// The quality check of the question bank. Two walks over tblPergunta, each with its own mark on every
+// row (Já_Comparada, Já_Verificada), so that either can be broken off at any row and taken up later:
+// the duplicate walk shows every other question with the same right answer that holds a key word, pair
+// by pair; the coherence walk brings each question not yet verified into the fields to be read and
+// corrected.
+#include "forms/Cadastro.h"
+
+class Caixa_Texto_Multilinha;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QProgressBar;
+
+inline bool Verificação_Interrompida = false;  // set by cmdCancelar, tested by both walks after each row
+inline bool Continua_Comparação = false;
+inline int Quantidade_Mesma_Resposta = 0;
+
+class frmVerifica_Pergunta : public Formulário_Cadastro {
+  public:
+    explicit frmVerifica_Pergunta(QWidget* pai = nullptr);
+
+    QGroupBox* fraVerifica_Pergunta;
+    QLabel* Label1;
+    Caixa_Texto_Multilinha* txtPergunta;
+    QLabel* Label2;
+    QLineEdit* txtResposta_Correta;
+    QLabel* Label7;
+    QLabel* Label3;
+    QLabel* Label4;
+    QLabel* Label5;
+    QLineEdit* txtResposta_Incorreta_1;
+    QLineEdit* txtResposta_Incorreta_2;
+    QLineEdit* txtResposta_Incorreta_3;
+    QPushButton* cmdVerifica_Duplicidade;
+    QPushButton* cmdVerifica_Coerência;
+    QProgressBar* pgbBarra_De_Progresso;
+
+    void Abre_Tabelas() override;
+    void cmdVerifica_Duplicidade_Click();
+    void cmdVerifica_Coerência_Click();
+    // These three differ from the register's: the coherence walk runs through them.
+    void cmdAlteração_Click();
+    void cmdOk_Click();
+    void cmdCancelar_Click();
+
+  protected:
+    void Mostra_Registro() override;
+    void Grava_Campos() override;
+    QWidget* Primeiro_Campo() override;
+    void Transforma_Campos() override;
+
+  private:
+    void Form_Load();
+    // The buttons of a window at rest: the way in to a walk, the row's own commands and Sair.
+    void Habilita_Repouso(bool repouso);
+    // The duplicate walk's part for the row found: true when the walk goes on.
+    void Compara_Questão_Atual();
+
+    int Contador_Verificação = 0;
+    bool Em_Comparação = false;  // the duplicate walk is running, perhaps waiting on a held row
+};
