@@ -34,6 +34,8 @@
 #include "reports/Relatório_Rtf.h"
 #include "search/frmCritério_de_Consulta.h"
 #include "utilities/Ajuda.h"
+#include "utilities/Unidade_Trabalho.h"
+#include "utilities/frmAdaptação.h"
 #include "utilities/frmConfiguração.h"
 #include "utilities/frmManutenção_Banco_de_Dados.h"
 
@@ -130,6 +132,8 @@ void frmPrincipal::Monta_Menu() {
         this, Entrada(cadastro_utilitário, "mnuCritério_de_Consulta", "&Critérios de Consulta"));
     Abre_Com<frmManutenção_Banco_de_Dados>(this, Entrada(cadastro_utilitário, "mnuManutenção_Banco_de_Dados",
                                                          "&Manutenções Efetuadas no Banco de Dados"));
+    Abre_Com<frmAdaptação>(this,
+                           Entrada(cadastro_utilitário, "mnuAdaptação", "&Adaptações a Serem Feitas no Sistema"));
     QMenu* relatório_utilitário = utilitários->addMenu("&Relatórios");
     relatório_utilitário->setObjectName("mnuRelatório_Utilitário");
     Abre_Com<frmImpressão_Log_De_Ocorrências>(
@@ -188,6 +192,7 @@ void frmPrincipal::Form_Load() {
     Em_Cadastro = false;
     Sai_da_Gravação = false;
     Comando_SQL.clear();
+    Unidade_Trabalho = Procura_Unidade_Trabalho();
     {
         frmAtualiza_Versão atualiza(this);
         Plataforma_Atual().Mostra_Modal(&atualiza);
