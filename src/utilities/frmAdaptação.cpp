@@ -246,11 +246,13 @@ void frmAdaptação::Padrões_Inclusão() {
     if (Instalação_Comum()) Mostra_Sistema_Da_Pasta();
 }
 
-// The request keeps the words as typed; only the other fields take the stored capitalisation.
+// The request keeps the words as typed, and the system its name as found.
 void frmAdaptação::Transforma_Campos() {
     const QString texto = txtAdaptação->Text();
+    const QString sistema = lblSistema->text();
     Transformar_Campos(this);
     txtAdaptação->Set_Text(texto);
+    lblSistema->setText(sistema);
 }
 
 void frmAdaptação::Grava_Campos() {
