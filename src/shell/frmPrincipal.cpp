@@ -132,8 +132,8 @@ void frmPrincipal::Monta_Menu() {
         this, Entrada(cadastro_utilitário, "mnuCritério_de_Consulta", "&Critérios de Consulta"));
     Abre_Com<frmManutenção_Banco_de_Dados>(this, Entrada(cadastro_utilitário, "mnuManutenção_Banco_de_Dados",
                                                          "&Manutenções Efetuadas no Banco de Dados"));
-    Abre_Com<frmAdaptação>(this,
-                           Entrada(cadastro_utilitário, "mnuAdaptação", "&Adaptações a Serem Feitas no Sistema"));
+    Abre_Com<frmAdaptação>(
+        this, Entrada(cadastro_utilitário, "mnuAdaptação", "&Adaptações a Serem Feitas no Sistema"));
     QMenu* relatório_utilitário = utilitários->addMenu("&Relatórios");
     relatório_utilitário->setObjectName("mnuRelatório_Utilitário");
     Abre_Com<frmImpressão_Log_De_Ocorrências>(

@@ -398,3 +398,20 @@ TEST_F(Adaptação_Teste, AFileDialogClosedWithoutAFileEndsTheImportWithNothingD
     EXPECT_EQ(j.result(), QDialog::Accepted);
     EXPECT_TRUE(Linhas().isEmpty());
 }
+
+TEST_F(Adaptação_Teste, ALogImportRefusedHalfwayIsUndoneWhole) {
+    // A unique system name lets the first entry in and refuses the second one.
+    Catálogo::Adiciona_Índice(Conexão, "tblAdaptação",
+                              {"idxNome_Sistema", Tipo_Índice::Único, {"Nome_Sistema"}});
+    Registra_Falhas({"Primeira falha", "Segunda falha", "Terceira falha"});
+    Plataforma.Caixas.clear();
+    frmAdaptação j;
+    Importa(j, Caminho_Programa() + "/Log de Ocorrências.Log");
+    EXPECT_TRUE(Linhas().isEmpty());
+    EXPECT_EQ(
+        Plataforma.Textos_Caixas(),
+        QStringList({"Informação já cadastrada no banco de dados.",
+                     "A importação foi desfeita: nenhuma adaptação do arquivo Log de Ocorrências.Log foi "
+                     "incluída."}));
+    EXPECT_FALSE(Transação_Aberta());
+}
