@@ -192,11 +192,11 @@ void frmPrincipal::Form_Load() {
     Em_Cadastro = false;
     Sai_da_Gravação = false;
     Comando_SQL.clear();
-    Unidade_Trabalho = Procura_Unidade_Trabalho();
     {
         frmAtualiza_Versão atualiza(this);
         Plataforma_Atual().Mostra_Modal(&atualiza);
     }
+    Unidade_Trabalho = Procura_Unidade_Trabalho();
     Finaliza_Transação();
     if (!Tabela_Dynaset.Source.isEmpty()) Tabela_Dynaset.Reinicia();
     Abre_Tabelas();

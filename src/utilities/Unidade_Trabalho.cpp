@@ -6,6 +6,8 @@
 #include <QStringList>
 
 #include "platform/Plataforma.h"
+#include "store/Catálogo.h"
+#include "store/Funções_Banco.h"
 
 QString Unidade_Trabalho_De(const QString& pasta_programa, const QString& montagens) {
     const QString alvo = QDir::cleanPath(QFileInfo(pasta_programa).absoluteFilePath());
@@ -28,7 +30,10 @@ QString Unidade_Trabalho_De(const QString& pasta_programa, const QString& montag
 QString Procura_Unidade_Trabalho() {
     QFile montagens("/proc/self/mountinfo");
     if (!montagens.open(QIODevice::ReadOnly)) return QString();
-    return Unidade_Trabalho_De(Caminho_Programa(), QString::fromUtf8(montagens.readAll()));
+    const QString unidade = Unidade_Trabalho_De(Caminho_Programa(), QString::fromUtf8(montagens.readAll()));
+    // A folder that only happens to bear the name, without the list of systems, is an ordinary installation.
+    if (unidade.isEmpty() || !Catálogo::Existe_Tabela(Conexão, "tblSistema")) return QString();
+    return unidade;
 }
 
 QString Nome_Pasta_Programa() {

@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QFile>
 #include <QFileInfo>
+#include <QFocusEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHash>
@@ -31,7 +32,7 @@
 #include "utilities/Unidade_Trabalho.h"
 
 namespace {
-// Runs a routine when a control gains or loses the focus.
+// Runs a routine when a control gains or loses the focus inside its window.
 class Observa_Foco : public QObject {
   public:
     Observa_Foco(QWidget* controle, QEvent::Type tipo, std::function<void()> ação)
@@ -41,7 +42,11 @@ class Observa_Foco : public QObject {
 
   protected:
     bool eventFilter(QObject* objeto, QEvent* evento) override {
-        if (evento->type() == Tipo) Ação();
+        // Another window taking or giving back the focus is no move between the window's controls.
+        if (evento->type() == Tipo) {
+            const Qt::FocusReason razão = static_cast<QFocusEvent*>(evento)->reason();
+            if (razão != Qt::ActiveWindowFocusReason && razão != Qt::PopupFocusReason) Ação();
+        }
         return QObject::eventFilter(objeto, evento);
     }
 
@@ -178,11 +183,14 @@ frmAdaptação::frmAdaptação(QWidget* pai) : Formulário_Cadastro("frmAdaptaç
         if (cmdCancelar->isDown() || (Operação != "Inclusão" && Operação != "Alteração" && !Importando))
             return;
         QString informação = txtCódigo_Sistema->text();
-        if (Encontrou_Informação(informação, txtCódigo_Sistema, "tblSistema", "idxCódigo_Sistema", "Sistema",
-                                 lblSistema, false))
-            Habilitar_Botão_OK(this);
-        else
+        if (!Encontrou_Informação(informação, txtCódigo_Sistema, "tblSistema", "idxCódigo_Sistema", "Sistema",
+                                  lblSistema, false)) {
             Cancel = true;
+            return;
+        }
+        Habilitar_Botão_OK(this);
+        // An import goes on from the date, whose leaving opens the file dialog.
+        if (Importando) QTimer::singleShot(0, dbData_Solicitação, [this] { dbData_Solicitação->setFocus(); });
     });
     new Observa_Foco(txtCódigo_Sistema, QEvent::FocusIn, [this] {
         if (Em_Encontrou || (Operação != "Inclusão" && !Importando)) return;
@@ -379,10 +387,13 @@ void frmAdaptação::cmdImportação_Click() {
     txtCódigo_Sistema->clear();
     dbData_Solicitação->Set_Value(Plataforma_Atual().Agora().date());
     Importando = true;
+    // The file is chosen on leaving the date: the caption tells how to get there.
     if (Instalação_Comum()) {
+        setWindowTitle("Importação de Adaptações: tecle Enter para escolher o arquivo");
         Mostra_Sistema_Da_Pasta();
         dbData_Solicitação->setFocus();
     } else {
+        setWindowTitle("Importação de Adaptações: informe o sistema e tecle Enter duas vezes");
         txtCódigo_Sistema->setFocus();
     }
 }
