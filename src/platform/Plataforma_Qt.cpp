@@ -4,6 +4,7 @@
 #include <QCursor>
 #include <QDesktopServices>
 #include <QDialog>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QHash>
 #include <QInputDialog>
@@ -88,6 +89,10 @@ QString Plataforma_Qt::Caixa_Entrada(const QString& texto, const QString& títul
     const QString r = QInputDialog::getText(QApplication::activeWindow(), título, Texto_Para_Tela(texto),
                                             QLineEdit::Normal, padrão, &ok);
     return ok ? r : QString();
+}
+
+QString Plataforma_Qt::Escolhe_Arquivo(const QString& título, const QString& pasta, const QString& filtro) {
+    return QFileDialog::getOpenFileName(QApplication::activeWindow(), título, pasta, filtro);
 }
 
 int Plataforma_Qt::Mostra_Modal(QDialog* janela) {

@@ -41,6 +41,8 @@
 #include "users/frmUsuário.h"
 #include "utilities/Fundo_Tela.h"
 #include "utilities/Ajuda.h"
+#include "utilities/Unidade_Trabalho.h"
+#include "utilities/frmAdaptação.h"
 #include "utilities/frmConfiguração.h"
 #include "utilities/frmManutenção_Banco_de_Dados.h"
 
@@ -152,6 +154,8 @@ void frmPrincipal::Monta_Menu() {
                      [this] { mnuFundo_Tela_Click(); });
     QMenu* cadastro_utilitário = utilitários->addMenu("&Cadastros");
     cadastro_utilitário->setObjectName("mnuCadastro_Utilitário");
+    Abre_Com<frmAdaptação>(
+        this, Entrada(cadastro_utilitário, "mnuAdaptação", "&Adaptações a Serem Feitas no Sistema"));
     Abre_Com<frmCritério_de_Consulta>(
         this, Entrada(cadastro_utilitário, "mnuCritério_de_Consulta", "&Critérios de Consulta"));
     Abre_Com<frmManutenção_Banco_de_Dados>(this, Entrada(cadastro_utilitário, "mnuManutenção_Banco_de_Dados",
@@ -222,6 +226,7 @@ void frmPrincipal::Form_Load() {
         frmAtualiza_Versão atualiza(this);
         Plataforma_Atual().Mostra_Modal(&atualiza);
     }
+    Unidade_Trabalho = Procura_Unidade_Trabalho();
     Finaliza_Transação();
     if (!Tabela_Dynaset.Source.isEmpty()) Tabela_Dynaset.Reinicia();
     Abre_Tabelas();

@@ -40,6 +40,9 @@ QString Caminho_Banco_Temporário() {
 QString Caminho_Cópia_Banco() {
     return Caminho_Dados() + "/Cópia do Banco de Dados.Mdb";
 }
+QString Pasta_Dbase() {
+    return Caminho_Dados() + "/Dbase";
+}
 QString Caminho_Ícone(const QString& arquivo) {
     return Caminho_Programa() + "/Ícones/" + arquivo;
 }
@@ -57,7 +60,7 @@ QString Conexão_Cópia() {
     return Texto_Conexão(Caminho_Cópia_Banco());
 }
 QString Conexão_Dbase() {
-    return "Provider=SQLite;Data Source=" + Caminho_Programa().left(3) + ";Extended Properties=Dbase IV;";
+    return "Provider=Dbase;Data Source=" + Pasta_Dbase() + ";Extended Properties=Dbase IV;";
 }
 QString Conexão_Criação(const QString& caminho_arquivo) {
     return "Provider=SQLite;Data Source=" + caminho_arquivo + ";Password=" + Senha_Banco;

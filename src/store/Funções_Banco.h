@@ -41,6 +41,8 @@ QString Caminho_Banco_Manutenção();
 QString Caminho_Banco_Temporário();
 QString Caminho_Cópia_Banco();
 QString Caminho_Ícone(const QString& arquivo);  // under "Ícones"
+// Where archives of Dbase tables are unpacked to be read; Conexão_Dbf reads this folder.
+QString Pasta_Dbase();
 
 inline const QString Ícone_Alteração = "Alteração.Ico";
 inline const QString Ícone_Processamento = "Processamento.Ico";

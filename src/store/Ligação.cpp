@@ -12,6 +12,7 @@
 #include "common/Globais.h"
 #include "failure/Rotina.h"
 #include "store/Catálogo.h"
+#include "store/Dbase.h"
 #include "store/Tradutor_SQL.h"
 
 QString Texto_Conexão(const QString& caminho_arquivo) {
@@ -75,6 +76,13 @@ void Ligação::Open(const QString& texto_conexão, std::source_location onde) {
     ConnectionString = texto_conexão;
     if (Valor_Da_Chave(texto_conexão, "Extended Properties").contains("Dbase", Qt::CaseInsensitive)) {
         Dbase = true;
+        Falha_Banco falha;
+        Sessão_ = Abre_Sessão_Dbase(Arquivo_Da_Conexão(texto_conexão), falha);
+        if (falha.Houve()) {
+            Falha(falha.Número, falha.Descrição, onde);
+            return;
+        }
+        if (Sessão_) ++Sessão_->Conexões_Lógicas;
         Aberta_ = true;
         return;
     }

@@ -13,7 +13,8 @@ class Ligação {
     void Open(const QString& texto_conexão, std::source_location onde = std::source_location::current());
     void Close();
     bool Aberta() const { return Aberta_; }
-    bool É_Dbase() const { return Dbase; }
+    // A Dbase store with no table behind it: nothing can be opened on it.
+    bool É_Dbase() const { return Dbase && !Sessão_; }
 
     void BeginTrans();
     void CommitTrans(std::source_location onde = std::source_location::current());

@@ -29,6 +29,14 @@ QString Plataforma_Roteirizada::Caixa_Entrada(const QString&, const QString&, co
     return r;
 }
 
+QString Plataforma_Roteirizada::Escolhe_Arquivo(const QString&, const QString&, const QString&) {
+    ++Diálogos_Arquivo;
+    if (Arquivos.empty()) return QString();
+    const QString r = Arquivos.front();
+    Arquivos.pop_front();
+    return r;
+}
+
 int Plataforma_Roteirizada::Mostra_Modal(QDialog* janela) {
     return janela->exec();
 }
