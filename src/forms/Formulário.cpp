@@ -8,6 +8,8 @@
 #include <QKeyEvent>
 #include <QPixmap>
 #include <QPlainTextEdit>
+#include <QScreen>
+#include <algorithm>
 #include <QTextEdit>
 
 #include "store/Funções_Banco.h"
@@ -17,6 +19,28 @@ QPixmap Figura_Programa(int lado) {
     const QPixmap figura(Caminho_Ícone("Quizora.png"));
     return figura.isNull() ? figura
                            : figura.scaled(lado, lado, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+}
+
+void Encaixa_Na_Tela(QWidget* janela) {
+    if (janela->height() > 600 || janela->width() > 800) janela->resize(807, 570);
+}
+
+void Centra_Sobre(QWidget* janela, const QWidget* pai) {
+    const QScreen* tela = pai != nullptr ? pai->screen() : janela->screen();
+    if (tela == nullptr) return;
+    const QRect livre = tela->availableGeometry();
+    // The frame is not known before the first showing: the title bar is counted as the platform's own.
+    const int moldura = janela->isVisible() ? janela->frameGeometry().height() - janela->height() : 0;
+    QSize tamanho = janela->size().boundedTo(livre.size() - QSize(0, moldura));
+    if (tamanho != janela->size()) janela->resize(tamanho);
+    const QRect base = pai != nullptr ? pai->window()->frameGeometry() : livre;
+    QRect lugar(QPoint(), tamanho);
+    lugar.moveCenter(base.center());
+    lugar.moveLeft(
+        std::clamp(lugar.left(), livre.left(), std::max(livre.left(), livre.right() + 1 - tamanho.width())));
+    lugar.moveTop(std::clamp(lugar.top(), livre.top(),
+                             std::max(livre.top(), livre.bottom() + 1 - moldura - tamanho.height())));
+    janela->move(lugar.topLeft());
 }
 
 Formulário::Formulário(const QString& nome, QWidget* pai) : QDialog(pai) {
@@ -63,6 +87,8 @@ bool Formulário::event(QEvent* evento) {
 
 void Formulário::showEvent(QShowEvent* evento) {
     QDialog::showEvent(evento);
+    // Every window opens centred on the window that opened it, never off the screen.
+    if (!Ativada && !isFullScreen()) Centra_Sobre(this, parentWidget());
     if (!Ativada) {
         Ativada = true;
         QMetaObject::invokeMethod(

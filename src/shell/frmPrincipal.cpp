@@ -17,6 +17,7 @@
 #include "failure/Mensagens.h"
 #include "failure/Rotina.h"
 #include "failure/Trata_Erro.h"
+#include "forms/Formulário.h"
 #include "platform/Plataforma.h"
 #include "revelations/Revelações.h"
 #include "game/frmHall.h"
@@ -182,7 +183,8 @@ void frmPrincipal::Monta_Barra_de_Status() {
 void frmPrincipal::Form_Load() {
     Rotina r(this, "Form_Load");
     Nome_Janela = objectName();
-    setWindowIcon(QIcon(Caminho_Ícone("Quizora.Ico")));
+    setWindowIcon(QIcon(Caminho_Ícone("Norvane Informática.Ico")));
+    Encaixa_Na_Tela(this);
     Estado_Transação.clear();
     Título_Versão = Título_Programa + " v. ";
     Em_Cadastro = false;
