@@ -8,6 +8,9 @@
 #include <QKeyEvent>
 #include <QPixmap>
 #include <QPlainTextEdit>
+#include <QAbstractSpinBox>
+#include <QLineEdit>
+#include <QRegularExpression>
 #include <QScreen>
 #include <algorithm>
 #include <QTextEdit>
@@ -41,6 +44,61 @@ void Centra_Sobre(QWidget* janela, const QWidget* pai) {
     lugar.moveTop(std::clamp(lugar.top(), livre.top(),
                              std::max(livre.top(), livre.bottom() + 1 - moldura - tamanho.height())));
     janela->move(lugar.topLeft());
+}
+
+namespace {
+QString Sem_Marcas(QString texto) {
+    texto.remove(QRegularExpression("&(?!&)"));
+    texto.replace("&&", "&");
+    texto = texto.simplified();
+    while (texto.endsWith(':') || texto.endsWith('.')) texto.chop(1);
+    return texto.trimmed();
+}
+
+// The label whose text stands just left of the control on its line, else just above it.
+QString Rótulo_Ao_Lado(QWidget* janela, QWidget* controle, const QList<QLabel*>& rótulos) {
+    const QRect c(controle->mapTo(janela, QPoint()), controle->size());
+    QLabel* melhor = nullptr;
+    int distância = 0;
+    for (QLabel* r : rótulos) {
+        if (!r->isVisibleTo(janela) || Sem_Marcas(r->text()).isEmpty() || r->buddy() != nullptr) continue;
+        const QRect l(r->mapTo(janela, QPoint()), r->size());
+        int d = -1;
+        if (l.right() <= c.left() + 4 && std::abs(l.center().y() - c.center().y()) <= c.height() / 2 + 4)
+            d = c.left() - l.right();
+        else if (l.bottom() <= c.top() + 4 && l.left() <= c.left() + 24 && l.right() >= c.left() - 24)
+            d = 2 * (c.top() - l.bottom()) + 40;
+        if (d >= 0 && d < 200 && (melhor == nullptr || d < distância)) {
+            melhor = r;
+            distância = d;
+        }
+    }
+    return melhor != nullptr ? Sem_Marcas(melhor->text()) : QString();
+}
+}  // namespace
+
+void Dá_Nomes_Acessíveis(QWidget* janela) {
+    const QList<QLabel*> rótulos = janela->findChildren<QLabel*>();
+    for (QWidget* c : janela->findChildren<QWidget*>()) {
+        if (!c->accessibleName().isEmpty() || qobject_cast<QLabel*>(c) != nullptr) continue;
+        // The inner parts of a composed control (a spin box's edit, a table's bars) are named by it.
+        if (c->parentWidget() != janela && c->parentWidget()->focusProxy() == c) continue;
+        const bool controle = c->focusPolicy() != Qt::NoFocus || qobject_cast<QLineEdit*>(c) != nullptr ||
+                              qobject_cast<QAbstractSpinBox*>(c) != nullptr;
+        if (!controle || c->objectName().isEmpty() || c->objectName().startsWith("qt_")) continue;
+        QString nome;
+        if (auto* botão = qobject_cast<QAbstractButton*>(c)) nome = Sem_Marcas(botão->text());
+        if (nome.isEmpty()) nome = Rótulo_Ao_Lado(janela, c, rótulos);
+        if (nome.isEmpty()) nome = Sem_Marcas(c->toolTip());
+        if (nome.isEmpty()) {
+            // "txtJogador_1" reads "Jogador 1".
+            nome = c->objectName();
+            const int início = static_cast<int>(
+                std::find_if(nome.begin(), nome.end(), [](QChar ch) { return ch.isUpper(); }) - nome.begin());
+            nome = nome.mid(início < nome.size() ? início : 0).replace('_', ' ').trimmed();
+        }
+        c->setAccessibleName(nome);
+    }
 }
 
 Formulário::Formulário(const QString& nome, QWidget* pai) : QDialog(pai) {
@@ -89,6 +147,7 @@ void Formulário::showEvent(QShowEvent* evento) {
     QDialog::showEvent(evento);
     // Every window opens centred on the window that opened it, never off the screen.
     if (!Ativada && !isFullScreen()) Centra_Sobre(this, parentWidget());
+    if (!Ativada) Dá_Nomes_Acessíveis(this);
     if (!Ativada) {
         Ativada = true;
         QMetaObject::invokeMethod(

@@ -79,6 +79,7 @@ frmPrincipal::frmPrincipal() {
     Monta_Barra_de_Status();
     resize(1024, 720);
     Form_Load();
+    Dá_Nomes_Acessíveis(this);
 }
 
 namespace {

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QFont>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPixmap>
 #include <QProgressBar>
@@ -97,6 +98,11 @@ frmAtualiza_Versão::frmAtualiza_Versão(QWidget* pai) : QDialog(pai) {
         accept();
     });
     Form_Load();
+}
+
+void frmAtualiza_Versão::keyPressEvent(QKeyEvent* evento) {
+    if (evento->key() == Qt::Key_Escape) return;
+    QDialog::keyPressEvent(evento);
 }
 
 void frmAtualiza_Versão::Form_Load() {
