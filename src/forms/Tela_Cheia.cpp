@@ -39,27 +39,32 @@ double Tela_Cheia::Fator(const QWidget* controle) const {
 }
 
 void Tela_Cheia::Alterna() {
+    QLayout* layout = Janela->layout();
     if (Janela->isFullScreen()) {
-        Aplica(QSize());
         Janela->showNormal();
+        Aplica(QSize());
+        if (layout != nullptr) layout->setSizeConstraint(QLayout::SetDefaultConstraint);
         return;
     }
+    // The grown texts must not change the window's size hints while the window manager turns it to full
+    // screen: it then drops the request.
+    if (layout != nullptr) layout->setSizeConstraint(QLayout::SetNoConstraint);
+    Janela->showFullScreen();
     QScreen* tela = Janela->screen();
     Aplica(tela != nullptr ? tela->geometry().size() : QSize());
-    Janela->showFullScreen();
 }
 
 void Tela_Cheia::Aplica(QSize tela) {
     Restaura();
     if (tela.isEmpty()) return;
     Guarda_Originais();
-    // The ordinary texts grow as the window's design fits the screen; the reading texts at least by their own
-    // measure. A layout that would not fit any more is taken down a step at a time.
+    // The ordinary texts grow as the window's design fills the screen; the reading texts at least by their
+    // own measure. A layout that would not fit any more is taken down a step at a time.
     const QSize desenho = Janela->sizeHint().expandedTo(Janela->minimumSize());
-    double geral = std::min(tela.width() / double(desenho.width()), tela.height() / double(desenho.height()));
-    geral = std::max(1.0, geral * 0.9);
+    // The height leads: a window wider than tall in its design still fills the screen's height.
+    double geral = std::max(1.0, tela.height() / double(desenho.height()) * 0.9);
     double leitura = std::max(geral, Escala_Leitura(tela.height()));
-    for (int passo = 0; passo < 12; ++passo) {
+    for (int passo = 0; passo < 20; ++passo) {
         Escala(geral, leitura);
         const QSize preciso = Janela->layout() != nullptr ? Janela->layout()->totalMinimumSize() : QSize();
         if (preciso.width() <= tela.width() && preciso.height() <= tela.height()) break;
