@@ -1,19 +1,19 @@
 #include "forms/Formulário.h"
 
+#include <QAbstractButton>
+#include <QAbstractSpinBox>
 #include <QCloseEvent>
 #include <QHBoxLayout>
-#include <QLabel>
-#include <QPushButton>
-#include <QAbstractButton>
 #include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
 #include <QPixmap>
 #include <QPlainTextEdit>
-#include <QAbstractSpinBox>
-#include <QLineEdit>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <QScreen>
-#include <algorithm>
 #include <QTextEdit>
+#include <algorithm>
 
 #include "store/Funções_Banco.h"
 #include "utilities/Ajuda.h"
@@ -145,10 +145,10 @@ bool Formulário::event(QEvent* evento) {
 
 void Formulário::showEvent(QShowEvent* evento) {
     QDialog::showEvent(evento);
-    // Every window opens centred on the window that opened it, never off the screen.
-    if (!Ativada && !isFullScreen()) Centra_Sobre(this, parentWidget());
-    if (!Ativada) Dá_Nomes_Acessíveis(this);
     if (!Ativada) {
+        // Every window opens centred on the window that opened it, never off the screen.
+        if (!isFullScreen()) Centra_Sobre(this, parentWidget());
+        Dá_Nomes_Acessíveis(this);
         Ativada = true;
         QMetaObject::invokeMethod(
             this, [this] { Form_Activate(); }, Qt::QueuedConnection);
