@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QPixmap>
 #include <QPlainTextEdit>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QScreen>
@@ -84,7 +85,8 @@ void Dá_Nomes_Acessíveis(QWidget* janela) {
         // The inner parts of a composed control (a spin box's edit, a table's bars) are named by it.
         if (c->parentWidget() != janela && c->parentWidget()->focusProxy() == c) continue;
         const bool controle = c->focusPolicy() != Qt::NoFocus || qobject_cast<QLineEdit*>(c) != nullptr ||
-                              qobject_cast<QAbstractSpinBox*>(c) != nullptr;
+                              qobject_cast<QAbstractSpinBox*>(c) != nullptr ||
+                              qobject_cast<QProgressBar*>(c) != nullptr;
         if (!controle || c->objectName().isEmpty() || c->objectName().startsWith("qt_")) continue;
         QString nome;
         if (auto* botão = qobject_cast<QAbstractButton*>(c)) nome = Sem_Marcas(botão->text());

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QMainWindow>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QScreen>
 #include <QStatusBar>
@@ -100,6 +101,8 @@ TEST_F(Janelas_Na_Tela_Teste, EveryControlCarriesAnAccessibleNameFromItsCaptionO
     frmPergunta pergunta;
     pergunta.show();
     EXPECT_EQ(Sem_Nome(&pergunta), QStringList());
+    for (const QProgressBar* barra : pergunta.findChildren<QProgressBar*>())
+        EXPECT_FALSE(barra->accessibleName().isEmpty()) << barra->objectName().toStdString();
     pergunta.hide();
 
     frmLogin login;
