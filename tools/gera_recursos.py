@@ -6,6 +6,8 @@ Escreve, a partir de desenhos feitos em código (sem arquivos de origem):
   resources/Ícones/*.Ico / *.ico   ícones do Windows (32x32 e 16x16, BMP 32 bits
                                    BGRA com máscara AND; nada de PNG dentro do ICO)
   resources/Ícones/Quizora.png     ícone do programa em 128x128
+  resources/linux/icones/          ícone da área de trabalho em 48, 128 e 256 pixels
+                                   (PNG) e em SVG, o mesmo desenho
   resources/Ícones/Fundo N.jpg     quatro imagens de fundo de 1024x768
   resources/Sons/acerto.wav        acorde ascendente, curto e alegre
   resources/Sons/erro.wav          zumbido grave e descendente
@@ -661,6 +663,63 @@ def gera_icones():
     desenha_interrogacao(t, False)
     grava_png(png, t.pixels())
     feitos.append(png)
+    feitos += gera_icones_area_de_trabalho()
+    return feitos
+
+
+PASTA_LINUX_ICONES = os.path.join(RAIZ, "resources", "linux", "icones")
+
+
+def svg_interrogacao():
+    """O desenho de desenha_interrogacao(fundo=True, pequeno=False) em SVG, num quadro de 256."""
+    L = 256.0
+    def c(texto):
+        return "#" + texto.lstrip("#")
+    larg, r, cy = 0.105, 0.16, 0.35
+    a0, a1 = math.radians(165), math.radians(450)
+    x0, y0 = 0.5 + r * math.cos(a0), cy + r * math.sin(a0)
+    x1, y1 = 0.5 + r * math.cos(a1), cy + r * math.sin(a1)
+    f = lambda v: "%.2f" % (v * L)
+    return "\n".join([
+        '<?xml version="1.0" encoding="UTF-8"?>',
+        '<svg xmlns="http://www.w3.org/2000/svg" width="256" height="256" viewBox="0 0 256 256">',
+        '  <defs>',
+        '    <radialGradient id="dourado" gradientUnits="userSpaceOnUse" cx="%s" cy="%s" r="%s">'
+        % (f(0.4), f(0.35), f(0.62)),
+        '      <stop offset="0" stop-color="%s"/>' % c("fff176"),
+        '      <stop offset="1" stop-color="%s"/>' % c("ff8f00"),
+        '    </radialGradient>',
+        '  </defs>',
+        '  <circle cx="%s" cy="%s" r="%s" fill="%s"/>' % (f(0.5), f(0.5), f(0.48), c("b85400")),
+        '  <circle cx="%s" cy="%s" r="%s" fill="url(#dourado)"/>' % (f(0.5), f(0.5), f(0.455)),
+        '  <ellipse cx="%s" cy="%s" rx="%s" ry="%s" fill="#ffffff" fill-opacity="0.35"/>'
+        % (f(0.4), f(0.27), f(0.22), f(0.12)),
+        '  <g fill="none" stroke="%s" stroke-width="%s">' % (c("1a237e"), f(larg)),
+        '    <path d="M %s %s A %s %s 0 1 1 %s %s"/>' % (f(x0), f(y0), f(r), f(r), f(x1), f(y1)),
+        '    <path d="M %s %s L %s %s" stroke-linecap="round"/>' % (f(0.5), f(cy + r), f(0.5), f(0.62)),
+        '  </g>',
+        '  <g fill="%s">' % c("1a237e"),
+        '    <circle cx="%s" cy="%s" r="%s"/>' % (f(x0), f(y0), f(larg / 2)),
+        '    <circle cx="%s" cy="%s" r="%s"/>' % (f(0.5), f(0.8), f(larg * 0.62)),
+        '  </g>',
+        '</svg>',
+        ''])
+
+
+def gera_icones_area_de_trabalho():
+    """O ícone do menu de aplicativos, no tema hicolor: 48, 128 e 256 pixels e o SVG."""
+    os.makedirs(PASTA_LINUX_ICONES, exist_ok=True)
+    feitos = []
+    for lado in (48, 128, 256):
+        caminho = os.path.join(PASTA_LINUX_ICONES, "quizora-%d.png" % lado)
+        t = Tela(lado, 4)
+        desenha_interrogacao(t, False)
+        grava_png(caminho, t.pixels())
+        feitos.append(caminho)
+    caminho = os.path.join(PASTA_LINUX_ICONES, "quizora.svg")
+    with open(caminho, "w", encoding="utf-8") as saida:
+        saida.write(svg_interrogacao())
+    feitos.append(caminho)
     return feitos
 
 

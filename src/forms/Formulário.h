@@ -12,6 +12,15 @@ class QPixmap;
 class QPushButton;
 // The program's picture, as the windows show it beside their texts.
 QPixmap Figura_Programa(int lado);
+// The main window's screen fit: a design above 800 by 600 pixels (12000 by 9000 twips at 15 a pixel) takes
+// 807 by 570 (12100 by 8550 twips); a smaller one keeps its size.
+void Encaixa_Na_Tela(QWidget* janela);
+// Gives every control of the window that has none an accessible name, so that a screen reader (and a test
+// tool) finds it: a button or box by its caption, an edit by the label beside it or above it, else by its
+// tool tip or its own name without the kind.
+void Dá_Nomes_Acessíveis(QWidget* janela);
+// Places a window centred on its parent's window, whole on the parent's screen (made smaller if it must).
+void Centra_Sobre(QWidget* janela, const QWidget* pai);
 
 class Formulário : public QDialog {
   public:

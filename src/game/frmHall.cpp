@@ -93,6 +93,7 @@ frmHall::frmHall(QWidget* pai, const Estado_Jogo* jogo)
     layout->addLayout(rodapé);
 
     QObject::connect(cmdSair, &QPushButton::clicked, this, [this] { cmdSair_Click(); });
+    Tela = std::make_unique<Tela_Cheia>(this);
     Form_Load();
 }
 

@@ -1,7 +1,10 @@
 #pragma once
 #include <array>
 
+#include <memory>
+
 #include "forms/Formulário.h"
+#include "forms/Tela_Cheia.h"
 #include "game/Regras_Jogo.h"
 
 class QGroupBox;
@@ -25,6 +28,8 @@ class frmHall : public Formulário {
     QLabel* lblResposta_1;
     QLabel* lblResposta_2;
     QPushButton* cmdSair;
+    // F11: full screen, for a room.
+    std::unique_ptr<Tela_Cheia> Tela;
 
     void cmdSair_Click();
 

@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QEvent>
 #include <QFocusEvent>
+#include <QFontMetrics>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -199,6 +200,17 @@ frmJogo::frmJogo(QWidget* pai) : Formulário("frmJogo", pai) {
     raiz->addLayout(meio, 1);
     raiz->addLayout(baixo);
     setMinimumSize(900, 640);
+    // The texts that change every turn take the room they are given and never push their column, so the
+    // window does not jump between a short name and a long one; the name on turn has two lines for itself.
+    lblJogador_Atual->setWordWrap(true);
+    lblJogador_Atual->setMinimumHeight(2 * QFontMetrics(destaque).lineSpacing());
+    for (QLabel* l :
+         {lblJogador_Atual, lblPontuação_1, lblPontuação_2, lblPontuação_3, lblResposta_Usuário[0],
+          lblResposta_Usuário[1], lblResposta_Usuário[2], lblResposta_Usuário[3]})
+        l->setSizePolicy(QSizePolicy::Ignored, l->sizePolicy().verticalPolicy());
+    Tela = std::make_unique<Tela_Cheia>(
+        this, std::initializer_list<QWidget*>{lblPergunta, optResposta[0], optResposta[1], optResposta[2],
+                                              optResposta[3]});
 
     QObject::connect(cmdSair, &QPushButton::clicked, this, [this] { cmdSair_Click(); });
     Ao_Terminar = [this] {
@@ -370,7 +382,7 @@ void frmJogo::Nova_Rodada() {
     for (QRadioButton* opção : optResposta) {
         QFont f = opção->font();
         f.setBold(false);
-        f.setPointSize(Tamanho_Resposta);
+        f.setPointSizeF(Tamanho_Resposta * Tela->Fator(opção));
         opção->setFont(f);
         opção->setText(QString());
         opção->setAutoExclusive(false);
@@ -558,7 +570,7 @@ void frmJogo::Mostra_Resposta_Correta() {
             continue;
         QFont f = optResposta[k]->font();
         f.setBold(true);
-        f.setPointSize(Tamanho_Resposta_Correta);
+        f.setPointSizeF(Tamanho_Resposta_Correta * Tela->Fator(optResposta[k]));
         optResposta[k]->setFont(f);
     }
 }

@@ -5,7 +5,10 @@
 #include <array>
 #include <functional>
 
+#include <memory>
+
 #include "forms/Formulário.h"
+#include "forms/Tela_Cheia.h"
 #include "game/Regras_Jogo.h"
 
 class QCheckBox;
@@ -49,6 +52,8 @@ class frmJogo : public Formulário, public Fonte_Perguntas {
     QLabel* lblPontuação_2;
     QLabel* lblPontuação_3;
     QPushButton* cmdSair;
+    // F11: full screen, for a room.
+    std::unique_ptr<Tela_Cheia> Tela;
 
     bool Dado_Rolando() const { return Rolando; }
 

@@ -108,6 +108,7 @@ frmSorteio::frmSorteio(QWidget* pai) : Formulário("frmSorteio", pai) {
     QObject::connect(cmdSorteia, &QPushButton::clicked, this, [this] { cmdSorteia_Click(); });
     QObject::connect(cmdSair, &QPushButton::clicked, this, [this] { cmdSair_Click(); });
     Form_QueryUnload = [this] { return !Em_Sorteio; };
+    Tela = std::make_unique<Tela_Cheia>(this, std::initializer_list<QWidget*>{nbNúmero_Sorteado});
     Form_Load();
 }
 

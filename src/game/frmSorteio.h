@@ -1,7 +1,10 @@
 #pragma once
 #include <array>
 
+#include <memory>
+
 #include "forms/Formulário.h"
+#include "forms/Tela_Cheia.h"
 #include "game/Regras_Jogo.h"
 
 class QGroupBox;
@@ -22,6 +25,8 @@ class frmSorteio : public Formulário {
     QSpinBox* nbNúmero_Final;
     QPushButton* cmdSorteia;
     QPushButton* cmdSair;
+    // F11: full screen, for a room.
+    std::unique_ptr<Tela_Cheia> Tela;
     QLineEdit* nbNúmero_Sorteado;
     QGroupBox* fraSorteio;
     std::array<QLineEdit*, Contemplados_Visíveis> nbNúmero_Contemplado{};

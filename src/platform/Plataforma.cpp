@@ -2,10 +2,12 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 
 namespace {
 Plataforma* Plataforma_Instalada = nullptr;
-}
+QString Pasta_Escolhida;
+}  // namespace
 
 Plataforma& Plataforma_Atual() {
     Q_ASSERT(Plataforma_Instalada != nullptr);
@@ -21,10 +23,26 @@ Plataforma* Define_Plataforma(Plataforma* nova) {
 QString Caminho_Programa() {
     const QString forçado = qEnvironmentVariable("QUIZORA_PASTA");
     if (!forçado.isEmpty()) return QDir(forçado).absolutePath();
+    if (!Pasta_Escolhida.isEmpty()) return Pasta_Escolhida;
     if (QCoreApplication::instance() != nullptr) return QCoreApplication::applicationDirPath();
     return QDir::currentPath();
 }
 
 QString Caminho_Dados() {
     return Caminho_Programa() + "/Dados";
+}
+
+void Define_Pasta_Programa(const QString& pasta) {
+    Pasta_Escolhida = pasta.isEmpty() ? QString() : QDir(pasta).absolutePath();
+}
+
+bool Pode_Gravar_Pasta(const QString& pasta) {
+    if (!QDir().mkpath(pasta)) return false;
+    // The permission bits do not tell of a read-only mount, nor of root: a file is really made.
+    QFile prova(pasta + "/.quizora-prova-" + QString::number(QCoreApplication::applicationPid()));
+    if (!prova.open(QIODevice::WriteOnly | QIODevice::NewOnly)) return false;
+    const bool escreveu = prova.write("0", 1) == 1;
+    prova.close();
+    prova.remove();
+    return escreveu;
 }

@@ -60,6 +60,10 @@ Plataforma& Plataforma_Atual();
 // The caller keeps ownership; the previous platform is returned so that a test can restore it.
 Plataforma* Define_Plataforma(Plataforma* nova);
 
-// The program's folder: the executable's folder, or QUIZORA_PASTA when set.
+// The program's folder: QUIZORA_PASTA when set, else the folder chosen at start (Define_Pasta_Programa),
+// else the executable's folder.
 QString Caminho_Programa();
+void Define_Pasta_Programa(const QString& pasta);
+// A file can really be made in the folder (made first if missing); root and read-only mounts included.
+bool Pode_Gravar_Pasta(const QString& pasta);
 QString Caminho_Dados();  // Caminho_Programa() + "/Dados"

@@ -17,6 +17,7 @@
 #include "failure/Mensagens.h"
 #include "failure/Rotina.h"
 #include "failure/Trata_Erro.h"
+#include "forms/Formulário.h"
 #include "forms/Listas_Arquivos.h"
 #include "platform/Plataforma.h"
 #include "revelations/Revelações.h"
@@ -90,6 +91,7 @@ frmPrincipal::frmPrincipal() {
     Monta_Barra_de_Status();
     resize(1024, 720);
     Form_Load();
+    Dá_Nomes_Acessíveis(this);
 }
 
 namespace {
@@ -216,7 +218,8 @@ void frmPrincipal::Monta_Barra_de_Status() {
 void frmPrincipal::Form_Load() {
     Rotina r(this, "Form_Load");
     Nome_Janela = objectName();
-    setWindowIcon(QIcon(Caminho_Ícone("Quizora.Ico")));
+    setWindowIcon(QIcon(Caminho_Ícone("Norvane Informática.Ico")));
+    Encaixa_Na_Tela(this);
     Estado_Transação.clear();
     Título_Versão = Título_Programa + " v. ";
     Em_Cadastro = false;

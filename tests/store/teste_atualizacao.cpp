@@ -428,3 +428,22 @@ TEST_F(Atualização_Teste, ADataFolderThatCannotBeWrittenIsToldAtStartAndThePro
     EXPECT_TRUE(QFile::exists(Caminho_Log_Ocorrências()));
     EXPECT_FALSE(Conexão.Aberta());
 }
+
+// A program folder named by QUIZORA_PASTA that cannot be written is told with its name and where it came
+// from.
+TEST_F(Atualização_Teste, AProgramFolderFromQuizoraPastaThatCannotBeWrittenIsToldWithItsOrigin) {
+    const QString pasta = "/proc/self/fdinfo/Quizora";
+    qputenv("QUIZORA_PASTA", pasta.toUtf8());
+    Reinicia_Estado_Global();
+    frmAtualiza_Versão janela;
+    janela.tmrTempo->stop();
+    EXPECT_THROW(janela.tmrTempo_Timer(), Programa_Encerrado);
+    qputenv("QUIZORA_PASTA", Pasta.Caminho().toUtf8());
+    ASSERT_EQ(Plataforma.Caixas.size(), 1);
+    EXPECT_EQ(Plataforma.Caixas[0].Ícone, Ícone_Caixa::Crítico);
+    EXPECT_TRUE(
+        Plataforma.Caixas[0].Texto.startsWith("Não é possível gravar na pasta do sistema:\r\r" + pasta))
+        << Plataforma.Caixas[0].Texto.toStdString();
+    EXPECT_TRUE(Plataforma.Caixas[0].Texto.contains("variável de ambiente QUIZORA_PASTA"));
+    EXPECT_FALSE(Conexão.Aberta());
+}

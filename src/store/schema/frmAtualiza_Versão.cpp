@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QFont>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPixmap>
 #include <QProgressBar>
@@ -99,6 +100,11 @@ frmAtualiza_Versão::frmAtualiza_Versão(QWidget* pai) : QDialog(pai) {
     Form_Load();
 }
 
+void frmAtualiza_Versão::keyPressEvent(QKeyEvent* evento) {
+    if (evento->key() == Qt::Key_Escape) return;
+    QDialog::keyPressEvent(evento);
+}
+
 void frmAtualiza_Versão::Form_Load() {
     Nome_Janela = objectName();
     setWindowIcon(QIcon());
@@ -116,11 +122,19 @@ void frmAtualiza_Versão::tmrTempo_Timer() {
     Rotina r(this, "tmrTempo_Timer");
     Auditoria_Anterior = QFile::exists(Caminho_Banco_Manutenção());
     // A folder that cannot be written would let the program start and fail later at the login.
-    if (!Pasta_Gravável(Caminho_Dados())) {
-        Mensagem_Erro =
-            "Não é possível gravar na pasta de dados do sistema:\r\r" +
-            QDir::toNativeSeparators(Caminho_Dados()) +
-            "\r\rPeça permissão de gravação nesta pasta e nos arquivos dela e abra o sistema novamente";
+    // The program's folder itself holds the log and the reports.
+    const bool raiz_gravável = Pode_Gravar_Pasta(Caminho_Programa());
+    if (!raiz_gravável || !Pasta_Gravável(Caminho_Dados())) {
+        const QString pasta = raiz_gravável
+                                  ? "de dados do sistema:\r\r" + QDir::toNativeSeparators(Caminho_Dados())
+                                  : "do sistema:\r\r" + QDir::toNativeSeparators(Caminho_Programa());
+        const QString pedido =
+            qEnvironmentVariableIsEmpty("QUIZORA_PASTA")
+                ? "Peça"
+                : "Esta pasta vem da variável de ambiente QUIZORA_PASTA: aponte-a para uma "
+                  "pasta em que se possa gravar, ou peça";
+        Mensagem_Erro = "Não é possível gravar na pasta " + pasta + "\r\r" + pedido +
+                        " permissão de gravação nesta pasta e nos arquivos dela e abra o sistema novamente";
         Registra_Ocorrência(75, objectName(), "tmrTempo_Timer", 0);
         Plataforma_Atual().Caixa_Mensagem(Mensagem_Erro + ".", Título_Programa, Ícone_Caixa::Crítico,
                                           Botões_Caixa::Ok);

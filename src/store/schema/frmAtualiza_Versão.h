@@ -2,6 +2,7 @@
 #include <QDialog>
 #include <functional>
 
+class QKeyEvent;
 class QLabel;
 class QProgressBar;
 class QTimer;
@@ -30,6 +31,10 @@ class frmAtualiza_Versão : public QDialog {
     // Stops the schema steps after the last one whose gate is at or below this number (tests build
     // databases as older releases left them this way). Zero runs them all.
     long Última_Etapa = 0;
+
+  protected:
+    // Escape closes nothing here: the window has no way back, and a start cut short leaves no database.
+    void keyPressEvent(QKeyEvent* evento) override;
 
   private:
     void Form_Load();
