@@ -24,6 +24,14 @@ class Plataforma {
     // Shows a window modally and returns its result code.
     virtual int Mostra_Modal(QDialog* janela) = 0;
 
+    // The file the user picks in the desktop's file dialog: one to read, or where to write one. The
+    // filter is Qt's ("Perguntas (*.csv *.txt)"); the empty text when cancelled.
+    virtual QString Escolhe_Arquivo(const QString& título, const QString& filtro, const QString& sugestão,
+                                    bool para_gravar) {
+        (void)título, (void)filtro, (void)sugestão, (void)para_gravar;
+        return {};
+    }
+
     virtual void Bipe() = 0;
     virtual void Toca_Som(const QString& arquivo) = 0;
     virtual void Abre_Com_Aplicativo(const QString& caminho_ou_endereço) = 0;

@@ -4,6 +4,7 @@
 #include <QCursor>
 #include <QDesktopServices>
 #include <QDialog>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QHash>
 #include <QInputDialog>
@@ -86,6 +87,15 @@ QString Plataforma_Qt::Caixa_Entrada(const QString& texto, const QString& títul
     const QString r = QInputDialog::getText(QApplication::activeWindow(), título, Texto_Para_Tela(texto),
                                             QLineEdit::Normal, padrão, &ok);
     return ok ? r : QString();
+}
+
+QString Plataforma_Qt::Escolhe_Arquivo(const QString& título, const QString& filtro, const QString& sugestão,
+                                       bool para_gravar) {
+    // Qt's own dialog: the same on every desktop, and reachable by the accessibility tree.
+    const auto opções = QFileDialog::DontUseNativeDialog;
+    QWidget* pai = QApplication::activeWindow();
+    return para_gravar ? QFileDialog::getSaveFileName(pai, título, sugestão, filtro, nullptr, opções)
+                       : QFileDialog::getOpenFileName(pai, título, sugestão, filtro, nullptr, opções);
 }
 
 int Plataforma_Qt::Mostra_Modal(QDialog* janela) {

@@ -23,6 +23,7 @@
 #include "game/frmInício_Jogo.h"
 #include "game/frmJogo.h"
 #include "game/frmSorteio.h"
+#include "questions/frmImporta_Pergunta.h"
 #include "questions/frmPergunta.h"
 #include "shell/frmLogin.h"
 #include "shell/frmSair.h"
@@ -105,6 +106,7 @@ void frmPrincipal::Monta_Menu() {
     QMenu* cadastro_cadastro = cadastros->addMenu("&Cadastros");
     cadastro_cadastro->setObjectName("mnuCadastro_Cadastro");
     Abre_Com<frmPergunta>(this, Entrada(cadastro_cadastro, "mnuPerguntas", "&Perguntas"));
+    Abre_Com<frmImporta_Pergunta>(this, Entrada(cadastros, "mnuImporta_Pergunta", "&Importar Perguntas..."));
     QAction* novo_jogo = menuBar()->addAction("&Novo Jogo");
     novo_jogo->setObjectName("mnuNovo_Jogo");
     Abre_Com<frmInício_Jogo>(this, novo_jogo);

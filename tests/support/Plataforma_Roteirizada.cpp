@@ -29,6 +29,14 @@ QString Plataforma_Roteirizada::Caixa_Entrada(const QString&, const QString&, co
     return r;
 }
 
+QString Plataforma_Roteirizada::Escolhe_Arquivo(const QString& título, const QString&, const QString&, bool) {
+    Escolhas_De_Arquivo << título;
+    if (Arquivos_Escolhidos.empty()) return QString();
+    const QString r = Arquivos_Escolhidos.front();
+    Arquivos_Escolhidos.pop_front();
+    return r;
+}
+
 int Plataforma_Roteirizada::Mostra_Modal(QDialog* janela) {
     return janela->exec();
 }
