@@ -15,9 +15,11 @@ const QString Erro_Binário =
 const QString Erro_Vazio = "O arquivo está vazio.";
 const QString Erro_Nenhuma = "Nenhuma pergunta foi encontrada no arquivo.";
 
-// A field as the bank keeps it: one line, no blanks around or doubled.
+// A field as the bank keeps it: one line, no blanks around or doubled, no control characters.
 QString Limpa(const QString& texto) {
-    return texto.simplified();
+    QString limpo = texto;
+    limpo.removeIf([](QChar c) { return c.category() == QChar::Other_Control && !c.isSpace(); });
+    return limpo.simplified();
 }
 
 // Bytes below 32 other than tab, line ends and form feed: a text file has almost none.

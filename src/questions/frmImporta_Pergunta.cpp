@@ -300,6 +300,9 @@ void frmImporta_Pergunta::cmdImporta_Click() {
         return;
     }
 
+    // The audit rows of the import are written together: one sync of the audit file instead of one per
+    // question. They are committed before the questions, so that the trail never misses an inclusion.
+    Conexão_Manutenção.BeginTrans();
     Tabela.Reinicia();
     Abre_Tabela("tblPergunta");
     Início_Progresso = Plataforma_Atual().Agora();
@@ -332,7 +335,9 @@ void frmImporta_Pergunta::cmdImporta_Click() {
     setWindowTitle(Legenda);
     Operação = "Consulta";
     if (linha_recusada != 0 || Cancelado) {
-        // All or nothing: a file is never left half in the bank.
+        // All or nothing: a file is never left half in the bank. The audit rows stay, as after any
+        // roll-back: the undo writes them again outside the transaction.
+        Conexão_Manutenção.RollbackTrans();
         Desfaz_Transação();
         Habilita(false);
         Aviso(linha_recusada != 0
@@ -343,6 +348,7 @@ void frmImporta_Pergunta::cmdImporta_Click() {
               true);
         return;
     }
+    Conexão_Manutenção.CommitTrans();
     Finaliza_Transação();
     Tabela.Reinicia();
     Resumo = Texto_Resumo(gravadas, recusadas);

@@ -298,6 +298,10 @@ TEST_F(Importa_Pergunta_Teste, AnImportCancelledOrRefusedHalfwayWritesNothing) {
     Plataforma.Ao_Esperar = nullptr;
     EXPECT_EQ(Plataforma.Caixas.last().Texto, "Importação cancelada: nenhuma pergunta foi incluída.");
     EXPECT_EQ(Perguntas_No_Banco(), 0);
+    // The audit trail keeps, once, the inclusion that was undone, as after any roll-back.
+    EXPECT_EQ(Conta(Caminho_Banco_Manutenção(), "Select Count(*) From tblManutenção_Banco_de_Dados Where Manutenção "
+                                                "= 'Incluindo Pergunta onde Pergunta = Qual é o maior oceano da Terra?'"),
+              1);
     EXPECT_FALSE(Transação_Aberta());
     EXPECT_TRUE(janela.cmdImporta->isEnabled());
 
@@ -328,11 +332,10 @@ TEST_F(Importa_Pergunta_Teste, AnImportCancelledOrRefusedHalfwayWritesNothing) {
     janela.cmdArquivo_Click();
     ASSERT_EQ(Situações(janela).filter("Pronta").size(), 4);
     Plataforma.Respostas.push_back(Resposta_Caixa::Sim);
-    try {
-        janela.cmdImporta_Click();
-    } catch (const Programa_Encerrado&) {
-        // The store's failure may be fatal; the open transaction then dies with the program.
-    }
+    janela.cmdImporta_Click();
+    EXPECT_EQ(Plataforma.Caixas.last().Texto,
+              "A pergunta da linha 18 não pôde ser gravada. A importação foi desfeita: nenhuma pergunta foi incluída.");
+    EXPECT_FALSE(Transação_Aberta());
     EXPECT_EQ(Perguntas_No_Banco(), 1);
 }
 
