@@ -31,11 +31,13 @@ Instalação_Preparada& Instalação_Da_Execução() {
 QString Arquivo_CSV() {
     const QString caminho = Instalação_Da_Execução().Pasta.Caminho() + "/dez_mil.csv";
     if (QFile::exists(caminho)) return caminho;
-    QByteArray csv = "\xEF\xBB\xBFPergunta;Resposta Correta;Resposta Incorreta 1;Resposta Incorreta 2;"
-                     "Resposta Incorreta 3;Tipo\r\n";
+    QByteArray csv =
+        "\xEF\xBB\xBFPergunta;Resposta Correta;Resposta Incorreta 1;Resposta Incorreta 2;"
+        "Resposta Incorreta 3;Tipo\r\n";
     for (int i = 1; i <= Perguntas; ++i) {
-        const QString pergunta = i % 10 == 0 ? QString("\"Qual é o rio nº %1; o \"\"maior\"\"?\"").arg(i)
-                                             : QString("Qual é a cidade número %1 da região de Belém?").arg(i);
+        const QString pergunta = i % 10 == 0
+                                     ? QString("\"Qual é o rio nº %1; o \"\"maior\"\"?\"").arg(i)
+                                     : QString("Qual é a cidade número %1 da região de Belém?").arg(i);
         csv += QString("%1;são josé %2;água branca %2;três rios %2;vila do conde %2;%3\r\n")
                    .arg(pergunta)
                    .arg(i)
@@ -110,14 +112,16 @@ void BM_Importa_CSV_SQLite_Puro(benchmark::State& estado) {
         estado.ResumeTiming();
         sqlite3* banco = Abre_Banco_Puro(Caminho_Banco_Principal());
         Executa_Puro(banco, "BEGIN IMMEDIATE");
-        sqlite3_stmt* p = Prepara_Puro(
-            banco,
-            "INSERT INTO tblPergunta (Pergunta, Resposta_Correta, Resposta_Incorreta_1, Resposta_Incorreta_2, "
-            "Resposta_Incorreta_3, Tipo, Já_Comparada, Já_Verificada, Pergunta_Original) "
-            "VALUES (?1, ?2, ?3, ?4, ?5, ?6, 0, 0, ?1)");
+        sqlite3_stmt* p =
+            Prepara_Puro(banco,
+                         "INSERT INTO tblPergunta (Pergunta, Resposta_Correta, Resposta_Incorreta_1, "
+                         "Resposta_Incorreta_2, "
+                         "Resposta_Incorreta_3, Tipo, Já_Comparada, Já_Verificada, Pergunta_Original) "
+                         "VALUES (?1, ?2, ?3, ?4, ?5, ?6, 0, 0, ?1)");
         for (const auto& linha : campos) {
             for (int k = 0; k < 6; ++k)
-                sqlite3_bind_text(p, k + 1, linha[k].constData(), static_cast<int>(linha[k].size()), SQLITE_STATIC);
+                sqlite3_bind_text(p, k + 1, linha[k].constData(), static_cast<int>(linha[k].size()),
+                                  SQLITE_STATIC);
             sqlite3_step(p);
             sqlite3_reset(p);
         }

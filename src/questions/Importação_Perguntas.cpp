@@ -1,6 +1,7 @@
 #include "questions/Importação_Perguntas.h"
 
 #include <QHash>
+#include <QLocale>
 
 #include "failure/Rotina.h"
 #include "forms/Formatação.h"
@@ -44,7 +45,9 @@ void Verifica_Perguntas(QVector<Pergunta_Lida>& perguntas, const QSet<QString>& 
         } else if (p.Resposta_Correta.isEmpty()) {
             p.Recusa = "Resposta correta vazia";
         } else if (p.Pergunta.size() > Largura_Pergunta) {
-            p.Recusa = QString("A pergunta tem %1 caracteres; o máximo é %2").arg(p.Pergunta.size()).arg(Largura_Pergunta);
+            p.Recusa = QString("A pergunta tem %1 caracteres; o máximo é %2")
+                           .arg(p.Pergunta.size())
+                           .arg(Largura_Pergunta);
         } else if (p.Resposta_Correta.size() > Largura_Resposta) {
             p.Recusa = QString("A resposta correta tem %1 caracteres; o máximo é %2")
                            .arg(p.Resposta_Correta.size())
@@ -60,10 +63,12 @@ void Verifica_Perguntas(QVector<Pergunta_Lida>& perguntas, const QSet<QString>& 
                                .arg(errada.size())
                                .arg(Largura_Resposta);
             else if (Forma_Resposta(errada) == forma_certa)
-                p.Recusa = QString("A resposta correta se repete como %1 resposta incorreta").arg(ordinais[k]);
+                p.Recusa =
+                    QString("A resposta correta se repete como %1 resposta incorreta").arg(ordinais[k]);
             for (int j = 0; j < k && p.Pronta(); ++j)
                 if (Forma_Resposta(errada) == Forma_Resposta(p.Resposta_Incorreta[j]))
-                    p.Recusa = QString("A %1 e a %2 respostas incorretas são iguais").arg(ordinais[j], ordinais[k]);
+                    p.Recusa =
+                        QString("A %1 e a %2 respostas incorretas são iguais").arg(ordinais[j], ordinais[k]);
         }
         if (!p.Pronta()) continue;
         if (formas_do_banco.contains(forma)) {
@@ -81,17 +86,21 @@ QVector<Pergunta_Exportada> Perguntas_Do_Banco(const QString& tipo) {
     QVector<Pergunta_Exportada> perguntas;
     Tabela_Pesquisa.Reinicia();
     QString comando =
-        "Select Pergunta, Resposta_Correta, Resposta_Incorreta_1, Resposta_Incorreta_2, Resposta_Incorreta_3, "
+        "Select Pergunta, Resposta_Correta, Resposta_Incorreta_1, Resposta_Incorreta_2, "
+        "Resposta_Incorreta_3, "
         "Tipo From tblPergunta";
     // The register reads any kind but "G" as biblical.
-    if (tipo == "G") comando += " Where Tipo = " + Valor_Texto_SQL("G");
-    else if (!tipo.isEmpty()) comando += " Where Tipo Is Null Or Tipo <> " + Valor_Texto_SQL("G");
+    if (tipo == "G")
+        comando += " Where Tipo = " + Valor_Texto_SQL("G");
+    else if (!tipo.isEmpty())
+        comando += " Where Tipo Is Null Or Tipo <> " + Valor_Texto_SQL("G");
     Abre_Tabela_Pesquisa(comando + " Order By Código_Pergunta");
     for (; Tabela_Pesquisa.Aberto() && !Tabela_Pesquisa.Eof(); Tabela_Pesquisa.MoveNext()) {
         Pergunta_Exportada p;
         p.Pergunta = Tabela_Pesquisa.Fields(0).Value().toString().trimmed();
         p.Resposta_Correta = Tabela_Pesquisa.Fields(1).Value().toString().trimmed();
-        for (int k = 0; k < 3; ++k) p.Resposta_Incorreta[k] = Tabela_Pesquisa.Fields(2 + k).Value().toString().trimmed();
+        for (int k = 0; k < 3; ++k)
+            p.Resposta_Incorreta[k] = Tabela_Pesquisa.Fields(2 + k).Value().toString().trimmed();
         p.Tipo = Tabela_Pesquisa.Fields(5).Value().toString().trimmed() == "G" ? "G" : "B";
         perguntas << p;
     }
@@ -99,10 +108,14 @@ QVector<Pergunta_Exportada> Perguntas_Do_Banco(const QString& tipo) {
     return perguntas;
 }
 
+QString Número_Texto(qsizetype número) {
+    return QLocale(QLocale::Portuguese, QLocale::Brazil).toString(static_cast<qlonglong>(número));
+}
+
 QString Texto_Resumo(int incluídas, int recusadas) {
     return QString("%1 %2, %3 %4")
-        .arg(incluídas)
+        .arg(Número_Texto(incluídas))
         .arg(incluídas == 1 ? "pergunta incluída" : "perguntas incluídas")
-        .arg(recusadas)
+        .arg(Número_Texto(recusadas))
         .arg(recusadas == 1 ? "recusada" : "recusadas");
 }

@@ -23,5 +23,7 @@ void Verifica_Perguntas(QVector<Pergunta_Lida>& perguntas, const QSet<QString>& 
 // The bank in the order of its codes; tipo "G" or "B" keeps one kind, empty keeps all.
 QVector<Pergunta_Exportada> Perguntas_Do_Banco(const QString& tipo);
 
+// A count as the user reads it: "10.000".
+QString Número_Texto(qsizetype número);
 // "312 perguntas incluídas, 14 recusadas"
 QString Texto_Resumo(int incluídas, int recusadas);

@@ -64,11 +64,16 @@ QChar Separador_CSV(const QString& texto) {
     int ponto_e_vírgula = 0, vírgula = 0, tabulação = 0;
     bool aspas = false;
     for (const QChar c : texto) {
-        if (c == '"') aspas = !aspas;
-        else if (!aspas && c == '\n') break;
-        else if (!aspas && c == ';') ++ponto_e_vírgula;
-        else if (!aspas && c == ',') ++vírgula;
-        else if (!aspas && c == '\t') ++tabulação;
+        if (c == '"')
+            aspas = !aspas;
+        else if (!aspas && c == '\n')
+            break;
+        else if (!aspas && c == ';')
+            ++ponto_e_vírgula;
+        else if (!aspas && c == ',')
+            ++vírgula;
+        else if (!aspas && c == '\t')
+            ++tabulação;
     }
     if (ponto_e_vírgula > 0 && ponto_e_vírgula >= vírgula) return ';';
     if (vírgula > 0) return ',';
@@ -82,7 +87,8 @@ QVector<Registro_CSV> Registros_CSV(const QString& texto, QChar separador) {
     atual.Linha = 1;
     QString campo;
     bool aspas = false;
-    bool campo_iniciado = false;  // something was read into the field (a quote starts a quoted field only at its start)
+    bool campo_iniciado =
+        false;  // something was read into the field (a quote starts a quoted field only at its start)
     int linha = 1;
     auto fecha_campo = [&] {
         atual.Campos << campo;
@@ -273,7 +279,9 @@ void Lê_Questão_GIFT(const QString& bloco, int linha, const QString& tipo, Lei
     if (pesos) {
         p.Recusa = "Respostas com pesos parciais (%): só se importam perguntas com uma resposta certa";
     } else if (erradas.isEmpty()) {
-        p.Recusa = "Pergunta de resposta curta (sem respostas erradas): só se importam perguntas de múltipla escolha";
+        p.Recusa =
+            "Pergunta de resposta curta (sem respostas erradas): só se importam perguntas de múltipla "
+            "escolha";
     } else if (certas.size() != 1) {
         p.Recusa = QString("A pergunta tem %1 respostas certas; é precisa exatamente uma").arg(certas.size());
     } else if (erradas.size() != 3) {
@@ -305,7 +313,8 @@ QString Decodifica_Texto(const QByteArray& bytes, bool* binário) {
     QString texto;
     if (bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF")) {
         // Spreadsheets' "Unicode text" is UTF-16 with its mark.
-        QStringDecoder utf16(bytes.startsWith("\xFF\xFE") ? QStringDecoder::Utf16LE : QStringDecoder::Utf16BE);
+        QStringDecoder utf16(bytes.startsWith("\xFF\xFE") ? QStringDecoder::Utf16LE
+                                                          : QStringDecoder::Utf16BE);
         texto = utf16(bytes.mid(2));
         if (utf16.hasError() || texto.contains(QChar(0))) {
             if (binário) *binário = true;
@@ -347,7 +356,8 @@ QString Forma_Comparação(const QString& texto) {
 QString Tipo_Do_Texto(const QString& texto) {
     const QString forma = Forma_Comparação(texto);
     if (forma == "g" || forma == "geral" || forma == "conhecimento geral") return "G";
-    if (forma == "b" || forma == "biblico" || forma == "conhecimento biblico" || forma == "biblia") return "B";
+    if (forma == "b" || forma == "biblico" || forma == "conhecimento biblico" || forma == "biblia")
+        return "B";
     return {};
 }
 
@@ -364,8 +374,12 @@ Leitura_Perguntas Lê_CSV(const QByteArray& bytes) {
         return leitura;
     }
     // The header names the columns; their order is free and other columns are passed over.
-    const QStringList nomes = {"Pergunta", "Resposta Correta", "Resposta Incorreta 1", "Resposta Incorreta 2",
-                               "Resposta Incorreta 3", "Tipo"};
+    const QStringList nomes = {"Pergunta",
+                               "Resposta Correta",
+                               "Resposta Incorreta 1",
+                               "Resposta Incorreta 2",
+                               "Resposta Incorreta 3",
+                               "Tipo"};
     std::array<int, 6> coluna;
     coluna.fill(-1);
     const Registro_CSV& cabeçalho = registros[primeiro];
@@ -376,10 +390,12 @@ Leitura_Perguntas Lê_CSV(const QByteArray& bytes) {
     for (int n = 0; n < 5; ++n)
         if (coluna[n] < 0) faltam << "\"" + nomes[n] + "\"";
     if (!faltam.isEmpty()) {
-        leitura.Erro = QString("A primeira linha do arquivo deve nomear as colunas Pergunta, Resposta Correta, "
-                               "Resposta Incorreta 1, Resposta Incorreta 2, Resposta Incorreta 3 e, se quiser, "
-                               "Tipo. %1 %2.")
-                           .arg(faltam.size() == 1 ? "Falta a coluna" : "Faltam as colunas", faltam.join(", "));
+        leitura.Erro =
+            QString(
+                "A primeira linha do arquivo deve nomear as colunas Pergunta, Resposta Correta, "
+                "Resposta Incorreta 1, Resposta Incorreta 2, Resposta Incorreta 3 e, se quiser, "
+                "Tipo. %1 %2.")
+                .arg(faltam.size() == 1 ? "Falta a coluna" : "Faltam as colunas", faltam.join(", "));
         return leitura;
     }
     const int largura = cabeçalho.Campos.size();
@@ -403,12 +419,16 @@ Leitura_Perguntas Lê_CSV(const QByteArray& bytes) {
         if (registro.Aspas_Abertas) {
             p.Recusa = "Aspas abertas nesta linha e nunca fechadas";
         } else if (registro.Campos.size() < largura || sobra_preenchida) {
-            p.Recusa = QString("A linha tem %1 campos e o cabeçalho tem %2").arg(registro.Campos.size()).arg(largura);
+            p.Recusa = QString("A linha tem %1 campos e o cabeçalho tem %2")
+                           .arg(registro.Campos.size())
+                           .arg(largura);
         } else if (!tipo.isEmpty()) {
             p.Tipo = Tipo_Do_Texto(tipo);
             if (p.Tipo.isEmpty())
-                p.Recusa = QString("Tipo \"%1\" desconhecido: use G (Conhecimento Geral) ou B (Conhecimento Bíblico)")
-                               .arg(tipo.left(30));
+                p.Recusa =
+                    QString(
+                        "Tipo \"%1\" desconhecido: use G (Conhecimento Geral) ou B (Conhecimento Bíblico)")
+                        .arg(tipo.left(30));
         }
         leitura.Perguntas << p;
     }
@@ -440,15 +460,19 @@ Leitura_Perguntas Lê_Aiken(const QByteArray& bytes) {
         if (!resposta) {
             p.Recusa = "Falta a linha ANSWER com a letra da resposta certa";
         } else if (bloco.Opções.size() != 4) {
-            p.Recusa = QString("A pergunta tem %1 opções; são precisas exatamente quatro (uma certa e três erradas)")
-                           .arg(bloco.Opções.size());
+            p.Recusa =
+                QString("A pergunta tem %1 opções; são precisas exatamente quatro (uma certa e três erradas)")
+                    .arg(bloco.Opções.size());
         } else if (certa < 0) {
-            p.Recusa = QString("ANSWER indica \"%1\", que não é a letra de uma das opções").arg(resposta->trimmed().left(10));
+            p.Recusa = QString("ANSWER indica \"%1\", que não é a letra de uma das opções")
+                           .arg(resposta->trimmed().left(10));
         }
         int errada = 0;
         for (int k = 0; k < bloco.Opções.size(); ++k) {
-            if (k == certa) p.Resposta_Correta = bloco.Opções[k].second;
-            else if (errada < 3) p.Resposta_Incorreta[errada++] = bloco.Opções[k].second;
+            if (k == certa)
+                p.Resposta_Correta = bloco.Opções[k].second;
+            else if (errada < 3)
+                p.Resposta_Incorreta[errada++] = bloco.Opções[k].second;
         }
         leitura.Perguntas << p;
         bloco = Bloco();
@@ -474,8 +498,9 @@ Leitura_Perguntas Lê_Aiken(const QByteArray& bytes) {
             continue;
         }
         // "A) texto" or "A. texto": an option, once the question has begun.
-        const bool opção = em_curso() && linha.size() >= 2 && linha[0].isLetter() && linha[0].unicode() < 128 &&
-                           (linha[1] == ')' || linha[1] == '.') && (linha.size() == 2 || linha[2].isSpace());
+        const bool opção = em_curso() && linha.size() >= 2 && linha[0].isLetter() &&
+                           linha[0].unicode() < 128 && (linha[1] == ')' || linha[1] == '.') &&
+                           (linha.size() == 2 || linha[2].isSpace());
         if (opção) {
             bloco.Opções << qMakePair(linha[0].toUpper(), Limpa(linha.mid(2)));
         } else {
@@ -546,31 +571,41 @@ Leitura_Perguntas Lê_Arquivo_Perguntas(const QString& caminho) {
     }
     if (info.size() > Tamanho_Máximo_Arquivo) {
         const QLocale local(QLocale::Portuguese, QLocale::Brazil);
-        leitura.Erro = QString("O arquivo tem %1 MB e passa do limite de %2 MB de uma importação. "
-                               "Divida-o em arquivos menores.")
+        leitura.Erro = QString(
+                           "O arquivo tem %1 MB e passa do limite de %2 MB de uma importação. "
+                           "Divida-o em arquivos menores.")
                            .arg(local.toString(info.size() / 1048576.0, 'f', 1))
                            .arg(Tamanho_Máximo_Arquivo / 1048576);
         return leitura;
     }
     QFile arquivo(caminho);
     if (!arquivo.open(QIODevice::ReadOnly)) {
-        leitura.Erro = QString("Não foi possível abrir o arquivo \"%1\": %2.").arg(caminho, arquivo.errorString());
+        leitura.Erro =
+            QString("Não foi possível abrir o arquivo \"%1\": %2.").arg(caminho, arquivo.errorString());
         return leitura;
     }
     const QByteArray bytes = arquivo.readAll();
     switch (Formato_Do_Arquivo(caminho, bytes)) {
-        case Formato_Perguntas::CSV: return Lê_CSV(bytes);
-        case Formato_Perguntas::Aiken: return Lê_Aiken(bytes);
-        case Formato_Perguntas::GIFT: return Lê_GIFT(bytes);
+        case Formato_Perguntas::CSV:
+            return Lê_CSV(bytes);
+        case Formato_Perguntas::Aiken:
+            return Lê_Aiken(bytes);
+        case Formato_Perguntas::GIFT:
+            return Lê_GIFT(bytes);
     }
     return leitura;
 }
 
 QByteArray Texto_CSV(const QVector<Pergunta_Exportada>& perguntas) {
-    QString texto = "Pergunta;Resposta Correta;Resposta Incorreta 1;Resposta Incorreta 2;Resposta Incorreta 3;Tipo\r\n";
+    QString texto =
+        "Pergunta;Resposta Correta;Resposta Incorreta 1;Resposta Incorreta 2;Resposta Incorreta 3;Tipo\r\n";
     for (const Pergunta_Exportada& p : perguntas) {
-        QStringList campos = {p.Pergunta, p.Resposta_Correta, p.Resposta_Incorreta[0], p.Resposta_Incorreta[1],
-                              p.Resposta_Incorreta[2], Nome_Tipo(p.Tipo)};
+        QStringList campos = {p.Pergunta,
+                              p.Resposta_Correta,
+                              p.Resposta_Incorreta[0],
+                              p.Resposta_Incorreta[1],
+                              p.Resposta_Incorreta[2],
+                              Nome_Tipo(p.Tipo)};
         for (QString& campo : campos) campo = Campo_CSV(campo.trimmed());
         texto += campos.join(';') + "\r\n";
     }
@@ -589,7 +624,8 @@ QByteArray Texto_GIFT(const QVector<Pergunta_Exportada>& perguntas) {
             }
             texto += "\n" + Com_Escapes_GIFT(p.Pergunta.trimmed()) + " {\n";
             texto += "\t=" + Com_Escapes_GIFT(p.Resposta_Correta.trimmed()) + "\n";
-            for (const QString& errada : p.Resposta_Incorreta) texto += "\t~" + Com_Escapes_GIFT(errada.trimmed()) + "\n";
+            for (const QString& errada : p.Resposta_Incorreta)
+                texto += "\t~" + Com_Escapes_GIFT(errada.trimmed()) + "\n";
             texto += "}\n";
         }
     }

@@ -14,8 +14,8 @@ struct Pergunta_Lida {
     QString Pergunta;
     QString Resposta_Correta;
     std::array<QString, 3> Resposta_Incorreta;
-    QString Tipo;     // "G", "B", or empty when the file does not say
-    QString Recusa;   // empty: ready to go in; else why it is refused
+    QString Tipo;    // "G", "B", or empty when the file does not say
+    QString Recusa;  // empty: ready to go in; else why it is refused
     bool Pronta() const { return Recusa.isEmpty(); }
 };
 

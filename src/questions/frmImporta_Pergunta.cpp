@@ -30,7 +30,17 @@
 namespace {
 const QString Legenda = "Importação e Exportação de Perguntas";
 // Grid columns after the heading row.
-enum Coluna { Col_Linha, Col_Pergunta, Col_Certa, Col_Errada_1, Col_Errada_2, Col_Errada_3, Col_Tipo, Col_Situação };
+// The verdict stands beside the line number, where it is read without scrolling.
+enum Coluna {
+    Col_Linha,
+    Col_Situação,
+    Col_Pergunta,
+    Col_Certa,
+    Col_Errada_1,
+    Col_Errada_2,
+    Col_Errada_3,
+    Col_Tipo
+};
 // Rows filled between two passes of the window's events while the preview is built.
 constexpr int Linhas_Por_Passo = 200;
 const QColor Cor_Recusada(255, 220, 220);
@@ -74,15 +84,15 @@ frmImporta_Pergunta::frmImporta_Pergunta(QWidget* pai) : Formulário("frmImporta
     flxPerguntas->Set_Cols(8);
     flxPerguntas->Set_Rows(1);
     flxPerguntas->Set_FormatString(
-        ">Linha|<Pergunta|<Resposta Correta|<Resposta Incorreta 1|<Resposta Incorreta 2|<Resposta Incorreta 3|"
-        "<Tipo|<Situação");
+        ">Linha|<Situação|<Pergunta|<Resposta Correta|<Resposta Incorreta 1|<Resposta Incorreta 2|"
+        "<Resposta Incorreta 3|<Tipo");
+    flxPerguntas->setColumnWidth(Col_Situação, 330);
     flxPerguntas->setColumnWidth(Col_Pergunta, 320);
-    for (int c = Col_Certa; c <= Col_Errada_3; ++c) flxPerguntas->setColumnWidth(c, 140);
-    flxPerguntas->setColumnWidth(Col_Situação, 300);
+    for (int c = Col_Certa; c <= Col_Errada_3; ++c) flxPerguntas->setColumnWidth(c, 150);
+    flxPerguntas->setColumnWidth(Col_Tipo, 70);
     flxPerguntas->setMinimumSize(900, 320);
 
     lblResumo = Rótulo("lblResumo", "Escolha um arquivo CSV, Aiken ou GIFT com as perguntas a importar.");
-    lblResumo->setAccessibleName("Resumo");
     pgbBarra_De_Progresso = new QProgressBar(this);
     pgbBarra_De_Progresso->setObjectName("pgbBarra_De_Progresso");
     pgbBarra_De_Progresso->setTextVisible(false);
@@ -174,8 +184,8 @@ void frmImporta_Pergunta::Habilita(bool trabalhando) {
 }
 
 void frmImporta_Pergunta::Aviso(const QString& texto, bool erro) {
-    Plataforma_Atual().Caixa_Mensagem(texto, Título_Programa, erro ? Ícone_Caixa::Exclamação : Ícone_Caixa::Informação,
-                                      Botões_Caixa::Ok);
+    Plataforma_Atual().Caixa_Mensagem(
+        texto, Título_Programa, erro ? Ícone_Caixa::Exclamação : Ícone_Caixa::Informação, Botões_Caixa::Ok);
 }
 
 void frmImporta_Pergunta::cmdArquivo_Click() {
@@ -183,13 +193,13 @@ void frmImporta_Pergunta::cmdArquivo_Click() {
     if (Trabalhando || !Tem_Direito(Pode_Incluir)) return;
     const QString pasta = Arquivo.isEmpty() ? QDir::homePath() : QFileInfo(Arquivo).absolutePath();
     const QString caminho = Plataforma_Atual().Escolhe_Arquivo(
-        "Importar Perguntas", "Perguntas (*.csv *.txt *.gift);;Planilhas CSV (*.csv);;Aiken ou GIFT (*.txt *.gift);;"
-                              "Todos os arquivos (*)",
+        "Importar Perguntas",
+        "Perguntas (*.csv *.txt *.gift);;Planilhas CSV (*.csv);;Aiken ou GIFT (*.txt *.gift);;"
+        "Todos os arquivos (*)",
         pasta, false);
     if (caminho.isEmpty()) return;
     Carrega_Arquivo(caminho);
 }
-
 
 void frmImporta_Pergunta::Carrega_Arquivo(const QString& caminho) {
     Rotina r(this, "Carrega_Arquivo");
@@ -222,6 +232,7 @@ void frmImporta_Pergunta::Monta_Prévia() {
     flxPerguntas->Set_Rows(1);
     flxPerguntas->Set_Rows(total + 1);
     Início_Progresso = Plataforma_Atual().Agora();
+    lblResumo->setText(QString("Mostrando as perguntas lidas do arquivo..."));
     int recusadas = 0;
     // Long files are shown in steps, letting the window's events through between them (Cancelar).
     for (int i = 0; i < total && !Cancelado; ++i) {
@@ -230,7 +241,8 @@ void frmImporta_Pergunta::Monta_Prévia() {
         flxPerguntas->Set_TextMatrix(linha, Col_Linha, QString::number(p.Linha));
         flxPerguntas->Set_TextMatrix(linha, Col_Pergunta, p.Pergunta);
         flxPerguntas->Set_TextMatrix(linha, Col_Certa, p.Resposta_Correta);
-        for (int k = 0; k < 3; ++k) flxPerguntas->Set_TextMatrix(linha, Col_Errada_1 + k, p.Resposta_Incorreta[k]);
+        for (int k = 0; k < 3; ++k)
+            flxPerguntas->Set_TextMatrix(linha, Col_Errada_1 + k, p.Resposta_Incorreta[k]);
         flxPerguntas->Set_TextMatrix(linha, Col_Tipo, Nome_Tipo(p.Tipo));
         flxPerguntas->Set_TextMatrix(linha, Col_Situação, p.Pronta() ? "Pronta" : "Recusada: " + p.Recusa);
         if (!p.Pronta()) {
@@ -254,11 +266,11 @@ void frmImporta_Pergunta::Monta_Prévia() {
         lblResumo->setText("Leitura do arquivo interrompida.");
     } else {
         lblResumo->setText(QString("%1 %2 no arquivo: %3 %4 para inclusão, %5 %6.")
-                               .arg(total)
+                               .arg(Número_Texto(total))
                                .arg(total == 1 ? "pergunta lida" : "perguntas lidas")
-                               .arg(total - recusadas)
+                               .arg(Número_Texto(total - recusadas))
                                .arg(total - recusadas == 1 ? "pronta" : "prontas")
-                               .arg(recusadas)
+                               .arg(Número_Texto(recusadas))
                                .arg(recusadas == 1 ? "recusada" : "recusadas"));
     }
     Habilita(false);
@@ -273,9 +285,10 @@ void frmImporta_Pergunta::cmdImporta_Click() {
     if (prontas == 0) return;
     if (Plataforma_Atual().Caixa_Mensagem(
             QString("Incluir no banco %1 %2?%3")
-                .arg(prontas)
+                .arg(Número_Texto(prontas))
                 .arg(prontas == 1 ? "pergunta" : "perguntas")
-                .arg(recusadas > 0 ? QString(" As %1 recusadas ficam de fora.").arg(recusadas) : QString()),
+                .arg(recusadas > 0 ? QString(" As %1 recusadas ficam de fora.").arg(Número_Texto(recusadas))
+                                   : QString()),
             Título_Programa, Ícone_Caixa::Pergunta, Botões_Caixa::Sim_Não) != Resposta_Caixa::Sim)
         return;
 
@@ -294,9 +307,11 @@ void frmImporta_Pergunta::cmdImporta_Click() {
         Operação = "Consulta";
         Habilita(false);
         Monta_Prévia();
-        Aviso("Outra estação cadastrou perguntas deste arquivo depois que a prévia foi feita. A prévia foi refeita: "
-              "confira-a e importe de novo. Nenhuma pergunta foi incluída.",
-              true);
+        Aviso(
+            "Outra estação cadastrou perguntas deste arquivo depois que a prévia foi feita. A prévia foi "
+            "refeita: "
+            "confira-a e importe de novo. Nenhuma pergunta foi incluída.",
+            true);
         return;
     }
 
@@ -387,8 +402,8 @@ void frmImporta_Pergunta::cmdSalva_Resumo_Click() {
     }
     // The program's text files: code page 1252 with CR LF.
     QSaveFile arquivo(Caminho_Resumo());
-    const bool gravou = arquivo.open(QIODevice::WriteOnly) && arquivo.write(Para_Cp1252(linhas.join("\r\n") + "\r\n")) >= 0 &&
-                        arquivo.commit();
+    const bool gravou = arquivo.open(QIODevice::WriteOnly) &&
+                        arquivo.write(Para_Cp1252(linhas.join("\r\n") + "\r\n")) >= 0 && arquivo.commit();
     if (!gravou) {
         Aviso(QString("Não foi possível gravar o resumo em \"%1\": %2.")
                   .arg(QDir::toNativeSeparators(Caminho_Resumo()), arquivo.errorString()),
@@ -419,19 +434,20 @@ void frmImporta_Pergunta::cmdExporta_Click(Formato_Perguntas formato) {
     const QString sufixo = csv ? "csv" : "gift";
     const QString pasta = Arquivo.isEmpty() ? QDir::homePath() : QFileInfo(Arquivo).absolutePath();
     QString caminho = Plataforma_Atual().Escolhe_Arquivo(
-        "Exportar Perguntas", csv ? "Planilhas CSV (*.csv)" : "GIFT (*.gift *.txt)", pasta + "/Perguntas." + sufixo,
-        true);
+        "Exportar Perguntas", csv ? "Planilhas CSV (*.csv)" : "GIFT (*.gift *.txt)",
+        pasta + "/Perguntas." + sufixo, true);
     if (caminho.isEmpty()) return;
     if (QFileInfo(caminho).suffix().isEmpty()) caminho += "." + sufixo;
     QSaveFile arquivo(caminho);
     const QByteArray conteúdo = csv ? Texto_CSV(perguntas) : Texto_GIFT(perguntas);
     if (!arquivo.open(QIODevice::WriteOnly) || arquivo.write(conteúdo) < 0 || !arquivo.commit()) {
-        Aviso(QString("Não foi possível gravar \"%1\": %2.").arg(QDir::toNativeSeparators(caminho), arquivo.errorString()),
+        Aviso(QString("Não foi possível gravar \"%1\": %2.")
+                  .arg(QDir::toNativeSeparators(caminho), arquivo.errorString()),
               true);
         return;
     }
     Aviso(QString("%1 %2 para \"%3\".")
-              .arg(perguntas.size())
+              .arg(Número_Texto(perguntas.size()))
               .arg(perguntas.size() == 1 ? "pergunta exportada" : "perguntas exportadas")
               .arg(QDir::toNativeSeparators(caminho)),
           false);
