@@ -6,6 +6,7 @@
 #include <QLocale>
 #include <QStringDecoder>
 #include <QStringList>
+#include <cstring>
 
 #include "common/Cp1252.h"
 
@@ -201,10 +202,11 @@ void Lê_Questão_GIFT(const QString& bloco, int linha, const QString& tipo, Lei
         }
         texto = texto.mid(fim_título + 2).trimmed();
     }
-    if (texto.startsWith('[')) {  // [html], [moodle], [plain], [markdown]
-        const qsizetype fim = texto.indexOf(']');
-        if (fim > 0 && fim < 12) texto = texto.mid(fim + 1).trimmed();
-    }
+    for (const char* formato : {"[html]", "[moodle]", "[plain]", "[markdown]"})
+        if (texto.startsWith(QLatin1String(formato), Qt::CaseInsensitive)) {
+            texto = texto.mid(qsizetype(strlen(formato))).trimmed();
+            break;
+        }
     const qsizetype abre = Procura_Livre(texto, QChar('{'));
     if (abre < 0) {
         p.Pergunta = Sem_Escapes(texto);
@@ -622,7 +624,11 @@ QByteArray Texto_GIFT(const QVector<Pergunta_Exportada>& perguntas) {
                 texto += "\n$CATEGORY: " + Nome_Tipo(tipo) + "\n";
                 cabeçalho = true;
             }
-            texto += "\n" + Com_Escapes_GIFT(p.Pergunta.trimmed()) + " {\n";
+            // A text that would read as a comment, a category or a format mark goes behind [moodle].
+            const QString pergunta = p.Pergunta.trimmed();
+            const bool marca =
+                pergunta.startsWith('/') || pergunta.startsWith('$') || pergunta.startsWith('[');
+            texto += "\n" + QString(marca ? "[moodle]" : "") + Com_Escapes_GIFT(pergunta) + " {\n";
             texto += "\t=" + Com_Escapes_GIFT(p.Resposta_Correta.trimmed()) + "\n";
             for (const QString& errada : p.Resposta_Incorreta)
                 texto += "\t~" + Com_Escapes_GIFT(errada.trimmed()) + "\n";

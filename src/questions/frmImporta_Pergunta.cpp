@@ -211,6 +211,7 @@ void frmImporta_Pergunta::Carrega_Arquivo(const QString& caminho) {
     {
         Ponteiro_Ocupado cursor(Ícone_Processamento);
         Leitura = Lê_Arquivo_Perguntas(caminho);
+        pgbBarra_De_Progresso->reset();
     }
     if (!Leitura.Erro.isEmpty()) {
         lblResumo->setText(Leitura.Erro);

@@ -363,7 +363,7 @@ TEST_F(Importa_Pergunta_Teste, ARoundTripThroughCsvAndGiftGivesBackTheSameQuesti
     Tabela.Fields("Resposta_Correta").Set_Value("Deus, No Gênesis");
     Tabela.Update();
     Tabela.MovePrevious();
-    Tabela.Fields("Pergunta").Set_Value("Um {símbolo} = ~ # : e \\ barra?");
+    Tabela.Fields("Pergunta").Set_Value("[Sl 23] Um {símbolo} = ~ # : e \\ barra?");
     Tabela.Update();
     Tabela.Reinicia();
     const QString consulta =
