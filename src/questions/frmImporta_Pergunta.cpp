@@ -248,6 +248,8 @@ void frmImporta_Pergunta::Monta_Prévia() {
         flxPerguntas->Set_TextMatrix(linha, Col_Situação, p.Pronta() ? "Pronta" : "Recusada: " + p.Recusa);
         if (!p.Pronta()) {
             ++recusadas;
+            // The whole reason, where the column cuts it.
+            flxPerguntas->item(linha, Col_Situação)->setToolTip(p.Recusa);
             flxPerguntas->Set_Row(linha);
             for (int c = 0; c < flxPerguntas->Cols(); ++c) {
                 flxPerguntas->Set_Col(c);
