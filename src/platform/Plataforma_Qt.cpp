@@ -92,10 +92,17 @@ QString Plataforma_Qt::Caixa_Entrada(const QString& texto, const QString& títul
 QString Plataforma_Qt::Escolhe_Arquivo(const QString& título, const QString& filtro, const QString& sugestão,
                                        bool para_gravar) {
     // Qt's own dialog: the same on every desktop, and reachable by the accessibility tree.
-    const auto opções = QFileDialog::DontUseNativeDialog;
-    QWidget* pai = QApplication::activeWindow();
-    return para_gravar ? QFileDialog::getSaveFileName(pai, título, sugestão, filtro, nullptr, opções)
-                       : QFileDialog::getOpenFileName(pai, título, sugestão, filtro, nullptr, opções);
+    QFileDialog diálogo(QApplication::activeWindow(), título, sugestão, filtro);
+    diálogo.setOption(QFileDialog::DontUseNativeDialog);
+    diálogo.setAcceptMode(para_gravar ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    diálogo.setFileMode(para_gravar ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    diálogo.setLabelText(QFileDialog::LookIn, "Examinar:");
+    diálogo.setLabelText(QFileDialog::FileName, "Nome do arquivo:");
+    diálogo.setLabelText(QFileDialog::FileType, "Tipo do arquivo:");
+    diálogo.setLabelText(QFileDialog::Accept, para_gravar ? "&Salvar" : "&Abrir");
+    diálogo.setLabelText(QFileDialog::Reject, "&Cancelar");
+    if (diálogo.exec() != QDialog::Accepted || diálogo.selectedFiles().isEmpty()) return QString();
+    return diálogo.selectedFiles().constFirst();
 }
 
 int Plataforma_Qt::Mostra_Modal(QDialog* janela) {
