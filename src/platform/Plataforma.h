@@ -21,16 +21,16 @@ class Plataforma {
                                           Botões_Caixa botões) = 0;
     // Returns the typed text; the empty text when cancelled.
     virtual QString Caixa_Entrada(const QString& texto, const QString& título, const QString& padrão) = 0;
-    // The file dialog of the main window (dlgComum): the chosen file, or the empty text when cancelled,
-    // as a platform without one answers. The filter is in Qt's form, "Descrição (*.a *.b)".
-    virtual QString Escolhe_Arquivo(const QString& título, const QString& pasta, const QString& filtro) {
-        (void)título;
-        (void)pasta;
-        (void)filtro;
-        return QString();
-    }
     // Shows a window modally and returns its result code.
     virtual int Mostra_Modal(QDialog* janela) = 0;
+
+    // The file the user picks in the file dialog (the main window's dlgComum): one to read, or where to write one. The
+    // filter is Qt's ("Perguntas (*.csv *.txt)"); the empty text when cancelled.
+    virtual QString Escolhe_Arquivo(const QString& título, const QString& filtro, const QString& sugestão,
+                                    bool para_gravar) {
+        (void)título, (void)filtro, (void)sugestão, (void)para_gravar;
+        return {};
+    }
 
     virtual void Bipe() = 0;
     virtual void Toca_Som(const QString& arquivo) = 0;

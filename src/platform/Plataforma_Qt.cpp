@@ -91,8 +91,20 @@ QString Plataforma_Qt::Caixa_Entrada(const QString& texto, const QString& títul
     return ok ? r : QString();
 }
 
-QString Plataforma_Qt::Escolhe_Arquivo(const QString& título, const QString& pasta, const QString& filtro) {
-    return QFileDialog::getOpenFileName(QApplication::activeWindow(), título, pasta, filtro);
+QString Plataforma_Qt::Escolhe_Arquivo(const QString& título, const QString& filtro, const QString& sugestão,
+                                       bool para_gravar) {
+    // Qt's own dialog: the same on every desktop, and reachable by the accessibility tree.
+    QFileDialog diálogo(QApplication::activeWindow(), título, sugestão, filtro);
+    diálogo.setOption(QFileDialog::DontUseNativeDialog);
+    diálogo.setAcceptMode(para_gravar ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    diálogo.setFileMode(para_gravar ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    diálogo.setLabelText(QFileDialog::LookIn, "Examinar:");
+    diálogo.setLabelText(QFileDialog::FileName, "Nome do arquivo:");
+    diálogo.setLabelText(QFileDialog::FileType, "Tipo do arquivo:");
+    diálogo.setLabelText(QFileDialog::Accept, para_gravar ? "&Salvar" : "&Abrir");
+    diálogo.setLabelText(QFileDialog::Reject, "&Cancelar");
+    if (diálogo.exec() != QDialog::Accepted || diálogo.selectedFiles().isEmpty()) return QString();
+    return diálogo.selectedFiles().constFirst();
 }
 
 int Plataforma_Qt::Mostra_Modal(QDialog* janela) {

@@ -13,8 +13,9 @@ class Plataforma_Qt : public Plataforma {
     Resposta_Caixa Caixa_Mensagem(const QString& texto, const QString& título, Ícone_Caixa ícone,
                                   Botões_Caixa botões) override;
     QString Caixa_Entrada(const QString& texto, const QString& título, const QString& padrão) override;
-    QString Escolhe_Arquivo(const QString& título, const QString& pasta, const QString& filtro) override;
     int Mostra_Modal(QDialog* janela) override;
+    QString Escolhe_Arquivo(const QString& título, const QString& filtro, const QString& sugestão,
+                            bool para_gravar) override;
     void Bipe() override;
     void Toca_Som(const QString& arquivo) override;
     void Abre_Com_Aplicativo(const QString& caminho_ou_endereço) override;

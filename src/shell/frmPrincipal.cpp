@@ -28,6 +28,7 @@
 #include "game/frmInício_Jogo.h"
 #include "game/frmJogo.h"
 #include "game/frmSorteio.h"
+#include "questions/frmImporta_Pergunta.h"
 #include "questions/frmPergunta.h"
 #include "questions/frmVerifica_Pergunta.h"
 #include "shell/frmLogin.h"
@@ -133,6 +134,7 @@ void frmPrincipal::Monta_Menu() {
     QMenu* relatório_cadastro = cadastros->addMenu("&Relatórios");
     relatório_cadastro->setObjectName("mnuRelatório_Cadastro");
     Abre_Com<frmImpressão_Dinâmica>(this, Entrada(relatório_cadastro, "mnuImpressão_Dinâmica", "&Dinâmicas"));
+    Abre_Com<frmImporta_Pergunta>(this, Entrada(cadastros, "mnuImporta_Pergunta", "&Importar Perguntas..."));
     QAction* novo_jogo = menuBar()->addAction("&Novo Jogo");
     novo_jogo->setObjectName("mnuNovo_Jogo");
     Abre_Com<frmInício_Jogo>(this, novo_jogo);

@@ -22,6 +22,7 @@ QStringList Tópicos_do_Manual() {
             "Sorteio de Contemplados",
             "Pergunta",
             "Verifica Pergunta",
+            "Importação de Perguntas",
             "Consulta",
             "Critério de Consulta",
             "Usuário",

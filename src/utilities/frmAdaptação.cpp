@@ -405,9 +405,10 @@ void frmAdaptação::dbData_Solicitação_LostFocus() {
     Avisou = false;
     const QString arquivo =
         Plataforma_Atual()
-            .Escolhe_Arquivo("Importação de Adaptações", Caminho_Programa(),
+            .Escolhe_Arquivo("Importação de Adaptações",
                              "Adaptações (*.arj *.ARJ *.Arj *.mdb *.Mdb *.MDB *.log *.Log *.LOG);;Todos os "
-                             "arquivos (*)")
+                             "arquivos (*)",
+                             Caminho_Programa(), false)
             .trimmed();
     if (!arquivo.isEmpty()) {
         const QString nome = arquivo.toLower();

@@ -29,11 +29,11 @@ QString Plataforma_Roteirizada::Caixa_Entrada(const QString&, const QString&, co
     return r;
 }
 
-QString Plataforma_Roteirizada::Escolhe_Arquivo(const QString&, const QString&, const QString&) {
-    ++Diálogos_Arquivo;
-    if (Arquivos.empty()) return QString();
-    const QString r = Arquivos.front();
-    Arquivos.pop_front();
+QString Plataforma_Roteirizada::Escolhe_Arquivo(const QString& título, const QString&, const QString&, bool) {
+    Escolhas_De_Arquivo << título;
+    if (Arquivos_Escolhidos.empty()) return QString();
+    const QString r = Arquivos_Escolhidos.front();
+    Arquivos_Escolhidos.pop_front();
     return r;
 }
 

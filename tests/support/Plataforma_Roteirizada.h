@@ -32,9 +32,9 @@ class Plataforma_Roteirizada : public Plataforma {
     // Queued answers; an empty queue answers Ok (or Sim for yes/no boxes).
     std::deque<Resposta_Caixa> Respostas;
     std::deque<QString> Entradas;
-    // Files chosen in the file dialog, in order; an empty queue cancels it. Each opening is counted.
-    std::deque<QString> Arquivos;
-    int Diálogos_Arquivo = 0;
+    // Files the user picks in the file dialog, in order; an empty queue cancels. The titles asked are kept.
+    std::deque<QString> Arquivos_Escolhidos;
+    QStringList Escolhas_De_Arquivo;
     QList<Caixa_Mostrada> Caixas;
     QStringList Textos_Caixas() const;
     int Bipes = 0;
@@ -55,8 +55,9 @@ class Plataforma_Roteirizada : public Plataforma {
     Resposta_Caixa Caixa_Mensagem(const QString& texto, const QString& título, Ícone_Caixa ícone,
                                   Botões_Caixa botões) override;
     QString Caixa_Entrada(const QString& texto, const QString& título, const QString& padrão) override;
-    QString Escolhe_Arquivo(const QString& título, const QString& pasta, const QString& filtro) override;
     int Mostra_Modal(QDialog* janela) override;
+    QString Escolhe_Arquivo(const QString& título, const QString& filtro, const QString& sugestão,
+                            bool para_gravar) override;
     void Bipe() override { ++Bipes; }
     void Toca_Som(const QString& arquivo) override { Sons << arquivo; }
     void Abre_Com_Aplicativo(const QString& alvo) override { Abertos << alvo; }

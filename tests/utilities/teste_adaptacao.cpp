@@ -79,7 +79,7 @@ class Adaptação_Teste : public ::testing::Test {
 
     // The two steps of an import: the button, then leaving the date with the file chosen in the dialog.
     void Importa(frmAdaptação& j, const QString& arquivo) {
-        Plataforma.Arquivos.push_back(arquivo);
+        Plataforma.Arquivos_Escolhidos.push_back(arquivo);
         j.cmdImportação_Click();
         EXPECT_TRUE(j.Importando);
         j.dbData_Solicitação_LostFocus();
@@ -393,7 +393,7 @@ TEST_F(Adaptação_Teste, AFileDialogClosedWithoutAFileEndsTheImportWithNothingD
     EXPECT_FALSE(j.cmdExportação->isEnabled());
     EXPECT_TRUE(j.cmdCancelar->isEnabled());
     j.dbData_Solicitação_LostFocus();
-    EXPECT_EQ(Plataforma.Diálogos_Arquivo, 1);
+    EXPECT_EQ(Plataforma.Escolhas_De_Arquivo.size(), 1);
     EXPECT_TRUE(Plataforma.Caixas.isEmpty());
     EXPECT_EQ(j.result(), QDialog::Accepted);
     EXPECT_TRUE(Linhas().isEmpty());
