@@ -14,6 +14,7 @@
 #include <string>
 
 #include "Banco_Puro.h"
+#include "Plataforma_Medida.h"
 #include "Relator_Razão.h"
 #include "common/Cp1252.h"
 #include "common/Globais.h"
@@ -82,20 +83,6 @@ Instalação& Instalação_Da_Execução() {
     static Instalação instalação;
     return instalação;
 }
-
-class Plataforma_Medida : public Plataforma_Qt {
-  public:
-    Plataforma_Medida() : Plataforma_Qt(QStringList{}), Anterior(Define_Plataforma(this)) {}
-    ~Plataforma_Medida() override { Define_Plataforma(Anterior); }
-    QStringList Caixas;
-    Resposta_Caixa Caixa_Mensagem(const QString& texto, const QString&, Ícone_Caixa, Botões_Caixa) override {
-        Caixas << texto;
-        return Resposta_Caixa::Ok;
-    }
-
-  private:
-    Plataforma* Anterior;
-};
 
 constexpr int Achadas_Esperadas = Citações / 40;
 

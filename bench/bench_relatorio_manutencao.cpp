@@ -21,6 +21,7 @@
 #include <string>
 
 #include "Banco_Puro.h"
+#include "Plataforma_Medida.h"
 #include "Relator_Razão.h"
 #include "common/Globais.h"
 #include "forms/Controles.h"
@@ -148,24 +149,6 @@ Instalação& Instalação_Da_Execução() {
     static Instalação instalação;
     return instalação;
 }
-
-// The real platform, but a box is only noted (answered OK or Sim) and the viewer is not started.
-class Plataforma_Medida : public Plataforma_Qt {
-  public:
-    Plataforma_Medida() : Plataforma_Qt(QStringList{}), Anterior(Define_Plataforma(this)) {}
-    ~Plataforma_Medida() override { Define_Plataforma(Anterior); }
-    QStringList Caixas;
-    QStringList Abertos;
-    Resposta_Caixa Caixa_Mensagem(const QString& texto, const QString&, Ícone_Caixa,
-                                  Botões_Caixa botões) override {
-        Caixas << texto;
-        return botões == Botões_Caixa::Ok ? Resposta_Caixa::Ok : Resposta_Caixa::Sim;
-    }
-    void Abre_Com_Aplicativo(const QString& alvo) override { Abertos << alvo; }
-
-  private:
-    Plataforma* Anterior;
-};
 
 QString Caminho_Relatório_Puro() {
     return Caminho_Programa() + "/Relatórios/Puro.Rtf";

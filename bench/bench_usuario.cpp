@@ -14,6 +14,7 @@
 #include <string>
 
 #include "Banco_Puro.h"
+#include "Plataforma_Medida.h"
 #include "Relator_Razão.h"
 #include "common/Globais.h"
 #include "forms/Controles.h"
@@ -91,21 +92,6 @@ Instalação& Instalação_Da_Execução() {
     static Instalação instalação;
     return instalação;
 }
-
-class Plataforma_Medida : public Plataforma_Qt {
-  public:
-    Plataforma_Medida() : Plataforma_Qt(QStringList{}), Anterior(Define_Plataforma(this)) {}
-    ~Plataforma_Medida() override { Define_Plataforma(Anterior); }
-    QStringList Caixas;
-    Resposta_Caixa Caixa_Mensagem(const QString& texto, const QString&, Ícone_Caixa,
-                                  Botões_Caixa botões) override {
-        Caixas << texto;
-        return botões == Botões_Caixa::Ok ? Resposta_Caixa::Ok : Resposta_Caixa::Sim;
-    }
-
-  private:
-    Plataforma* Anterior;
-};
 
 void BM_Mostra_Usuário_Pelo_Programa(benchmark::State& estado) {
     Instalação_Da_Execução();

@@ -23,7 +23,7 @@
 #include "store/Catálogo.h"
 #include "store/Funções_Banco.h"
 
-frmPergunta::frmPergunta(QWidget* pai) : Formulário_Cadastro("frmPergunta", pai) {
+frmPergunta::frmPergunta(QWidget* pai) : Janela_Pergunta("frmPergunta", pai) {
     Tópico_Ajuda = "Pergunta";
     Campo_Código = "Código_Pergunta";
     Frase_Registro = " da Pergunta ";
@@ -33,55 +33,12 @@ frmPergunta::frmPergunta(QWidget* pai) : Formulário_Cadastro("frmPergunta", pai
     Verifica_Direitos = false;
     Oculta_Após_Excluir_Único = true;
 
-    QFont fixa("Courier New");
-    fixa.setStyleHint(QFont::Monospace);
-    fixa.setPointSize(11);
-    auto resposta = [this, &fixa](const char* nome) {
-        auto* caixa = new QLineEdit(fraPergunta);
-        caixa->setObjectName(QString::fromUtf8(nome));
-        caixa->setMaxLength(50);
-        caixa->setFont(fixa);
-        caixa->setMinimumWidth(QFontMetrics(fixa).horizontalAdvance(QString(50, 'M')) * 3 / 4);
-        return caixa;
-    };
-
     auto* coluna = new QVBoxLayout(Área_Campos);
     coluna->setContentsMargins(0, 0, 0, 0);
     fraPergunta = new QGroupBox(Área_Campos);
     fraPergunta->setObjectName("fraPergunta");
     coluna->addWidget(fraPergunta);
-    auto* grade = new QGridLayout(fraPergunta);
-
-    Label1 = Rótulo("Label1", "Descrição da Pergunta:");
-    txtPergunta = new Caixa_Texto_Multilinha(fraPergunta);
-    txtPergunta->setObjectName("txtPergunta");
-    txtPergunta->MaxLength = 124;
-    txtPergunta->setFont(fixa);
-    txtPergunta->setFixedHeight(QFontMetrics(fixa).height() * 3 + 14);
-    Label2 = Rótulo("Label2", "Resposta Correta:");
-    txtResposta_Correta = resposta("txtResposta_Correta");
-    Label7 = Rótulo("Label7", "Opções de Respostas Incorretas:");
-    Label3 = Rótulo("Label3", "1ª Resposta:");
-    Label4 = Rótulo("Label4", "2ª Resposta:");
-    Label5 = Rótulo("Label5", "3ª Resposta:");
-    txtResposta_Incorreta_1 = resposta("txtResposta_Incorreta_1");
-    txtResposta_Incorreta_2 = resposta("txtResposta_Incorreta_2");
-    txtResposta_Incorreta_3 = resposta("txtResposta_Incorreta_3");
-    QFont negrito = Label7->font();
-    negrito.setBold(true);
-    for (QLabel* l : {Label1, Label2, Label7}) l->setFont(negrito);
-
-    grade->addWidget(Label1, 0, 0, 1, 2);
-    grade->addWidget(txtPergunta, 1, 0, 1, 2);
-    grade->addWidget(Label2, 2, 0, 1, 2);
-    grade->addWidget(txtResposta_Correta, 3, 0, 1, 2);
-    grade->addWidget(Label7, 4, 0, 1, 2);
-    grade->addWidget(Label3, 5, 0);
-    grade->addWidget(txtResposta_Incorreta_1, 5, 1);
-    grade->addWidget(Label4, 6, 0);
-    grade->addWidget(txtResposta_Incorreta_2, 6, 1);
-    grade->addWidget(Label5, 7, 0);
-    grade->addWidget(txtResposta_Incorreta_3, 7, 1);
+    auto* grade = Monta_Campos_Pergunta(fraPergunta);
 
     fraTipo_Pergunta = new QGroupBox("Tipo da Pergunta:", fraPergunta);
     fraTipo_Pergunta->setObjectName("fraTipo_Pergunta");
@@ -138,28 +95,13 @@ void frmPergunta::Abre_Tabelas() {
 }
 
 void frmPergunta::Mostra_Registro() {
-    txtPergunta->Set_Text(Tabela.Fields("Pergunta").Value().toString().trimmed());
-    txtResposta_Correta->setText(Tabela.Fields("Resposta_Correta").Value().toString().trimmed());
-    txtResposta_Incorreta_1->setText(Tabela.Fields("Resposta_Incorreta_1").Value().toString().trimmed());
-    txtResposta_Incorreta_2->setText(Tabela.Fields("Resposta_Incorreta_2").Value().toString().trimmed());
-    txtResposta_Incorreta_3->setText(Tabela.Fields("Resposta_Incorreta_3").Value().toString().trimmed());
+    Mostra_Campos_Pergunta();
     const bool geral = Tabela.Fields("Tipo").Value().toString() == "G";
     optTipo[geral ? 0 : 1]->setChecked(true);
 }
 
-// The question keeps its typed form; only the answers take the stored capitalisation.
-void frmPergunta::Transforma_Campos() {
-    const QString pergunta = txtPergunta->Text();
-    Transformar_Campos(this);
-    txtPergunta->Set_Text(pergunta);
-}
-
 void frmPergunta::Grava_Campos() {
-    Tabela.Fields("Pergunta").Set_Value(txtPergunta->Text());
-    Tabela.Fields("Resposta_Correta").Set_Value(txtResposta_Correta->text());
-    Tabela.Fields("Resposta_Incorreta_1").Set_Value(txtResposta_Incorreta_1->text());
-    Tabela.Fields("Resposta_Incorreta_2").Set_Value(txtResposta_Incorreta_2->text());
-    Tabela.Fields("Resposta_Incorreta_3").Set_Value(txtResposta_Incorreta_3->text());
+    Grava_Campos_Pergunta();
     // The export keeps here the wording of its last run; a row that has none gets a blank.
     if (Tabela.Fields("Pergunta_Original").Value().isNull())
         Tabela.Fields("Pergunta_Original").Set_Value(" ");
@@ -168,10 +110,6 @@ void frmPergunta::Grava_Campos() {
         Tabela.Fields("Já_Comparada").Set_Value(false);
         Tabela.Fields("Já_Verificada").Set_Value(false);
     }
-}
-
-QWidget* frmPergunta::Primeiro_Campo() {
-    return txtPergunta;
 }
 
 void frmPergunta::Habilita_Botões_Próprios(bool habilitados) {

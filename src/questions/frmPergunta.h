@@ -3,7 +3,7 @@
 // three wrong ones and its kind. Whoever reaches the window may do everything in it.
 #include <array>
 
-#include "forms/Cadastro.h"
+#include "questions/Janela_Pergunta.h"
 
 class Caixa_Texto_Multilinha;
 class QGroupBox;
@@ -13,22 +13,11 @@ class QProgressBar;
 class QPushButton;
 class QRadioButton;
 
-class frmPergunta : public Formulário_Cadastro {
+class frmPergunta : public Janela_Pergunta {
   public:
     explicit frmPergunta(QWidget* pai = nullptr);
 
     QGroupBox* fraPergunta;
-    QLabel* Label1;
-    Caixa_Texto_Multilinha* txtPergunta;
-    QLabel* Label2;
-    QLineEdit* txtResposta_Correta;
-    QLabel* Label7;
-    QLabel* Label3;
-    QLabel* Label4;
-    QLabel* Label5;
-    QLineEdit* txtResposta_Incorreta_1;
-    QLineEdit* txtResposta_Incorreta_2;
-    QLineEdit* txtResposta_Incorreta_3;
     QGroupBox* fraTipo_Pergunta;
     std::array<QRadioButton*, 2> optTipo{};  // 0 general knowledge, 1 biblical
     QProgressBar* pgbBarra_De_Progresso;
@@ -42,8 +31,6 @@ class frmPergunta : public Formulário_Cadastro {
   protected:
     void Mostra_Registro() override;
     void Grava_Campos() override;
-    QWidget* Primeiro_Campo() override;
-    void Transforma_Campos() override;
     void Habilita_Botões_Próprios(bool habilitados) override;
 
   private:

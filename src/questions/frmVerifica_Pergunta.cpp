@@ -20,7 +20,7 @@
 #include "store/Tradutor_SQL.h"
 #include "users/Permissões.h"
 
-frmVerifica_Pergunta::frmVerifica_Pergunta(QWidget* pai) : Formulário_Cadastro("frmVerifica_Pergunta", pai) {
+frmVerifica_Pergunta::frmVerifica_Pergunta(QWidget* pai) : Janela_Pergunta("frmVerifica_Pergunta", pai) {
     Tópico_Ajuda = "Verifica Pergunta";
     Campo_Código = "Código_Pergunta";
     Frase_Registro = " da Pergunta ";
@@ -38,55 +38,12 @@ frmVerifica_Pergunta::frmVerifica_Pergunta(QWidget* pai) : Formulário_Cadastro(
     QObject::connect(cmdOk, &QPushButton::clicked, this, [this] { cmdOk_Click(); });
     QObject::connect(cmdCancelar, &QPushButton::clicked, this, [this] { cmdCancelar_Click(); });
 
-    QFont fixa("Courier New");
-    fixa.setStyleHint(QFont::Monospace);
-    fixa.setPointSize(11);
-    auto resposta = [this, &fixa](const char* nome) {
-        auto* caixa = new QLineEdit(fraVerifica_Pergunta);
-        caixa->setObjectName(QString::fromUtf8(nome));
-        caixa->setMaxLength(50);
-        caixa->setFont(fixa);
-        caixa->setMinimumWidth(QFontMetrics(fixa).horizontalAdvance(QString(50, 'M')) * 3 / 4);
-        return caixa;
-    };
-
     auto* coluna = new QVBoxLayout(Área_Campos);
     coluna->setContentsMargins(0, 0, 0, 0);
     fraVerifica_Pergunta = new QGroupBox(Área_Campos);
     fraVerifica_Pergunta->setObjectName("fraVerifica_Pergunta");
     coluna->addWidget(fraVerifica_Pergunta);
-    auto* grade = new QGridLayout(fraVerifica_Pergunta);
-
-    Label1 = Rótulo("Label1", "Descrição da Pergunta:");
-    txtPergunta = new Caixa_Texto_Multilinha(fraVerifica_Pergunta);
-    txtPergunta->setObjectName("txtPergunta");
-    txtPergunta->MaxLength = 124;
-    txtPergunta->setFont(fixa);
-    txtPergunta->setFixedHeight(QFontMetrics(fixa).height() * 3 + 14);
-    Label2 = Rótulo("Label2", "Resposta Correta:");
-    txtResposta_Correta = resposta("txtResposta_Correta");
-    Label7 = Rótulo("Label7", "Opções de Respostas Incorretas:");
-    Label3 = Rótulo("Label3", "1ª Resposta:");
-    Label4 = Rótulo("Label4", "2ª Resposta:");
-    Label5 = Rótulo("Label5", "3ª Resposta:");
-    txtResposta_Incorreta_1 = resposta("txtResposta_Incorreta_1");
-    txtResposta_Incorreta_2 = resposta("txtResposta_Incorreta_2");
-    txtResposta_Incorreta_3 = resposta("txtResposta_Incorreta_3");
-    QFont negrito = Label7->font();
-    negrito.setBold(true);
-    for (QLabel* l : {Label1, Label2, Label7}) l->setFont(negrito);
-
-    grade->addWidget(Label1, 0, 0, 1, 2);
-    grade->addWidget(txtPergunta, 1, 0, 1, 2);
-    grade->addWidget(Label2, 2, 0, 1, 2);
-    grade->addWidget(txtResposta_Correta, 3, 0, 1, 2);
-    grade->addWidget(Label7, 4, 0, 1, 2);
-    grade->addWidget(Label3, 5, 0);
-    grade->addWidget(txtResposta_Incorreta_1, 5, 1);
-    grade->addWidget(Label4, 6, 0);
-    grade->addWidget(txtResposta_Incorreta_2, 6, 1);
-    grade->addWidget(Label5, 7, 0);
-    grade->addWidget(txtResposta_Incorreta_3, 7, 1);
+    Monta_Campos_Pergunta(fraVerifica_Pergunta);
 
     cmdVerifica_Duplicidade =
         Botão("cmdVerifica_Duplicidade", "Verifica &Duplicidade das Perguntas Cadastradas");
@@ -154,31 +111,13 @@ void frmVerifica_Pergunta::Abre_Tabelas() {
 }
 
 void frmVerifica_Pergunta::Mostra_Registro() {
-    txtPergunta->Set_Text(Tabela.Fields("Pergunta").Value().toString().trimmed());
-    txtResposta_Correta->setText(Tabela.Fields("Resposta_Correta").Value().toString().trimmed());
-    txtResposta_Incorreta_1->setText(Tabela.Fields("Resposta_Incorreta_1").Value().toString().trimmed());
-    txtResposta_Incorreta_2->setText(Tabela.Fields("Resposta_Incorreta_2").Value().toString().trimmed());
-    txtResposta_Incorreta_3->setText(Tabela.Fields("Resposta_Incorreta_3").Value().toString().trimmed());
+    Mostra_Campos_Pergunta();
 }
 
 // The kind, the comparison mark and the wording of the last export stay as they are.
 void frmVerifica_Pergunta::Grava_Campos() {
-    Tabela.Fields("Pergunta").Set_Value(txtPergunta->Text());
-    Tabela.Fields("Resposta_Correta").Set_Value(txtResposta_Correta->text());
-    Tabela.Fields("Resposta_Incorreta_1").Set_Value(txtResposta_Incorreta_1->text());
-    Tabela.Fields("Resposta_Incorreta_2").Set_Value(txtResposta_Incorreta_2->text());
-    Tabela.Fields("Resposta_Incorreta_3").Set_Value(txtResposta_Incorreta_3->text());
+    Grava_Campos_Pergunta();
     Tabela.Fields("Já_Verificada").Set_Value(true);
-}
-
-QWidget* frmVerifica_Pergunta::Primeiro_Campo() {
-    return txtPergunta;
-}
-
-void frmVerifica_Pergunta::Transforma_Campos() {
-    const QString pergunta = txtPergunta->Text();
-    Transformar_Campos(this);
-    txtPergunta->Set_Text(pergunta);
 }
 
 void frmVerifica_Pergunta::Habilita_Repouso(bool repouso) {

@@ -4,7 +4,7 @@
 // the duplicate walk shows every other question with the same right answer that holds a key word, pair
 // by pair; the coherence walk brings each question not yet verified into the fields to be read and
 // corrected.
-#include "forms/Cadastro.h"
+#include "questions/Janela_Pergunta.h"
 
 class Caixa_Texto_Multilinha;
 class QGroupBox;
@@ -16,22 +16,11 @@ inline bool Verificação_Interrompida = false;  // set by cmdCancelar, tested b
 inline bool Continua_Comparação = false;
 inline int Quantidade_Mesma_Resposta = 0;
 
-class frmVerifica_Pergunta : public Formulário_Cadastro {
+class frmVerifica_Pergunta : public Janela_Pergunta {
   public:
     explicit frmVerifica_Pergunta(QWidget* pai = nullptr);
 
     QGroupBox* fraVerifica_Pergunta;
-    QLabel* Label1;
-    Caixa_Texto_Multilinha* txtPergunta;
-    QLabel* Label2;
-    QLineEdit* txtResposta_Correta;
-    QLabel* Label7;
-    QLabel* Label3;
-    QLabel* Label4;
-    QLabel* Label5;
-    QLineEdit* txtResposta_Incorreta_1;
-    QLineEdit* txtResposta_Incorreta_2;
-    QLineEdit* txtResposta_Incorreta_3;
     QPushButton* cmdVerifica_Duplicidade;
     QPushButton* cmdVerifica_Coerência;
     QProgressBar* pgbBarra_De_Progresso;
@@ -47,8 +36,6 @@ class frmVerifica_Pergunta : public Formulário_Cadastro {
   protected:
     void Mostra_Registro() override;
     void Grava_Campos() override;
-    QWidget* Primeiro_Campo() override;
-    void Transforma_Campos() override;
 
   private:
     void Form_Load();
