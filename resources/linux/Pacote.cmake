@@ -38,5 +38,5 @@ set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "https://www.norvane.com.br")
 # reports ask for by name (Courier New is Liberation Mono here).
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "fonts-liberation2")
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xdg-utils")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xdg-utils, qt6-translations-l10n")
 include(CPack)

@@ -1,4 +1,7 @@
 #include <QApplication>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
 
 #include "platform/Pasta_Usuário.h"
 #include "platform/Plataforma_Qt.h"
@@ -7,6 +10,11 @@
 int main(int argc, char** argv) {
     QApplication aplicação(argc, argv);
     QApplication::setApplicationName("Quizora");
+    // Qt's own dialogs (file choice, input box) in Portuguese, when the desktop has the translation.
+    QTranslator tradução_qt;
+    if (tradução_qt.load(QLocale(QLocale::Portuguese, QLocale::Brazil), "qtbase", "_",
+                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&tradução_qt);
     // The menu entry of the installed copy: the desktop shows its icon for the program's windows.
     QGuiApplication::setDesktopFileName("br.com.norvane.Quizora");
     Escolhe_Pasta_Programa(QApplication::applicationDirPath());
