@@ -44,14 +44,15 @@ class Formulário_Cadastro : public Formulário {
     virtual void Abre_Tabelas() = 0;
     void Exibir_Campos();
 
-    void cmdInclusão_Click();
-    void cmdAlteração_Click();
-    void cmdExclusão_Click();
-    void cmdOk_Click();
-    void cmdCancelar_Click();
-    void cmdLocaliza_Click();
-    void cmdMovimenta_Registro_Click(int Index);
-    void cmdSair_Click();
+    // The buttons' steps; a window whose steps differ overrides them, and its buttons run its own.
+    virtual void cmdInclusão_Click();
+    virtual void cmdAlteração_Click();
+    virtual void cmdExclusão_Click();
+    virtual void cmdOk_Click();
+    virtual void cmdCancelar_Click();
+    virtual void cmdLocaliza_Click();
+    virtual void cmdMovimenta_Registro_Click(int Index);
+    virtual void cmdSair_Click();
 
   protected:
     // The fields from the current row of Tabela, texts trimmed.

@@ -33,10 +33,6 @@ frmVerifica_Pergunta::frmVerifica_Pergunta(QWidget* pai) : Janela_Pergunta("frmV
     // Questions are not added or looked up here: the walks bring them.
     for (QPushButton* b : {cmdInclusão, cmdLocaliza, cmdMovimenta_Registro[1], cmdMovimenta_Registro[2]})
         b->hide();
-    for (QPushButton* b : {cmdAlteração, cmdOk, cmdCancelar}) b->disconnect(this);
-    QObject::connect(cmdAlteração, &QPushButton::clicked, this, [this] { cmdAlteração_Click(); });
-    QObject::connect(cmdOk, &QPushButton::clicked, this, [this] { cmdOk_Click(); });
-    QObject::connect(cmdCancelar, &QPushButton::clicked, this, [this] { cmdCancelar_Click(); });
 
     auto* coluna = new QVBoxLayout(Área_Campos);
     coluna->setContentsMargins(0, 0, 0, 0);

@@ -29,9 +29,9 @@ class frmVerifica_Pergunta : public Janela_Pergunta {
     void cmdVerifica_Duplicidade_Click();
     void cmdVerifica_Coerência_Click();
     // These three differ from the register's: the coherence walk runs through them.
-    void cmdAlteração_Click();
-    void cmdOk_Click();
-    void cmdCancelar_Click();
+    void cmdAlteração_Click() override;
+    void cmdOk_Click() override;
+    void cmdCancelar_Click() override;
 
   protected:
     void Mostra_Registro() override;

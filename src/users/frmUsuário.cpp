@@ -127,21 +127,6 @@ frmUsuário::frmUsuário(QWidget* pai) : Formulário_Cadastro("frmUsuário", pai
     setTabOrder(drvImagens, DirImagens);
     setTabOrder(DirImagens, cmdOk);
 
-    // The common buttons run this register's own steps.
-    for (QPushButton* b : {cmdInclusão, cmdAlteração, cmdExclusão, cmdLocaliza, cmdMovimenta_Registro[1],
-                           cmdMovimenta_Registro[2], cmdOk, cmdCancelar})
-        b->disconnect(this);
-    QObject::connect(cmdInclusão, &QPushButton::clicked, this, [this] { cmdInclusão_Click(); });
-    QObject::connect(cmdAlteração, &QPushButton::clicked, this, [this] { cmdAlteração_Click(); });
-    QObject::connect(cmdExclusão, &QPushButton::clicked, this, [this] { cmdExclusão_Click(); });
-    QObject::connect(cmdLocaliza, &QPushButton::clicked, this, [this] { cmdLocaliza_Click(); });
-    QObject::connect(cmdMovimenta_Registro[1], &QPushButton::clicked, this,
-                     [this] { cmdMovimenta_Registro_Click(1); });
-    QObject::connect(cmdMovimenta_Registro[2], &QPushButton::clicked, this,
-                     [this] { cmdMovimenta_Registro_Click(2); });
-    QObject::connect(cmdOk, &QPushButton::clicked, this, [this] { cmdOk_Click(); });
-    QObject::connect(cmdCancelar, &QPushButton::clicked, this, [this] { cmdCancelar_Click(); });
-
     resize(720, 640);
     Passos_Comuns_Form_Load();
     fraPermissão->setEnabled(false);

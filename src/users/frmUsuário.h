@@ -33,13 +33,13 @@ class frmUsuário : public Formulário_Cadastro {
     void Abre_Tabelas() override;
     // These take the place of the common buttons' steps: each change passes the password dialog, and the
     // frames follow who alters whom.
-    void cmdInclusão_Click();
-    void cmdAlteração_Click();
-    void cmdExclusão_Click();
-    void cmdOk_Click();
-    void cmdCancelar_Click();
-    void cmdLocaliza_Click();
-    void cmdMovimenta_Registro_Click(int Index);
+    void cmdInclusão_Click() override;
+    void cmdAlteração_Click() override;
+    void cmdExclusão_Click() override;
+    void cmdOk_Click() override;
+    void cmdCancelar_Click() override;
+    void cmdLocaliza_Click() override;
+    void cmdMovimenta_Registro_Click(int Index) override;
     void flxPermissão_De_Acesso_Click();
     void txtUsuário_Validate(bool& Cancel);
     void DirImagens_Validate(bool& Cancel);

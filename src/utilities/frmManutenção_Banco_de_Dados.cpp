@@ -101,12 +101,6 @@ frmManutenção_Banco_de_Dados::frmManutenção_Banco_de_Dados(QWidget* pai)
     for (QPushButton* b :
          {cmdExclusão, cmdLocaliza, cmdMovimenta_Registro[1], cmdMovimenta_Registro[2], cmdOk, cmdSair})
         b->setAccessibleName(b->text().remove('&'));
-    cmdExclusão->disconnect(this);
-    cmdOk->disconnect(this);
-    cmdSair->disconnect(this);
-    QObject::connect(cmdExclusão, &QPushButton::clicked, this, [this] { cmdExclusão_Click(); });
-    QObject::connect(cmdOk, &QPushButton::clicked, this, [this] { cmdOk_Click(); });
-    QObject::connect(cmdSair, &QPushButton::clicked, this, [this] { cmdSair_Click(); });
     // Leaving asks for no valid date.
     Define_CausesValidation(cmdSair, false);
     Form_QueryUnload = [this] {

@@ -33,9 +33,9 @@ class frmManutenção_Banco_de_Dados : public Formulário_Cadastro {
     void Abre_Tabelas() override;
     // These stand in for the protocol's buttons of the same names: the exclusion here is of a period, and
     // OK carries it out.
-    void cmdExclusão_Click();
-    void cmdOk_Click();
-    void cmdSair_Click();
+    void cmdExclusão_Click() override;
+    void cmdOk_Click() override;
+    void cmdSair_Click() override;
 
   protected:
     void Mostra_Registro() override;
