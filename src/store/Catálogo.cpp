@@ -2,6 +2,7 @@
 
 #include "failure/Rotina.h"
 #include "store/Ligação.h"
+#include "store/Sessão_Servidor.h"
 
 namespace Catálogo {
 
@@ -28,6 +29,12 @@ std::shared_ptr<Sessão> Sessão_De(Ligação& conexão) {
     auto sessão = conexão.Sessão_Física();
     if (!sessão) Falha(3704, "A operação não é permitida quando o objeto está fechado.");
     return sessão;
+}
+
+// A schema operation of the server, reported as the embedded ones are.
+bool No_Servidor(bool feito, const Falha_Banco& falha) {
+    if (!feito) Falha(falha.Número, falha.Descrição);
+    return feito;
 }
 
 bool Executa(Sessão& sessão, const QString& sql) {
@@ -78,7 +85,13 @@ void Cria_Banco(const QString& texto_conexão) {
 }
 
 void Cria_Tabela(Ligação& conexão, const QString& tabela, const QVector<Campo_Info>& campos) {
-    if (auto sessão = Sessão_De(conexão)) Executa(*sessão, Criação_Tabela(tabela, campos));
+    auto sessão = Sessão_De(conexão);
+    if (!sessão) return;
+    Falha_Banco falha;
+    if (sessão->Servidor())
+        No_Servidor(Catálogo_Servidor::Cria_Tabela(*sessão, tabela, campos, falha), falha);
+    else
+        Executa(*sessão, Criação_Tabela(tabela, campos));
 }
 
 void Exclui_Tabela(Ligação& conexão, const QString& tabela) {
@@ -88,6 +101,11 @@ void Exclui_Tabela(Ligação& conexão, const QString& tabela) {
 void Adiciona_Campo(Ligação& conexão, const QString& tabela, const Campo_Info& campo) {
     auto sessão = Sessão_De(conexão);
     if (!sessão) return;
+    if (sessão->Servidor()) {
+        Falha_Banco falha;
+        No_Servidor(Catálogo_Servidor::Adiciona_Campo(*sessão, tabela, campo, falha), falha);
+        return;
+    }
     if (campo.Auto) {
         Estrutura_Tabela atual = Estrutura(conexão, tabela);
         QVector<Campo_Info> campos = atual.Campos;
@@ -107,6 +125,11 @@ void Exclui_Campo(Ligação& conexão, const QString& tabela, const QString& cam
 void Altera_Campo(Ligação& conexão, const QString& tabela, const Campo_Info& campo) {
     auto sessão = Sessão_De(conexão);
     if (!sessão) return;
+    if (sessão->Servidor()) {
+        Falha_Banco falha;
+        No_Servidor(Catálogo_Servidor::Altera_Campo(*sessão, tabela, campo, falha), falha);
+        return;
+    }
     Estrutura_Tabela atual = Estrutura(conexão, tabela);
     const int posição = atual.Posição_Campo(campo.Nome);
     if (posição < 0) {
@@ -120,24 +143,45 @@ void Altera_Campo(Ligação& conexão, const QString& tabela, const Campo_Info& 
 }
 
 void Adiciona_Índice(Ligação& conexão, const QString& tabela, const Índice_Info& índice) {
-    if (auto sessão = Sessão_De(conexão)) Executa(*sessão, Criação_Índice(tabela, índice));
+    auto sessão = Sessão_De(conexão);
+    if (!sessão) return;
+    Falha_Banco falha;
+    if (sessão->Servidor())
+        No_Servidor(Catálogo_Servidor::Adiciona_Índice(*sessão, tabela, índice, falha), falha);
+    else
+        Executa(*sessão, Criação_Índice(tabela, índice));
 }
 
 void Garante_Índice_de_Consulta(Ligação& conexão, const QString& tabela, const QString& campo) {
     auto sessão = Sessão_De(conexão);
     if (!sessão || !Existe_Tabela(conexão, tabela)) return;
+    if (sessão->Servidor()) {
+        Falha_Banco falha;
+        No_Servidor(Catálogo_Servidor::Garante_Índice_de_Consulta(*sessão, tabela, campo, falha), falha);
+        return;
+    }
     Executa(*sessão, "CREATE INDEX IF NOT EXISTS " + Citação(Nome_Índice_de_Consulta(tabela, campo)) +
                          " ON " + Citação(tabela) + " (" + Citação(campo) + ")");
 }
 
 void Exclui_Índice(Ligação& conexão, const QString& tabela, const QString& índice) {
-    if (auto sessão = Sessão_De(conexão))
+    auto sessão = Sessão_De(conexão);
+    if (!sessão) return;
+    Falha_Banco falha;
+    if (sessão->Servidor())
+        No_Servidor(Catálogo_Servidor::Exclui_Índice(*sessão, tabela, índice, falha), falha);
+    else
         Executa(*sessão, "DROP INDEX " + Citação(Nome_Índice_Físico(tabela, índice)));
 }
 
 void Copia_Banco(Ligação& conexão, const QString& destino) {
     auto sessão = Sessão_De(conexão);
     if (!sessão) return;
+    if (sessão->Servidor()) {
+        Falha_Banco falha;
+        No_Servidor(Catálogo_Servidor::Copia_Banco(*sessão, destino, falha), falha);
+        return;
+    }
     QString caminho = destino;
     caminho.replace('\'', "''");
     Falha_Banco falha;

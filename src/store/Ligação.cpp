@@ -11,8 +11,10 @@
 
 #include "common/Globais.h"
 #include "failure/Rotina.h"
+#include "platform/Plataforma.h"
 #include "store/Catálogo.h"
 #include "store/Dbase.h"
+#include "store/Sessão_Servidor.h"
 #include "store/Tradutor_SQL.h"
 
 QString Texto_Conexão(const QString& caminho_arquivo) {
@@ -34,8 +36,29 @@ QString Arquivo_Da_Conexão(const QString& texto_conexão) {
     return Valor_Da_Chave(texto_conexão, "Data Source");
 }
 
+bool Existe_Banco(const QString& caminho) {
+    const QString servidor = Conexão_Do_Servidor(caminho);
+    if (servidor.isEmpty()) return QFile::exists(caminho);
+    Falha_Banco ignorada;
+    return Existe_Esquema_Servidor(servidor, Esquema_Do_Servidor(caminho), ignorada);
+}
+
+bool Servidor_Disponível(QString& mensagem) {
+    const QString caminho = Caminho_Dados() + "/Dados.Mdb";
+    const QString servidor = Conexão_Do_Servidor(caminho);
+    if (servidor.isEmpty()) return true;
+    Falha_Banco falha;
+    Existe_Esquema_Servidor(servidor, Esquema_Do_Servidor(caminho), falha);
+    mensagem = falha.Descrição;
+    return !falha.Houve();
+}
+
 bool Exclui_Arquivo_Banco(const QString& caminho) {
     if (auto sessão = Sessão::Procura(caminho)) sessão->Retira_do_Registro();
+    if (const QString servidor = Conexão_Do_Servidor(caminho); !servidor.isEmpty()) {
+        Falha_Banco ignorada;
+        return Exclui_Esquema_Servidor(servidor, Esquema_Do_Servidor(caminho), ignorada);
+    }
     QFile::remove(caminho + "-wal");
     QFile::remove(caminho + "-shm");
     QFile::remove(caminho + "-travas");
@@ -56,6 +79,14 @@ bool Pasta_Gravável(const QString& pasta) {
 }
 
 QString Guarda_Arquivo_Banco(const QString& caminho, const QString& pasta_arquivo, const QDateTime& quando) {
+    // On a server the schema stays there under a dated name.
+    if (const QString servidor = Conexão_Do_Servidor(caminho); !servidor.isEmpty()) {
+        if (auto sessão = Sessão::Procura(caminho)) sessão->Retira_do_Registro();
+        const QString esquema = Esquema_Do_Servidor(caminho);
+        const QString novo = esquema + " " + quando.toString("yyyy-MM-dd HH-mm-ss");
+        Falha_Banco falha;
+        return Renomeia_Esquema_Servidor(servidor, esquema, novo, falha) ? novo : QString();
+    }
     if (!QFile::exists(caminho) || !QDir().mkpath(pasta_arquivo)) return QString();
     if (auto sessão = Sessão::Procura(caminho)) sessão->Retira_do_Registro();
     const QFileInfo info(caminho);

@@ -34,6 +34,10 @@ class Ligação {
 QString Texto_Conexão(const QString& caminho_arquivo);
 // The file named by a connection string.
 QString Arquivo_Da_Conexão(const QString& texto_conexão);
+// Whether the database exists: the file, or its schema on the installation's server.
+bool Existe_Banco(const QString& caminho);
+// Whether the server that the installation names (if any) answers; the reason in `mensagem` when not.
+bool Servidor_Disponível(QString& mensagem);
 // Deletes a database file with its journal and lock companions.
 bool Exclui_Arquivo_Banco(const QString& caminho);
 // Whether files can be made in the folder (made if missing) and every file in it can be written.

@@ -4,9 +4,9 @@
 #include <QRegularExpression>
 #include <cmath>
 #include <limits>
-#include <sqlite3.h>
 
 #include "failure/Rotina.h"
+#include "store/Comando_Banco.h"
 #include "store/Ligação.h"
 #include "store/Tradutor_SQL.h"
 
@@ -18,9 +18,9 @@ const QString Texto_Várias_Etapas =
 const QString Texto_Bloqueado =
     "Não foi possível atualizar; a informação está bloqueada no momento por outro usuário.";
 
-void Liga_Valor(sqlite3_stmt* comando, int posição, const QVariant& valor) {
+void Liga_Valor(Comando_Banco* comando, int posição, const QVariant& valor) {
     if (!valor.isValid()) {
-        sqlite3_bind_null(comando, posição);
+        comando->Liga_Nulo(posição);
         return;
     }
     switch (valor.typeId()) {
@@ -29,16 +29,15 @@ void Liga_Valor(sqlite3_stmt* comando, int posição, const QVariant& valor) {
         case QMetaType::Bool:
         case QMetaType::UInt:
         case QMetaType::ULongLong:
-            sqlite3_bind_int64(comando, posição, valor.toLongLong());
+            comando->Liga_Inteiro(posição, valor.toLongLong());
             break;
         case QMetaType::Double:
         case QMetaType::Float:
-            sqlite3_bind_double(comando, posição, valor.toDouble());
+            comando->Liga_Real(posição, valor.toDouble());
             break;
         default: {
             const QByteArray texto = valor.toString().toUtf8();
-            sqlite3_bind_text(comando, posição, texto.constData(), static_cast<int>(texto.size()),
-                              SQLITE_TRANSIENT);
+            comando->Liga_Texto(posição, texto);
         }
     }
 }
@@ -139,25 +138,23 @@ constexpr int Páginas_Na_Janela = 3;
 constexpr int Linhas_Primeira_Página = 4;
 
 // A value of the order as read, kept as the store gave it so that it binds back unchanged.
-QVariant Valor_Chave(sqlite3_stmt* comando, int coluna) {
-    switch (sqlite3_column_type(comando, coluna)) {
-        case SQLITE_NULL:
+QVariant Valor_Chave(Comando_Banco* comando, int coluna) {
+    switch (comando->Tipo(coluna)) {
+        case Tipo_Valor::Nulo:
             return {};
-        case SQLITE_INTEGER:
-            return QVariant(static_cast<qint64>(sqlite3_column_int64(comando, coluna)));
-        case SQLITE_FLOAT:
-            return sqlite3_column_double(comando, coluna);
+        case Tipo_Valor::Inteiro:
+            return QVariant(static_cast<qint64>(comando->Inteiro(coluna)));
+        case Tipo_Valor::Real:
+            return comando->Real(coluna);
         default:
-            return QByteArray(reinterpret_cast<const char*>(sqlite3_column_text(comando, coluna)),
-                              sqlite3_column_bytes(comando, coluna));
+            return comando->Bytes(coluna);
     }
 }
 
-void Liga_Chave(sqlite3_stmt* comando, int posição, const QVariant& valor) {
+void Liga_Chave(Comando_Banco* comando, int posição, const QVariant& valor) {
     if (valor.typeId() == QMetaType::QByteArray) {
         const QByteArray texto = valor.toByteArray();
-        sqlite3_bind_text(comando, posição, texto.constData(), static_cast<int>(texto.size()),
-                          SQLITE_TRANSIENT);
+        comando->Liga_Texto(posição, texto);
     } else {
         Liga_Valor(comando, posição, valor);
     }
@@ -186,6 +183,7 @@ void Registros::Close() {
     Sessão_.reset();
     Estrutura.reset();
     Resto_Consulta.clear();
+    Campos_Da_Tabela.clear();
     Aberto_ = false;
     Origem.clear();
     Ordem.clear();
@@ -235,6 +233,9 @@ void Registros::Open(const QString& fonte, Ligação& conexão, Opção_Abertura
             Sessão_.reset();
             return;
         }
+        Campos_Da_Tabela.clear();
+        for (const Campo_Info& campo : Estrutura->Campos)
+            Campos_Da_Tabela += (Campos_Da_Tabela.isEmpty() ? "" : ", ") + Citação(campo.Nome);
         Resto_Consulta = Traduz_SQL(consulta.Resto);
         Aberto_ = true;
         Prepara_Ordem();
@@ -260,42 +261,41 @@ void Registros::Carrega_Estático(std::source_location onde) {
         Posição = 0;
         return;
     }
-    sqlite3_stmt* comando = Sessão_->Prepara(sql, falha);
+    Comando_Banco* comando = Sessão_->Prepara(sql, falha);
     if (comando == nullptr) {
         Falha(falha.Número, falha.Descrição, onde);
         Close();
         return;
     }
-    const int colunas = sqlite3_column_count(comando);
-    for (int i = 0; i < colunas; ++i) Nomes_Estáticos << QString::fromUtf8(sqlite3_column_name(comando, i));
+    const int colunas = comando->Colunas();
+    for (int i = 0; i < colunas; ++i) Nomes_Estáticos << comando->Nome_Coluna(i);
     Tipos_Estáticos.fill(Tipo_Texto, colunas);
     int r;
-    while ((r = sqlite3_step(comando)) == SQLITE_ROW) {
+    while ((r = comando->Passo()) == Linha_Pronta) {
         QVector<QVariant> linha(colunas);
         for (int i = 0; i < colunas; ++i) {
-            switch (sqlite3_column_type(comando, i)) {
-                case SQLITE_INTEGER: {
-                    const qint64 v = sqlite3_column_int64(comando, i);
+            switch (comando->Tipo(i)) {
+                case Tipo_Valor::Inteiro: {
+                    const qint64 v = comando->Inteiro(i);
                     linha[i] =
                         (v >= INT32_MIN && v <= INT32_MAX) ? QVariant(static_cast<int>(v)) : QVariant(v);
                     Tipos_Estáticos[i] = Tipo_Long;
                     break;
                 }
-                case SQLITE_FLOAT:
-                    linha[i] = sqlite3_column_double(comando, i);
+                case Tipo_Valor::Real:
+                    linha[i] = comando->Real(i);
                     Tipos_Estáticos[i] = Tipo_Double;
                     break;
-                case SQLITE_NULL:
+                case Tipo_Valor::Nulo:
                     break;
                 default:
-                    linha[i] =
-                        QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(comando, i)));
+                    linha[i] = comando->Texto(i);
             }
         }
         Linhas_Estáticas.append(linha);
     }
-    sqlite3_reset(comando);
-    if (r != SQLITE_DONE) {
+    comando->Reinicia();
+    if (r != Fim_Comando) {
         Sessão_->Falha_Da_Última(falha, r);
         Falha(falha.Número, falha.Descrição, onde);
         Close();
@@ -337,17 +337,17 @@ void Registros::Prepara_Ordem() {
 // The keyset is the rows there now: rows added later by others have greater ids and stay out.
 bool Registros::Lê_Limite(std::source_location onde) {
     Falha_Banco falha;
-    sqlite3_stmt* comando = Sessão_->Prepara("SELECT max(rowid) FROM " + Citação(Estrutura->Nome), falha);
-    int r = SQLITE_ERROR;
+    Comando_Banco* comando = Sessão_->Prepara("SELECT max(rowid) FROM " + Citação(Estrutura->Nome), falha);
+    int r = 1;  // a failure until the statement runs
     if (comando != nullptr) {
-        r = sqlite3_step(comando);
-        Limite_Id = r == SQLITE_ROW ? sqlite3_column_int64(comando, 0) : 0;
-        sqlite3_reset(comando);
-        if (r != SQLITE_ROW) Sessão_->Falha_Da_Última(falha, r);
+        r = comando->Passo();
+        Limite_Id = r == Linha_Pronta ? comando->Inteiro(0) : 0;
+        comando->Reinicia();
+        if (r != Linha_Pronta) Sessão_->Falha_Da_Última(falha, r);
     }
     Contagem = -1;
     Excluídas_Antes_Da_Contagem = 0;
-    if (r == SQLITE_ROW) return true;
+    if (r == Linha_Pronta) return true;
     Falha(falha.Número, falha.Descrição, onde);
     Close();
     return false;
@@ -369,25 +369,25 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
     const auto roda = [&](const QString& condição, const QVariantList& valores) {
         if (falhou || página.size() >= máximo) return;
         Falha_Banco falha;
-        sqlite3_stmt* comando =
+        Comando_Banco* comando =
             Sessão_->Prepara(início + condição + " ORDER BY " + ordem + " LIMIT ?", falha);
         if (comando == nullptr) {
             falhou = true;
             return Falha(falha.Número, falha.Descrição, onde);
         }
         int n = 1;
-        sqlite3_bind_int64(comando, n++, Limite_Id);
+        comando->Liga_Inteiro(n++, Limite_Id);
         for (const QVariant& valor : valores) Liga_Chave(comando, n++, valor);
-        sqlite3_bind_int(comando, n, máximo - static_cast<int>(página.size()));
+        comando->Liga_Inteiro(n, máximo - static_cast<int>(página.size()));
         int r;
-        while ((r = sqlite3_step(comando)) == SQLITE_ROW) {
+        while ((r = comando->Passo()) == Linha_Pronta) {
             Entrada entrada;
-            entrada.Id = sqlite3_column_int64(comando, 0);
+            entrada.Id = comando->Inteiro(0);
             for (int i = 0; i < Ordem.size(); ++i) entrada.Chave << Valor_Chave(comando, i + 1);
             página.append(entrada);
         }
-        sqlite3_reset(comando);
-        if (r != SQLITE_DONE) {
+        comando->Reinicia();
+        if (r != Fim_Comando) {
             falhou = true;
             Sessão_->Falha_Da_Última(falha, r);
             Falha(falha.Número, falha.Descrição, onde);
@@ -439,22 +439,22 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
 bool Registros::Entrada_Da_Linha(qint64 id, bool filtrada, Entrada& entrada, std::source_location onde) {
     Falha_Banco falha;
     const QString sql = "SELECT rowid" + Colunas_Chave + " " +
-                        (filtrada ? Origem : "FROM " + Citação(Estrutura->Nome) + " WHERE 1") +
+                        (filtrada ? Origem : "FROM " + Citação(Estrutura->Nome) + " WHERE true") +
                         " AND rowid = ?";
-    sqlite3_stmt* comando = Sessão_->Prepara(sql, falha);
+    Comando_Banco* comando = Sessão_->Prepara(sql, falha);
     if (comando == nullptr) {
         Falha(falha.Número, falha.Descrição, onde);
         return false;
     }
     int n = 1;
-    if (filtrada) sqlite3_bind_int64(comando, n++, Limite_Id);
-    sqlite3_bind_int64(comando, n, id);
-    const bool achou = sqlite3_step(comando) == SQLITE_ROW;
+    if (filtrada) comando->Liga_Inteiro(n++, Limite_Id);
+    comando->Liga_Inteiro(n, id);
+    const bool achou = comando->Passo() == Linha_Pronta;
     if (achou) {
         entrada = Entrada{id, {}, false};
         for (int i = 0; i < Ordem.size(); ++i) entrada.Chave << Valor_Chave(comando, i + 1);
     }
-    sqlite3_reset(comando);
+    comando->Reinicia();
     return achou;
 }
 
@@ -532,41 +532,40 @@ void Registros::Começa(bool do_início, std::source_location onde) {
 
 bool Registros::Lê_Linha(qint64 id) {
     Falha_Banco falha;
-    sqlite3_stmt* comando =
-        Sessão_->Prepara("SELECT * FROM " + Citação(Estrutura->Nome) + " WHERE rowid = ?", falha);
+    Comando_Banco* comando = Sessão_->Prepara(
+        "SELECT " + Campos_Da_Tabela + " FROM " + Citação(Estrutura->Nome) + " WHERE rowid = ?", falha);
     if (comando == nullptr) return false;
-    sqlite3_bind_int64(comando, 1, id);
-    const bool achou = sqlite3_step(comando) == SQLITE_ROW;
+    comando->Liga_Inteiro(1, id);
+    const bool achou = comando->Passo() == Linha_Pronta;
     if (achou) {
         const int colunas = Estrutura->Campos.size();
         Linha.resize(colunas);
         for (int i = 0; i < colunas; ++i) Linha[i] = Valor_Lido(i, comando);
     }
-    sqlite3_reset(comando);
+    comando->Reinicia();
     return achou;
 }
 
 namespace {
 // Field `campo` of the table, read from column `coluna` of a statement.
-QVariant Valor_Do_Campo(const Estrutura_Tabela& estrutura, int campo, sqlite3_stmt* comando, int coluna) {
-    if (sqlite3_column_type(comando, coluna) == SQLITE_NULL) return {};
+QVariant Valor_Do_Campo(const Estrutura_Tabela& estrutura, int campo, Comando_Banco* comando, int coluna) {
+    if (comando->Tipo(coluna) == Tipo_Valor::Nulo) return {};
     switch (estrutura.Campos[campo].Tipo) {
         case Tipo_Long:
-            return static_cast<int>(sqlite3_column_int64(comando, coluna));
+            return static_cast<int>(comando->Inteiro(coluna));
         case Tipo_Double:
-            return sqlite3_column_double(comando, coluna);
+            return comando->Real(coluna);
         case Tipo_Boolean:
-            return sqlite3_column_int(comando, coluna) != 0;
+            return static_cast<int>(comando->Inteiro(coluna)) != 0;
         case Tipo_Data:
-            return Data_Do_Banco(
-                QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(comando, coluna))));
+            return Data_Do_Banco(comando->Texto(coluna));
         default:
-            return QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(comando, coluna)));
+            return comando->Texto(coluna);
     }
 }
 }  // namespace
 
-QVariant Registros::Valor_Lido(int coluna, sqlite3_stmt* comando) const {
+QVariant Registros::Valor_Lido(int coluna, Comando_Banco* comando) const {
     return Valor_Do_Campo(*Estrutura, coluna, comando, coluna);
 }
 
@@ -627,13 +626,13 @@ int Registros::RecordCount() const {
     if (Contagem < 0) {
         // Counted once, when asked: the rows of the keyset, those deleted through this slot included.
         Falha_Banco falha;
-        sqlite3_stmt* comando = Sessão_->Prepara("SELECT count(*) " + Origem, falha);
+        Comando_Banco* comando = Sessão_->Prepara("SELECT count(*) " + Origem, falha);
         if (comando == nullptr) return 0;
-        sqlite3_bind_int64(comando, 1, Limite_Id);
-        const int r = sqlite3_step(comando);
-        const int contadas = r == SQLITE_ROW ? sqlite3_column_int(comando, 0) : 0;
-        sqlite3_reset(comando);
-        if (r != SQLITE_ROW) return 0;
+        comando->Liga_Inteiro(1, Limite_Id);
+        const int r = comando->Passo();
+        const int contadas = r == Linha_Pronta ? static_cast<int>(comando->Inteiro(0)) : 0;
+        comando->Reinicia();
+        if (r != Linha_Pronta) return 0;
         Contagem = contadas + Excluídas_Antes_Da_Contagem;
     }
     return Contagem;
@@ -759,25 +758,26 @@ void Registros::Seek(const QVariantList& chave, Tipo_Busca tipo, std::source_loc
                 break;
         }
         if (textos.size() > 256) textos.clear();
-        texto = textos.insert(chave_texto, "SELECT rowid" + Colunas_Chave + ", * " + Origem + " AND " +
-                                               condição + " ORDER BY " + ordem + " LIMIT 1");
+        texto =
+            textos.insert(chave_texto, "SELECT rowid" + Colunas_Chave + ", " + Campos_Da_Tabela + " " +
+                                           Origem + " AND " + condição + " ORDER BY " + ordem + " LIMIT 1");
     }
     Falha_Banco falha;
-    sqlite3_stmt* comando = Sessão_->Prepara(*texto, falha);
+    Comando_Banco* comando = Sessão_->Prepara(*texto, falha);
     if (comando == nullptr) return Falha(falha.Número, falha.Descrição, onde);
-    sqlite3_bind_int64(comando, 1, Limite_Id);
+    comando->Liga_Inteiro(1, Limite_Id);
     for (int i = 0; i < valores.size(); ++i) Liga_Valor(comando, i + 2, valores[i]);
     Entrada achada;
-    const bool achou = sqlite3_step(comando) == SQLITE_ROW;
+    const bool achou = comando->Passo() == Linha_Pronta;
     if (achou) {
-        achada.Id = sqlite3_column_int64(comando, 0);
+        achada.Id = comando->Inteiro(0);
         for (int i = 0; i < Ordem.size(); ++i) achada.Chave << Valor_Chave(comando, i + 1);
         const int colunas = Estrutura->Campos.size();
         const int primeira = 1 + static_cast<int>(Ordem.size());
         Linha.resize(colunas);
         for (int i = 0; i < colunas; ++i) Linha[i] = Valor_Do_Campo(*Estrutura, i, comando, primeira + i);
     }
-    sqlite3_reset(comando);
+    comando->Reinicia();
     if (achou) {
         Janela = {achada};
         Atual = 0;
@@ -939,14 +939,14 @@ void Registros::Update(std::source_location onde) {
             atribuições += (atribuições.isEmpty() ? "" : ", ") + Citação(Estrutura->Campos[p].Nome) + " = ?";
         sql = "UPDATE " + Citação(Estrutura->Nome) + " SET " + atribuições + " WHERE rowid = ?";
     }
-    sqlite3_stmt* comando = Sessão_->Prepara(sql, falha);
+    Comando_Banco* comando = Sessão_->Prepara(sql, falha);
     if (comando == nullptr) return Falha(falha.Número, falha.Descrição, onde);
     int n = 1;
     for (int p : posições) Liga_Valor(comando, n++, Pendentes.value(p));
-    if (Modo == Modo_Edição::Alteração) sqlite3_bind_int64(comando, n, Id_Atual());
-    const int r = sqlite3_step(comando);
-    sqlite3_reset(comando);
-    if (r != SQLITE_DONE) {
+    if (Modo == Modo_Edição::Alteração) comando->Liga_Inteiro(n, Id_Atual());
+    const int r = comando->Passo();
+    comando->Reinicia();
+    if (r != Fim_Comando) {
         Sessão_->Falha_Da_Última(falha, r);
         Recusa_Do_Valor_ = falha.Recusa_Valor;
         return Falha(falha.Número, falha.Descrição, onde);
@@ -954,7 +954,7 @@ void Registros::Update(std::source_location onde) {
     Sessão_->Marca_Escrita(Estrutura->Nome);
     if (Modo == Modo_Edição::Inclusão) {
         // The new row becomes current, in its place in the order; the keyset grows to hold it.
-        Entrada nova{sqlite3_last_insert_rowid(Sessão_->Banco), {}, false};
+        Entrada nova{Sessão_->Último_Id(), {}, false};
         Limite_Id = std::max(Limite_Id, nova.Id);
         Entrada_Da_Linha(nova.Id, false, nova, onde);
         Janela = {nova};
@@ -982,19 +982,19 @@ void Registros::Delete(std::source_location onde) {
     Modo = Modo_Edição::Nenhum;
     Pendentes.clear();
     Falha_Banco falha;
-    sqlite3_stmt* comando = nullptr;
+    Comando_Banco* comando = nullptr;
     if (Sessão_->Prepara_Escrita(falha))
         comando = Sessão_->Prepara("DELETE FROM " + Citação(Estrutura->Nome) + " WHERE rowid = ?", falha);
-    int r = SQLITE_ERROR;
+    int r = 1;  // a failure until the statement runs
     if (comando != nullptr) {
-        sqlite3_bind_int64(comando, 1, id);
-        r = sqlite3_step(comando);
-        sqlite3_reset(comando);
-        if (r != SQLITE_DONE) Sessão_->Falha_Da_Última(falha, r);
+        comando->Liga_Inteiro(1, id);
+        r = comando->Passo();
+        comando->Reinicia();
+        if (r != Fim_Comando) Sessão_->Falha_Da_Última(falha, r);
         Sessão_->Marca_Escrita(Estrutura->Nome);
     }
     if (!Sessão_->Transação_Lógica) Sessão_->Libera_Trava(Estrutura->Nome, id);
-    if (r != SQLITE_DONE) return Falha(falha.Número, falha.Descrição, onde);
+    if (r != Fim_Comando) return Falha(falha.Número, falha.Descrição, onde);
     Janela[Atual].Excluída = true;
     if (Contagem < 0) ++Excluídas_Antes_Da_Contagem;
     Linha_Lida = false;

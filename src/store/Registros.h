@@ -14,6 +14,7 @@
 
 #include "store/Sessão.h"
 
+class Comando_Banco;
 class Ligação;
 class Registros;
 
@@ -117,13 +118,14 @@ class Registros {
     bool Lê_Linha(qint64 id);
     bool Tem_Linha_Atual() const;
     qint64 Id_Atual() const { return Janela[Atual].Id; }
-    QVariant Valor_Lido(int coluna, sqlite3_stmt* comando) const;
+    QVariant Valor_Lido(int coluna, Comando_Banco* comando) const;
     bool Converte_Para_Gravar(int posição, const QVariant& valor, QVariant& saída, Falha_Banco& falha) const;
     void Descarta_Edição();
 
     std::shared_ptr<Sessão> Sessão_;
     std::shared_ptr<const Estrutura_Tabela> Estrutura;
     QString Resto_Consulta;
+    QString Campos_Da_Tabela;  // the table's fields in their order, named: a server's row id stays out
     QString Índice_Atual;
     bool Aberto_ = false;
 

@@ -7,7 +7,9 @@
 #include <sqlite3.h>
 #include <unistd.h>
 
+#include "store/Comando_Banco.h"
 #include "store/Comparação.h"
+#include "store/Sessão_Servidor.h"
 
 namespace {
 QHash<QString, std::weak_ptr<Sessão>>& Registro() {
@@ -33,6 +35,81 @@ void Configura(sqlite3* banco, const QString& caminho) {
                  nullptr);
 }
 }  // namespace
+
+// The embedded engine: one SQLite file.
+class Sessão_SQLite final : public Sessão {
+  public:
+    explicit Sessão_SQLite(QString caminho) : Sessão(std::move(caminho)) {}
+    ~Sessão_SQLite() override;
+    bool Prepara_Escrita(Falha_Banco& falha) override;
+    bool Confirma(Falha_Banco& falha) override;
+    bool Desfaz(Falha_Banco& falha) override;
+    Comando_Banco* Prepara(const QString& sql, Falha_Banco& falha) override;
+    bool Executa(const QString& sql, Falha_Banco& falha) override;
+    void Falha_Da_Última(Falha_Banco& falha, int código) const override;
+    qint64 Último_Id() const override { return sqlite3_last_insert_rowid(Banco); }
+    bool Contagem_Memorizada(const QString& sql, qint64& contagem) override;
+    void Memoriza_Contagem(const QString& sql, qint64 contagem) override;
+    void Esquece_Estruturas() override;
+    QStringList Tabelas() override;
+    bool Trava_Linha(const QString& tabela, qint64 linha) override;
+    bool Possui_Trava(const QString& tabela, qint64 linha) const override;
+    void Libera_Trava(const QString& tabela, qint64 linha) override;
+    void Libera_Travas() override;
+
+  protected:
+    std::shared_ptr<Estrutura_Tabela> Lê_Estrutura(const QString& tabela, Falha_Banco& falha) override;
+
+  private:
+    static qint64 Posição_Trava(const QString& tabela, qint64 linha);
+    QHash<QString, Comando_Banco*> Comandos;
+    qint64 Versão_Dados = -1;  // the file's data_version when the counts were taken
+    QVector<qint64> Travas;
+    int Descritor_Travas = -1;
+};
+
+// A prepared SQLite statement.
+class Comando_SQLite final : public Comando_Banco {
+  public:
+    explicit Comando_SQLite(sqlite3_stmt* comando) : C(comando) {}
+    ~Comando_SQLite() override { sqlite3_finalize(C); }
+    void Liga_Nulo(int p) override { sqlite3_bind_null(C, p); }
+    void Liga_Inteiro(int p, qint64 v) override { sqlite3_bind_int64(C, p, v); }
+    void Liga_Real(int p, double v) override { sqlite3_bind_double(C, p, v); }
+    void Liga_Texto(int p, const QByteArray& t) override {
+        sqlite3_bind_text(C, p, t.constData(), static_cast<int>(t.size()), SQLITE_TRANSIENT);
+    }
+    int Passo() override { return sqlite3_step(C); }
+    void Reinicia() override { sqlite3_reset(C); }
+    void Limpa_Valores() override { sqlite3_clear_bindings(C); }
+    int Colunas() const override { return sqlite3_column_count(C); }
+    QString Nome_Coluna(int i) const override { return QString::fromUtf8(sqlite3_column_name(C, i)); }
+    Tipo_Valor Tipo(int i) const override {
+        switch (sqlite3_column_type(C, i)) {
+            case SQLITE_NULL:
+                return Tipo_Valor::Nulo;
+            case SQLITE_INTEGER:
+                return Tipo_Valor::Inteiro;
+            case SQLITE_FLOAT:
+                return Tipo_Valor::Real;
+            default:
+                return Tipo_Valor::Texto;
+        }
+    }
+    qint64 Inteiro(int i) const override { return sqlite3_column_int64(C, i); }
+    double Real(int i) const override { return sqlite3_column_double(C, i); }
+    QByteArray Bytes(int i) const override {
+        return QByteArray(reinterpret_cast<const char*>(sqlite3_column_text(C, i)),
+                          sqlite3_column_bytes(C, i));
+    }
+    QString Texto(int i) const override {
+        return QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(C, i)),
+                                 sqlite3_column_bytes(C, i));
+    }
+
+  private:
+    sqlite3_stmt* C;
+};
 
 QString Citação(const QString& identificador) {
     QString s = identificador;
@@ -62,8 +139,10 @@ const Índice_Info* Estrutura_Tabela::Índice(const QString& nome) const {
 
 Sessão::Sessão(QString caminho) : Caminho(std::move(caminho)) {}
 
-Sessão::~Sessão() {
-    for (sqlite3_stmt* c : Comandos) sqlite3_finalize(c);
+Sessão::~Sessão() = default;
+
+Sessão_SQLite::~Sessão_SQLite() {
+    qDeleteAll(Comandos);
     if (Banco != nullptr) sqlite3_close_v2(Banco);
     if (Descritor_Travas >= 0) ::close(Descritor_Travas);
 }
@@ -80,6 +159,11 @@ void Sessão::Retira_do_Registro() {
 
 std::shared_ptr<Sessão> Sessão::Abre(const QString& caminho, Falha_Banco& falha) {
     if (auto existente = Procura(caminho)) return existente;
+    if (const QString servidor = Conexão_Do_Servidor(caminho); !servidor.isEmpty()) {
+        auto sessão = Abre_Sessão_Servidor(Chave(caminho), servidor, Esquema_Do_Servidor(caminho), falha);
+        if (sessão) Registro().insert(Chave(caminho), sessão);
+        return sessão;
+    }
     if (!QFileInfo::exists(caminho)) {
         falha = {-2147467259, "Não foi possível encontrar o arquivo '" + caminho + "'."};
         return nullptr;
@@ -96,13 +180,15 @@ std::shared_ptr<Sessão> Sessão::Abre(const QString& caminho, Falha_Banco& falh
         return nullptr;
     }
     Configura(banco, caminho);
-    std::shared_ptr<Sessão> sessão(new Sessão(Chave(caminho)));
+    std::shared_ptr<Sessão> sessão = std::make_shared<Sessão_SQLite>(Chave(caminho));
     sessão->Banco = banco;
     Registro().insert(Chave(caminho), sessão);
     return sessão;
 }
 
 bool Sessão::Cria_Arquivo(const QString& caminho, Falha_Banco& falha) {
+    if (const QString servidor = Conexão_Do_Servidor(caminho); !servidor.isEmpty())
+        return Cria_Esquema_Servidor(servidor, Esquema_Do_Servidor(caminho), falha);
     if (QFileInfo::exists(caminho)) {
         falha = {3367, "O banco de dados '" + caminho + "' já existe."};
         return false;
@@ -121,11 +207,7 @@ bool Sessão::Cria_Arquivo(const QString& caminho, Falha_Banco& falha) {
     return true;
 }
 
-void Sessão::Inicia() {
-    Transação_Lógica = true;
-}
-
-bool Sessão::Prepara_Escrita(Falha_Banco& falha) {
+bool Sessão_SQLite::Prepara_Escrita(Falha_Banco& falha) {
     if (!Transação_Lógica || Transação_SQL) return true;
     const int r = sqlite3_exec(Banco, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
     if (r != SQLITE_OK) {
@@ -136,7 +218,7 @@ bool Sessão::Prepara_Escrita(Falha_Banco& falha) {
     return true;
 }
 
-bool Sessão::Confirma(Falha_Banco& falha) {
+bool Sessão_SQLite::Confirma(Falha_Banco& falha) {
     bool ok = true;
     if (Transação_SQL) {
         const int r = sqlite3_exec(Banco, "COMMIT", nullptr, nullptr, nullptr);
@@ -152,7 +234,7 @@ bool Sessão::Confirma(Falha_Banco& falha) {
     return ok;
 }
 
-bool Sessão::Desfaz(Falha_Banco& falha) {
+bool Sessão_SQLite::Desfaz(Falha_Banco& falha) {
     bool ok = true;
     Esquece_Contagens();  // counts taken inside the transaction are undone with it
     if (Transação_SQL && sqlite3_get_autocommit(Banco) == 0) {
@@ -168,18 +250,12 @@ bool Sessão::Desfaz(Falha_Banco& falha) {
     return ok;
 }
 
-void Sessão::Falha_Da_Última(Falha_Banco& falha, int código) const {
+void Sessão_SQLite::Falha_Da_Última(Falha_Banco& falha, int código) const {
     const QString mensagem = QString::fromUtf8(sqlite3_errmsg(Banco));
     switch (código & 0xFF) {
         case SQLITE_CONSTRAINT:
             if (código == SQLITE_CONSTRAINT_UNIQUE || código == SQLITE_CONSTRAINT_PRIMARYKEY) {
-                falha = {
-                    -2147217887,
-                    "As alterações solicitadas à tabela não foram bem-sucedidas, pois criariam valores "
-                    "duplicados no índice, chave primária ou relacionamento. Altere os dados no campo ou nos "
-                    "campos que contêm os dados duplicados, remova o índice ou redefina o índice para "
-                    "permitir "
-                    "entradas duplicadas e tente novamente."};
+                falha = {-2147217887, Texto_Índice_Duplicado};
                 return;
             }
             falha = {-2147467259, "Restrição violada: " + mensagem, true};
@@ -209,11 +285,11 @@ void Sessão::Falha_Da_Última(Falha_Banco& falha, int código) const {
     }
 }
 
-sqlite3_stmt* Sessão::Prepara(const QString& sql, Falha_Banco& falha) {
+Comando_Banco* Sessão_SQLite::Prepara(const QString& sql, Falha_Banco& falha) {
     auto it = Comandos.find(sql);
     if (it != Comandos.end()) {
-        sqlite3_reset(*it);
-        sqlite3_clear_bindings(*it);
+        (*it)->Reinicia();
+        (*it)->Limpa_Valores();
         return *it;
     }
     sqlite3_stmt* comando = nullptr;
@@ -225,14 +301,15 @@ sqlite3_stmt* Sessão::Prepara(const QString& sql, Falha_Banco& falha) {
         return nullptr;
     }
     if (Comandos.size() > 200) {
-        for (sqlite3_stmt* c : Comandos) sqlite3_finalize(c);
+        qDeleteAll(Comandos);
         Comandos.clear();
     }
-    Comandos.insert(sql, comando);
-    return comando;
+    auto* novo = new Comando_SQLite(comando);
+    Comandos.insert(sql, novo);
+    return novo;
 }
 
-bool Sessão::Executa(const QString& sql, Falha_Banco& falha) {
+bool Sessão_SQLite::Executa(const QString& sql, Falha_Banco& falha) {
     Esquece_Contagens();  // a statement of any kind may write to any table
     const QByteArray texto = sql.toUtf8();
     const int r = sqlite3_exec(Banco, texto.constData(), nullptr, nullptr, nullptr);
@@ -243,7 +320,6 @@ bool Sessão::Executa(const QString& sql, Falha_Banco& falha) {
     return true;
 }
 
-namespace {
 QString Tabela_Da_Contagem(const QString& sql) {
     static const QRegularExpression contagem(
         "^\\s*select\\s+count\\s*\\(\\s*\\*\\s*\\)\\s+from\\s+([^\\s;]+)",
@@ -251,17 +327,16 @@ QString Tabela_Da_Contagem(const QString& sql) {
     const auto m = contagem.match(sql);
     return m.hasMatch() ? m.captured(1).toLower() : QString();
 }
-}  // namespace
 
-bool Sessão::Contagem_Memorizada(const QString& sql, qint64& contagem) {
+bool Sessão_SQLite::Contagem_Memorizada(const QString& sql, qint64& contagem) {
     const QString tabela = Tabela_Da_Contagem(sql);
     if (tabela.isEmpty()) return false;
     // Another process's commit changes the file's data version: then nothing kept can be trusted.
     qint64 versão = -1;
     Falha_Banco falha;
-    if (sqlite3_stmt* comando = Prepara("PRAGMA data_version", falha)) {
-        if (sqlite3_step(comando) == SQLITE_ROW) versão = sqlite3_column_int64(comando, 0);
-        sqlite3_reset(comando);
+    if (Comando_Banco* comando = Prepara("PRAGMA data_version", falha)) {
+        if (comando->Passo() == Linha_Pronta) versão = comando->Inteiro(0);
+        comando->Reinicia();
     }
     if (versão < 0 || versão != Versão_Dados) {
         Contagens.clear();
@@ -274,7 +349,7 @@ bool Sessão::Contagem_Memorizada(const QString& sql, qint64& contagem) {
     return true;
 }
 
-void Sessão::Memoriza_Contagem(const QString& sql, qint64 contagem) {
+void Sessão_SQLite::Memoriza_Contagem(const QString& sql, qint64 contagem) {
     const QString tabela = Tabela_Da_Contagem(sql);
     if (tabela.isEmpty() || Versão_Dados < 0) return;
     if (Contagens.size() > 64) Contagens.clear();
@@ -292,8 +367,12 @@ void Sessão::Esquece_Contagens() {
 void Sessão::Esquece_Estruturas() {
     Esquece_Contagens();
     Estruturas.clear();
+}
+
+void Sessão_SQLite::Esquece_Estruturas() {
+    Sessão::Esquece_Estruturas();
     // Statements may refer to a schema that has changed.
-    for (sqlite3_stmt* c : Comandos) sqlite3_finalize(c);
+    qDeleteAll(Comandos);
     Comandos.clear();
 }
 
@@ -333,7 +412,12 @@ Campo_Info Campo_Do_Tipo_Declarado(const QString& nome, const QString& declarado
 std::shared_ptr<const Estrutura_Tabela> Sessão::Estrutura(const QString& tabela, Falha_Banco& falha) {
     const QString chave = tabela.toLower();
     if (auto it = Estruturas.find(chave); it != Estruturas.end()) return *it;
+    auto estrutura = Lê_Estrutura(tabela, falha);
+    if (estrutura) Estruturas.insert(chave, estrutura);
+    return estrutura;
+}
 
+std::shared_ptr<Estrutura_Tabela> Sessão_SQLite::Lê_Estrutura(const QString& tabela, Falha_Banco& falha) {
     auto estrutura = std::make_shared<Estrutura_Tabela>();
     sqlite3_stmt* c = nullptr;
     QByteArray sql =
@@ -378,12 +462,10 @@ std::shared_ptr<const Estrutura_Tabela> Sessão::Estrutura(const QString& tabela
         estrutura->Índices.append(índice);
     }
     sqlite3_finalize(c);
-
-    Estruturas.insert(chave, estrutura);
     return estrutura;
 }
 
-QStringList Sessão::Tabelas() {
+QStringList Sessão_SQLite::Tabelas() {
     QStringList nomes;
     sqlite3_stmt* c = nullptr;
     sqlite3_prepare_v2(
@@ -394,7 +476,7 @@ QStringList Sessão::Tabelas() {
     return nomes;
 }
 
-qint64 Sessão::Posição_Trava(const QString& tabela, qint64 linha) {
+qint64 Sessão_SQLite::Posição_Trava(const QString& tabela, qint64 linha) {
     // FNV-1a of the lower-cased name, kept to 22 bits so that the offset stays positive.
     quint32 h = 2166136261u;
     for (const QChar ch : tabela.toLower()) {
@@ -404,7 +486,7 @@ qint64 Sessão::Posição_Trava(const QString& tabela, qint64 linha) {
     return (static_cast<qint64>(h & 0x3FFFFF) << 40) | (linha & ((qint64(1) << 40) - 1));
 }
 
-bool Sessão::Trava_Linha(const QString& tabela, qint64 linha) {
+bool Sessão_SQLite::Trava_Linha(const QString& tabela, qint64 linha) {
     const qint64 posição = Posição_Trava(tabela, linha);
     if (Travas.contains(posição)) return true;
     if (Descritor_Travas < 0) {
@@ -422,11 +504,11 @@ bool Sessão::Trava_Linha(const QString& tabela, qint64 linha) {
     return true;
 }
 
-bool Sessão::Possui_Trava(const QString& tabela, qint64 linha) const {
+bool Sessão_SQLite::Possui_Trava(const QString& tabela, qint64 linha) const {
     return Travas.contains(Posição_Trava(tabela, linha));
 }
 
-void Sessão::Libera_Trava(const QString& tabela, qint64 linha) {
+void Sessão_SQLite::Libera_Trava(const QString& tabela, qint64 linha) {
     const qint64 posição = Posição_Trava(tabela, linha);
     if (!Travas.removeOne(posição) || Descritor_Travas < 0) return;
     struct flock trava {};
@@ -437,7 +519,7 @@ void Sessão::Libera_Trava(const QString& tabela, qint64 linha) {
     ::fcntl(Descritor_Travas, F_OFD_SETLK, &trava);
 }
 
-void Sessão::Libera_Travas() {
+void Sessão_SQLite::Libera_Travas() {
     if (Descritor_Travas >= 0) {
         for (const qint64 posição : Travas) {
             struct flock trava {};

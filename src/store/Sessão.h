@@ -18,6 +18,13 @@ struct Falha_Banco {
     bool Houve() const { return Número != 0; }
 };
 
+// The refusal of a duplicate in a unique index, as Jet worded it; Trata_Erro recognises it.
+inline const QString Texto_Índice_Duplicado =
+    "As alterações solicitadas à tabela não foram bem-sucedidas, pois criariam valores duplicados no índice, "
+    "chave primária ou relacionamento. Altere os dados no campo ou nos campos que contêm os dados "
+    "duplicados, "
+    "remova o índice ou redefina o índice para permitir entradas duplicadas e tente novamente.";
+
 // ADO type numbers of the fields the system creates.
 inline constexpr int Tipo_Texto = 202;
 inline constexpr int Tipo_Memo = 203;
@@ -50,57 +57,64 @@ struct Estrutura_Tabela {
     const Índice_Info* Índice(const QString& nome) const;
 };
 
+class Comando_Banco;
+
+// One open database: an embedded SQLite file, or a schema of a PostgreSQL server when the installation
+// names one. Logical connections that point at the same database share one session, so the process's
+// one logical transaction sees its own writes through every slot.
 class Sessão {
   public:
-    ~Sessão();
-    // Opens an existing file; never creates one.
+    virtual ~Sessão();
+    // Opens an existing database; never creates one.
     static std::shared_ptr<Sessão> Abre(const QString& caminho, Falha_Banco& falha);
-    // Creates an empty database file.
+    // Creates an empty database.
     static bool Cria_Arquivo(const QString& caminho, Falha_Banco& falha);
-    // The session of a file that is open in this process, if any.
+    // The session of a database that is open in this process, if any.
     static std::shared_ptr<Sessão> Procura(const QString& caminho);
-    // Forgets the session for new opens (the file is being replaced); holders keep it.
+    // Forgets the session for new opens (the database is being replaced); holders keep it.
     void Retira_do_Registro();
 
     const QString Caminho;
-    sqlite3* Banco = nullptr;
+    sqlite3* Banco = nullptr;  // the embedded engine's handle; null on a server
     int Conexões_Lógicas = 0;
+    virtual bool Servidor() const { return false; }
 
-    // The logical transaction opened by Inicia_Transação; SQLite's write lock is taken only at the first
-    // write, so that a user editing a row does not stop other copies from writing other rows.
+    // The logical transaction opened by Inicia_Transação; the engine's own transaction starts only at the
+    // first write or lock, so that a user editing a row does not stop other copies from writing others.
     bool Transação_Lógica = false;
     bool Transação_SQL = false;
-    void Inicia();
-    bool Prepara_Escrita(Falha_Banco& falha);
-    bool Confirma(Falha_Banco& falha);
-    bool Desfaz(Falha_Banco& falha);
+    void Inicia() { Transação_Lógica = true; }
+    virtual bool Prepara_Escrita(Falha_Banco& falha) = 0;
+    virtual bool Confirma(Falha_Banco& falha) = 0;
+    virtual bool Desfaz(Falha_Banco& falha) = 0;
 
-    // A prepared statement, kept for reuse; reset before it is handed out.
-    sqlite3_stmt* Prepara(const QString& sql, Falha_Banco& falha);
-    bool Executa(const QString& sql, Falha_Banco& falha);
-    void Falha_Da_Última(Falha_Banco& falha, int código) const;
+    // A prepared statement, kept for reuse; reset, with no values, when it is handed out. The text is the
+    // store's own dialect (SQLite's); a server session translates it.
+    virtual Comando_Banco* Prepara(const QString& sql, Falha_Banco& falha) = 0;
+    virtual bool Executa(const QString& sql, Falha_Banco& falha) = 0;
+    virtual void Falha_Da_Última(Falha_Banco& falha, int código) const = 0;
+    // The row id of the last row inserted through this session.
+    virtual qint64 Último_Id() const = 0;
 
-    // Counts ("Select Count (*) From <table> ...") kept while neither this process nor another has
-    // written to that table since: asking first refreshes what the file says of other processes' writes.
-    bool Contagem_Memorizada(const QString& sql, qint64& contagem);
-    void Memoriza_Contagem(const QString& sql, qint64 contagem);
+    // Counts ("Select Count (*) From <table> ...") kept while nothing has written to that table since.
+    virtual bool Contagem_Memorizada(const QString& sql, qint64& contagem) = 0;
+    virtual void Memoriza_Contagem(const QString& sql, qint64 contagem) = 0;
     void Marca_Escrita(const QString& tabela);  // a row written here to this table
     void Esquece_Contagens();
 
     std::shared_ptr<const Estrutura_Tabela> Estrutura(const QString& tabela, Falha_Banco& falha);
-    void Esquece_Estruturas();
-    QStringList Tabelas();
+    virtual void Esquece_Estruturas();
+    virtual QStringList Tabelas() = 0;
 
-    // Row locks between running copies: one byte of a side file per row, held by this process.
-    bool Trava_Linha(const QString& tabela, qint64 linha);
-    bool Possui_Trava(const QString& tabela, qint64 linha) const;
-    void Libera_Trava(const QString& tabela, qint64 linha);
-    void Libera_Travas();
+    // Row locks between running copies, held until the end of the transaction (or of the edit, without one).
+    virtual bool Trava_Linha(const QString& tabela, qint64 linha) = 0;
+    virtual bool Possui_Trava(const QString& tabela, qint64 linha) const = 0;
+    virtual void Libera_Trava(const QString& tabela, qint64 linha) = 0;
+    virtual void Libera_Travas() = 0;
 
-  private:
+  protected:
     explicit Sessão(QString caminho);
-    static qint64 Posição_Trava(const QString& tabela, qint64 linha);
-    QHash<QString, sqlite3_stmt*> Comandos;
+    virtual std::shared_ptr<Estrutura_Tabela> Lê_Estrutura(const QString& tabela, Falha_Banco& falha) = 0;
     struct Contagem_Guardada {
         QString Tabela;
         qint64 Valor = 0;
@@ -108,11 +122,11 @@ class Sessão {
     };
     QHash<QString, Contagem_Guardada> Contagens;
     QHash<QString, qint64> Escritas_Por_Tabela;  // by table name in lower case
-    qint64 Versão_Dados = -1;                    // the file's data_version when the counts were taken
     QHash<QString, std::shared_ptr<Estrutura_Tabela>> Estruturas;
-    QVector<qint64> Travas;
-    int Descritor_Travas = -1;
 };
+
+// The table counted by "Select Count (*) From <table> ...", in lower case; empty for another statement.
+QString Tabela_Da_Contagem(const QString& sql);
 
 // SQLite index names are per database; Jet's are per table.
 QString Nome_Índice_Físico(const QString& tabela, const QString& índice);

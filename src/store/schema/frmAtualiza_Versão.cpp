@@ -120,7 +120,19 @@ void frmAtualiza_Versão::Form_Load() {
 
 void frmAtualiza_Versão::tmrTempo_Timer() {
     Rotina r(this, "tmrTempo_Timer");
-    Auditoria_Anterior = QFile::exists(Caminho_Banco_Manutenção());
+    // A server that does not answer leaves nothing to open: the user is told why, and the program ends.
+    if (QString motivo; !Servidor_Disponível(motivo)) {
+        Mensagem_Erro =
+            "O servidor de banco de dados indicado no arquivo Dados/Servidor.txt não respondeu.\r\r" +
+            motivo +
+            "\r\rVerifique se o servidor está ligado e acessível pela rede e abra o sistema novamente";
+        Registra_Ocorrência(-2147467259, objectName(), "tmrTempo_Timer", 0);
+        Plataforma_Atual().Caixa_Mensagem(Mensagem_Erro + ".", Título_Programa, Ícone_Caixa::Crítico,
+                                          Botões_Caixa::Ok);
+        Plataforma_Atual().Encerra_Agora(1);
+        return;
+    }
+    Auditoria_Anterior = Existe_Banco(Caminho_Banco_Manutenção());
     // A folder that cannot be written would let the program start and fail later at the login.
     // The program's folder itself holds the log and the reports.
     const bool raiz_gravável = Pode_Gravar_Pasta(Caminho_Programa());
@@ -141,7 +153,7 @@ void frmAtualiza_Versão::tmrTempo_Timer() {
         Plataforma_Atual().Encerra_Agora(1);
         return;
     }
-    if (!QFile::exists(Caminho_Banco_Principal())) {
+    if (!Existe_Banco(Caminho_Banco_Principal())) {
         Catálogo::Cria_Banco(Conexão_Criação(Caminho_Banco_Principal()));
         Ligação criação;
         criação.Open(Conexão_Criação(Caminho_Banco_Principal()));
@@ -149,7 +161,7 @@ void frmAtualiza_Versão::tmrTempo_Timer() {
             Definição("tblConfigur"), {"Razão_Social", "Versão_Maior", "Versão_Menor", "Versão_Revisão"});
         Catálogo::Cria_Tabela(criação, d.Nome, d.Campos);
     }
-    if (!QFile::exists(Caminho_Banco_Manutenção())) Cria_Banco_de_Dados_Manutenção();
+    if (!Existe_Banco(Caminho_Banco_Manutenção())) Cria_Banco_de_Dados_Manutenção();
 
     const QString textos[] = {Conexão_Principal(), Conexão_Principal(), Conexão_Principal(),
                               Conexão_Principal(), Conexão_Principal(), Conexão_Dbase(),
@@ -202,7 +214,7 @@ void frmAtualiza_Versão::Caminho_de_Atualização(const QString& versão_banco)
 
 void frmAtualiza_Versão::Cria_Banco_de_Dados_Manutenção() {
     Rotina r(this, "Cria_Banco_de_Dados_Manutenção");
-    if (QFile::exists(Caminho_Banco_Manutenção())) {
+    if (Existe_Banco(Caminho_Banco_Manutenção())) {
         Tabela_Manutenção.Reinicia();
         if (Conexão_Manutenção.Aberta()) Conexão_Manutenção.Close();
         // The trail of earlier starts is kept when users wrote in it; a new installation's is not.
@@ -465,7 +477,7 @@ void frmAtualiza_Versão::Converte_Pontuação() {
         Catálogo::Adiciona_Campo(Conexão, "tblPontuação", Duplo("Pontuação"));
     }
     // Without a copy the conversion finished on an earlier start.
-    if (QFile::exists(Caminho_Cópia_Banco())) {
+    if (Existe_Banco(Caminho_Cópia_Banco())) {
         Reaponta_Conexão(Conexão_Temporária, Conexão_Cópia());
         Abre_Tabela_Temporária("tblPontuação");
         Abre_Tabela("tblPontuação");
