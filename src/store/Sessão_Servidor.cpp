@@ -270,9 +270,36 @@ QString Traduz_Para_Servidor(const QString& sql, const QHash<QString, QString>& 
             pedaços[depois].Texto_ = Citação_Texto(Padrão_Like(padrão));
         }
     }
+    // Nulls stand first in an ascending order, as in the embedded engine (the server puts them last).
+    int ordem = -1;
+    for (int k = 0; k + 2 < pedaços.size(); ++k)
+        if (pedaços[k].Tipo == Pedaço::Outro && pedaços[k].Texto_.compare("order", Qt::CaseInsensitive) == 0 &&
+            pedaços[k + 2].Texto_.compare("by", Qt::CaseInsensitive) == 0)
+            ordem = k + 3;
     QString saída;
-    saída.reserve(sql.size() + 16);
-    for (const Pedaço& p : pedaços) saída += p.Texto_;
+    saída.reserve(sql.size() + 32);
+    const int fim_ordem = [&] {
+        if (ordem < 0) return -1;
+        for (int k = ordem; k < pedaços.size(); ++k)
+            if (pedaços[k].Tipo == Pedaço::Outro && pedaços[k].Texto_.compare("limit", Qt::CaseInsensitive) == 0)
+                return k;
+        return static_cast<int>(pedaços.size());
+    }();
+    for (int k = 0; k < pedaços.size(); ++k) {
+        if (k != ordem) {
+            saída += pedaços[k].Texto_;
+            continue;
+        }
+        QString termos;
+        for (; k < fim_ordem; ++k) termos += pedaços[k].Texto_;
+        --k;
+        QStringList com_nulos;
+        for (QString termo : termos.split(',')) {
+            termo = termo.trimmed();
+            com_nulos << termo + (termo.endsWith(" desc", Qt::CaseInsensitive) ? " NULLS LAST" : " NULLS FIRST");
+        }
+        saída += " " + com_nulos.join(", ") + (fim_ordem < pedaços.size() ? " " : "");
+    }
     return saída;
 }
 
@@ -286,7 +313,12 @@ class Comando_Servidor final : public Comando_Banco {
   public:
     Comando_Servidor(Sessão_Servidor* sessão, QByteArray nome, int valores, bool escrita, bool inclusão)
         : S(sessão), Nome(std::move(nome)), Valores(valores), Escrita(escrita), Inclusão(inclusão) {}
-    ~Comando_Servidor() override { Reinicia(); }
+    ~Comando_Servidor() override {
+        Reinicia();
+        if (Descrição != nullptr) PQclear(Descrição);
+    }
+    // The columns are known once prepared, before the statement runs.
+    void Descreve(PGresult* descrição) { Descrição = descrição; }
     void Liga_Nulo(int p) override { Valor(p).reset(); }
     void Liga_Inteiro(int p, qint64 v) override { Valor(p) = QByteArray::number(v); }
     void Liga_Real(int p, double v) override { Valor(p) = QByteArray::number(v, 'g', 17); }
@@ -298,8 +330,10 @@ class Comando_Servidor final : public Comando_Banco {
         Linha = -1;
     }
     void Limpa_Valores() override { Ligados.clear(); }
-    int Colunas() const override { return R ? PQnfields(R) : 0; }
-    QString Nome_Coluna(int i) const override { return R ? QString::fromUtf8(PQfname(R, i)) : QString(); }
+    int Colunas() const override { return Descrição ? PQnfields(Descrição) : 0; }
+    QString Nome_Coluna(int i) const override {
+        return Descrição ? QString::fromUtf8(PQfname(Descrição, i)) : QString();
+    }
     Tipo_Valor Tipo(int i) const override {
         if (PQgetisnull(R, Linha, i)) return Tipo_Valor::Nulo;
         switch (PQftype(R, i)) {
@@ -344,6 +378,7 @@ class Comando_Servidor final : public Comando_Banco {
     bool Inclusão;
     QVector<std::optional<QByteArray>> Ligados;
     PGresult* R = nullptr;
+    PGresult* Descrição = nullptr;
     int Linha = -1;
 };
 
@@ -406,6 +441,7 @@ class Sessão_Servidor final : public Sessão {
         PQclear(r);
         if (!ok) return nullptr;
         auto* comando = new Comando_Servidor(this, nome, valores, escrita, inclusão);
+        comando->Descreve(PQdescribePrepared(C, nome.constData()));
         Comandos.insert(sql, comando);
         return comando;
     }
@@ -498,10 +534,11 @@ class Sessão_Servidor final : public Sessão {
 
     PGconn* Conexão() const { return C; }
     void Guarda(const Falha_Servidor& f, Falha_Banco& falha) {
+        if (qEnvironmentVariableIsSet("QDEP")) fprintf(stderr, "PG %s %s\n", qPrintable(f.Estado), qPrintable(f.Mensagem));
         Última = f;
         falha = Falha_Traduzida(f);
     }
-    void Guarda_Resultado(const PGresult* r) { Última = Falha_Do_Resultado(C, r); }
+    void Guarda_Resultado(const PGresult* r) { Última = Falha_Do_Resultado(C, r); if (qEnvironmentVariableIsSet("QDEP")) fprintf(stderr, "PG %s %s\n", qPrintable(Última.Estado), qPrintable(Última.Mensagem)); }
     void Anota_Id(qint64 id) { Id_Inserido = id; }
 
   protected:
@@ -671,6 +708,7 @@ std::shared_ptr<Estrutura_Tabela> Sessão_Servidor::Lê_Estrutura(const QString&
                       : PQgetvalue(r, i, 1)[0] == 't' ? Tipo_Índice::Único
                                                       : Tipo_Índice::Simples;
         índice.Campos = QString::fromUtf8(PQgetvalue(r, i, 2)).split('\n');
+        índice.Campos.removeAll("rowid");
         estrutura->Índices.append(índice);
     }
     PQclear(r);
@@ -693,6 +731,16 @@ std::shared_ptr<Sessão> Abre_Sessão_Servidor(const QString& chave, const QStri
     }
     Executa_Simples(c, "SET search_path TO " + Citação(esquema));
     return std::make_shared<Sessão_Servidor>(chave, c);
+}
+
+bool Executa_No_Servidor_Avulso(const QString& caminho_banco, const QStringList& comandos) {
+    Falha_Banco falha;
+    auto sessão = Abre_Sessão_Servidor(caminho_banco, Conexão_Do_Servidor(caminho_banco),
+                                       Esquema_Do_Servidor(caminho_banco), falha);
+    if (!sessão) return false;
+    for (const QString& comando : comandos)
+        if (!sessão->Executa(comando, falha)) return false;
+    return true;
 }
 
 // ---------- catalogue ----------
@@ -782,8 +830,10 @@ bool Altera_Campo(Sessão& sessão, const QString& tabela, const Campo_Info& cam
 bool Adiciona_Índice(Sessão& sessão, const QString& tabela, const Índice_Info& índice, Falha_Banco& falha) {
     const QString nome = Nome_Da_Tabela(sessão, tabela);
     const QString físico = Nome_Físico("i_", nome, índice.Nome);
+    // The walk's order: nulls first, and equal keys by row id (a unique index has no equal keys).
     QString campos;
-    for (const QString& c : índice.Campos) campos += (campos.isEmpty() ? "" : ", ") + Citação(c);
+    for (const QString& c : índice.Campos) campos += (campos.isEmpty() ? "" : ", ") + Citação(c) + " NULLS FIRST";
+    if (índice.Tipo == Tipo_Índice::Simples) campos += ", rowid";
     const QString comentário = índice.Nome + (índice.Tipo == Tipo_Índice::Primário ? " PRIMARY" : "");
     return Do_Servidor(sessão).Executa_Direto(
         QString("CREATE ") + (índice.Tipo == Tipo_Índice::Simples ? "" : "UNIQUE ") + "INDEX " +
@@ -802,7 +852,7 @@ bool Garante_Índice_de_Consulta(Sessão& sessão, const QString& tabela, const 
     const QString nome = Nome_Da_Tabela(sessão, tabela);
     return Do_Servidor(sessão).Executa_Direto("CREATE INDEX IF NOT EXISTS " +
                                                   Citação(Nome_Físico("c_", nome, campo)) + " ON " +
-                                                  Citação(nome) + " (" + Citação(campo) + ")",
+                                                  Citação(nome) + " (" + Citação(campo) + " NULLS FIRST, rowid)",
                                               falha);
 }
 

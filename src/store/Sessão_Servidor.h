@@ -26,6 +26,10 @@ bool Renomeia_Esquema_Servidor(const QString& conexão, const QString& esquema, 
 // Whether the schema exists; false with `falha` set when the server cannot be reached.
 bool Existe_Esquema_Servidor(const QString& conexão, const QString& esquema, Falha_Banco& falha);
 
+// Runs statements of the store's dialect on a connection of their own, as another workstation would:
+// outside this process's sessions and transaction. False at the first refusal.
+bool Executa_No_Servidor_Avulso(const QString& caminho_banco, const QStringList& comandos);
+
 // The store's statements (SQLite's dialect) in the server's: "?" become $1, $2...; names of the schema's
 // tables and fields are quoted as they were created; "x Like '<pattern>'" ignores case as Jet did, with
 // the pattern's brackets read as Jet's; "+rowid" loses its planner hint. `nomes` maps lower-cased names to

@@ -8,6 +8,7 @@
 #include "failure/Trata_Erro.h"
 #include "store/Funções_Banco.h"
 #include "support/Pasta_Teste.h"
+#include "support/Servidor_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
 
 namespace {
@@ -245,6 +246,7 @@ TEST_F(Gravação_Teste, TheAuditRowSurvivesARollBackWhenTheTransactionIsOnTheAu
 
 // Another workstation holds the file: the write waits and passes once it is free, with one audit row.
 TEST_F(Gravação_Teste, AWriteRefusedWhileAnotherWorkstationHoldsTheFilePassesOnceItIsFree) {
+    SO_NO_EMBUTIDO("o servidor não trava o banco inteiro para escrever");
     sqlite3* outro = nullptr;
     ASSERT_EQ(sqlite3_open(Caminho_Banco_Principal().toUtf8().constData(), &outro), SQLITE_OK);
     ASSERT_EQ(sqlite3_exec(outro, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);

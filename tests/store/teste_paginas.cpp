@@ -15,6 +15,7 @@
 #include "store/Comparação.h"
 #include "store/Funções_Banco.h"
 #include "support/Pasta_Teste.h"
+#include "support/Servidor_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
 
 namespace {
@@ -27,25 +28,12 @@ struct Pergunta_Modelo {
     QVariant Tipo;  // Null for every fifth question
 };
 
-sqlite3* Abre_Outra_Conexão() {
-    sqlite3* banco = nullptr;
-    sqlite3_open(Caminho_Banco_Principal().toUtf8().constData(), &banco);
-    sqlite3_busy_timeout(banco, 5000);
-    Registra_Comparação(banco);
-    return banco;
-}
-
 // Another running copy of the program: a process of its own runs the statements and ends.
 void Outro_Processo(const QStringList& comandos) {
     std::fflush(nullptr);
     const pid_t filho = fork();
     if (filho == 0) {
-        sqlite3* banco = Abre_Outra_Conexão();
-        int falhas = 0;
-        for (const QString& c : comandos)
-            falhas += sqlite3_exec(banco, c.toUtf8().constData(), nullptr, nullptr, nullptr) != SQLITE_OK;
-        sqlite3_close(banco);
-        _exit(falhas);
+        _exit(Executa_Como_Outra_Estação(comandos) ? 0 : 1);
     }
     int estado = -1;
     ASSERT_EQ(waitpid(filho, &estado, 0), filho);
@@ -83,21 +71,18 @@ class Páginas_Teste : public ::testing::Test {
         Catálogo::Adiciona_Índice(Conexão, "tblPergunta",
                                   {"idxTipo_Pergunta", Tipo_Índice::Simples, {"Tipo", "Pergunta"}});
         // The texts sort against the codes; the types repeat, so that most keys tie with many others.
-        sqlite3* banco = Abre_Outra_Conexão();
-        sqlite3_exec(banco, "BEGIN", nullptr, nullptr, nullptr);
+        QStringList inclusões{"BEGIN"};
         for (int código = 1; código <= Linhas; ++código) {
             const Pergunta_Modelo p{código, QString("P%1").arg(Linhas + 1 - código, 4, 10, QChar('0')),
                                     código % 5 == 0 ? QVariant() : QVariant(código % 2 ? "A" : "B")};
             Modelo.append(p);
-            const QString sql =
-                "INSERT INTO tblPergunta (Pergunta, Resposta_Correta, Tipo, Já_Comparada) "
-                "VALUES ('" +
-                p.Pergunta + "', 'x', " +
-                (p.Tipo.isValid() ? "'" + p.Tipo.toString() + "'" : QString("NULL")) + ", 0)";
-            sqlite3_exec(banco, sql.toUtf8().constData(), nullptr, nullptr, nullptr);
+            inclusões << "INSERT INTO tblPergunta (Pergunta, Resposta_Correta, Tipo, Já_Comparada) "
+                         "VALUES ('" +
+                             p.Pergunta + "', 'x', " +
+                             (p.Tipo.isValid() ? "'" + p.Tipo.toString() + "'" : QString("NULL")) + ", false)";
         }
-        sqlite3_exec(banco, "COMMIT", nullptr, nullptr, nullptr);
-        sqlite3_close(banco);
+        inclusões << "COMMIT";
+        ASSERT_TRUE(Executa_Como_Outra_Estação(inclusões));
         Abre_Tabela("tblPergunta");
     }
 
@@ -193,7 +178,7 @@ TEST_F(Páginas_Teste, RowsThatAnotherCopyDeletesReadAsGoneAndRowsItAddsWaitForR
     // Behind the walk, just ahead of it, and pages ahead; and a row that sorts inside the walk's way.
     Outro_Processo({"DELETE FROM tblPergunta WHERE Código_Pergunta IN (99, 101, 300)",
                     "INSERT INTO tblPergunta (Pergunta, Resposta_Correta, Tipo, Já_Comparada) "
-                    "VALUES ('Nova', 'x', 'A', 0)"});
+                    "VALUES ('Nova', 'x', 'A', false)"});
     Tabela.MoveNext();
     EXPECT_EQ(Tabela.Fields("Código_Pergunta").Value().toInt(), 102);
     QStringList esperadas;
@@ -327,6 +312,7 @@ TEST_F(Páginas_Teste, AnOwnInsertionBecomesCurrentAndADeletionKeepsThePlaceInTh
 }
 
 TEST_F(Páginas_Teste, CountsAreAnsweredFromMemoryUntilSomethingWritesToTheirTable) {
+    SO_NO_EMBUTIDO("conta os comandos que o SQLite executa; no servidor cada contagem é feita de novo");
     int contagens = 0;
     sqlite3_trace_v2(
         Conexão.Sessão_Física()->Banco, SQLITE_TRACE_STMT,
@@ -423,6 +409,7 @@ struct Registro_Comandos {
 }  // namespace
 
 TEST_F(Páginas_Teste, TheWindowsStatementsFindTheirRowsThroughAnIndex) {
+    SO_NO_EMBUTIDO("lê os planos do SQLite");
     Catálogo::Cria_Tabela(Conexão, "tblPontuação", {{"Jogador", Tipo_Texto, 50}, {"Pontuação", Tipo_Double}});
     Catálogo::Adiciona_Índice(Conexão, "tblPontuação", {"idxPontuação", Tipo_Índice::Simples, {"Pontuação"}});
     Catálogo::Adiciona_Índice(Conexão_Manutenção, "tblManutenção_Banco_de_Dados",

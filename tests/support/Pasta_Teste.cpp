@@ -6,6 +6,10 @@
 #include "failure/Trata_Erro.h"
 #include "store/Catálogo.h"
 #include "store/Funções_Banco.h"
+#include "store/Sessão_Servidor.h"
+#include "support/Servidor_Teste.h"
+
+#include <QFile>
 
 void Reinicia_Estado_Global() {
     for (Registros* r :
@@ -35,6 +39,13 @@ void Reinicia_Estado_Global() {
 Pasta_Teste::Pasta_Teste() {
     qputenv("QUIZORA_PASTA", Pasta.path().toUtf8());
     QDir().mkpath(Pasta.path() + "/Dados");
+    // On a server run, the installation names a fresh database of the throwaway cluster.
+    if (Testa_No_Servidor()) {
+        if (Servidor_Teste* servidor = Servidor_Teste::Ativo()) {
+            QFile arquivo(Pasta.path() + "/Dados/" + Arquivo_Servidor);
+            if (arquivo.open(QIODevice::WriteOnly)) arquivo.write(servidor->Cria_Banco().toUtf8() + "\n");
+        }
+    }
     Reinicia_Estado_Global();
 }
 

@@ -1,0 +1,122 @@
+#include "support/Servidor_Teste.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QStringList>
+
+#include "store/Comparação.h"
+#include "store/Funções_Banco.h"
+#include "store/Sessão_Servidor.h"
+#include <arpa/inet.h>
+#include <cstdlib>
+#include <libpq-fe.h>
+#include <sqlite3.h>
+#include <memory>
+#include <netinet/in.h>
+#include <pwd.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+const QString Programas = "/usr/lib/postgresql/15/bin/";
+
+// A port that nothing listens on now.
+int Porta_Livre() {
+    const int s = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in endereço{};
+    endereço.sin_family = AF_INET;
+    endereço.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    endereço.sin_port = 0;
+    socklen_t tamanho = sizeof endereço;
+    int porta = 0;
+    if (::bind(s, reinterpret_cast<sockaddr*>(&endereço), sizeof endereço) == 0 &&
+        ::getsockname(s, reinterpret_cast<sockaddr*>(&endereço), &tamanho) == 0)
+        porta = ntohs(endereço.sin_port);
+    ::close(s);
+    return porta;
+}
+
+// The server refuses to run as root: as root, its programs run as the postgres user.
+int Roda(const QString& programa, const QStringList& argumentos) {
+    QProcess processo;
+    processo.setProcessChannelMode(QProcess::MergedChannels);
+    if (::geteuid() == 0)
+        processo.start("runuser", QStringList{"-u", "postgres", "--", Programas + programa} + argumentos);
+    else
+        processo.start(Programas + programa, argumentos);
+    if (!processo.waitForFinished(120000)) return -1;
+    if (processo.exitCode() != 0) fprintf(stderr, "%s\n", processo.readAll().constData());
+    return processo.exitCode();
+}
+
+std::unique_ptr<Servidor_Teste>& Único() {
+    static std::unique_ptr<Servidor_Teste> servidor;
+    return servidor;
+}
+}  // namespace
+
+bool Testa_No_Servidor() {
+    return !qEnvironmentVariableIsEmpty("QUIZORA_TESTE_SERVIDOR");
+}
+
+Servidor_Teste* Servidor_Teste::Ativo() {
+    static bool tentou = false;
+    if (!tentou) {
+        tentou = true;
+        std::unique_ptr<Servidor_Teste> novo(new Servidor_Teste);
+        if (novo->Inicia()) Único() = std::move(novo);
+    }
+    return Único().get();
+}
+
+bool Servidor_Teste::Inicia() {
+    QByteArray modelo = QDir::tempPath().toUtf8() + "/quizora-pg-XXXXXX";
+    if (::mkdtemp(modelo.data()) == nullptr) return false;
+    Pasta = QString::fromUtf8(modelo);
+    if (::geteuid() == 0) {
+        if (const passwd* usuário = ::getpwnam("postgres"))
+            if (::chown(modelo.constData(), usuário->pw_uid, usuário->pw_gid) != 0) return false;
+    }
+    Porta = Porta_Livre();
+    if (Roda("initdb", {"-D", Pasta + "/cluster", "-A", "trust", "-U", "postgres", "-E", "UTF8",
+                        "--locale=C.UTF-8", "--no-sync"}) != 0)
+        return false;
+    // Only a unix socket in the folder; durability is not what the tests look at.
+    const QString opções = "-k " + Pasta + " -p " + QString::number(Porta) +
+                           " -c listen_addresses='' -c fsync=off -c full_page_writes=off";
+    Ligado = Roda("pg_ctl", {"start", "-w", "-D", Pasta + "/cluster", "-l", Pasta + "/registro.log", "-o",
+                             opções}) == 0;
+    return Ligado;
+}
+
+Servidor_Teste::~Servidor_Teste() {
+    if (Ligado) Roda("pg_ctl", {"stop", "-m", "immediate", "-D", Pasta + "/cluster"});
+    if (!Pasta.isEmpty()) QDir(Pasta).removeRecursively();
+}
+
+QString Servidor_Teste::Conexão(const QString& banco) const {
+    return "host=" + Pasta + " port=" + QString::number(Porta) + " user=postgres dbname=" + banco;
+}
+
+QString Servidor_Teste::Cria_Banco() {
+    const QString nome = "quizora_" + QString::number(::getpid()) + "_" + QString::number(++Bancos);
+    PGconn* c = PQconnectdb(Conexão("postgres").toUtf8().constData());
+    PQclear(PQexec(c, ("CREATE DATABASE " + nome).toUtf8().constData()));
+    PQfinish(c);
+    return Conexão(nome);
+}
+
+bool Executa_Como_Outra_Estação(const QStringList& comandos) {
+    if (!Conexão_Do_Servidor(Caminho_Banco_Principal()).isEmpty())
+        return Executa_No_Servidor_Avulso(Caminho_Banco_Principal(), comandos);
+    sqlite3* banco = nullptr;
+    sqlite3_open(Caminho_Banco_Principal().toUtf8().constData(), &banco);
+    sqlite3_busy_timeout(banco, 5000);
+    Registra_Comparação(banco);
+    bool ok = true;
+    for (const QString& c : comandos)
+        ok = ok && sqlite3_exec(banco, c.toUtf8().constData(), nullptr, nullptr, nullptr) == SQLITE_OK;
+    sqlite3_close(banco);
+    return ok;
+}

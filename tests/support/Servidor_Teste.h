@@ -1,0 +1,34 @@
+#pragma once
+// A throwaway PostgreSQL cluster for the tests that run the store on a server: made by initdb in a
+// temporary folder (under the postgres system user when the tests run as root), listening only on a
+// unix socket in that folder, on a free port; stopped and removed when the process ends.
+#include <QString>
+
+// Whether this run puts the store on a server (the variable QUIZORA_TESTE_SERVIDOR is set).
+bool Testa_No_Servidor();
+
+class Servidor_Teste {
+  public:
+    // The process's cluster, started at the first call; null when it could not be started.
+    static Servidor_Teste* Ativo();
+    ~Servidor_Teste();
+    // A new empty database of the cluster; its libpq connection string.
+    QString Cria_Banco();
+    QString Conexão(const QString& banco) const;
+
+  private:
+    Servidor_Teste() = default;
+    bool Inicia();
+    QString Pasta;
+    int Porta = 0;
+    int Bancos = 0;
+    bool Ligado = false;
+};
+
+// Skips the running test when the store is on a server: it tests what only the embedded files have.
+#define SO_NO_EMBUTIDO(motivo) \
+    if (Testa_No_Servidor()) GTEST_SKIP() << "Só no banco embutido: " << motivo
+
+// Runs statements (the embedded engine's dialect) on Dados.Mdb as another workstation: a connection of its
+// own, on whichever engine the installation uses. False at the first refusal.
+bool Executa_Como_Outra_Estação(const QStringList& comandos);
