@@ -273,7 +273,8 @@ QString Traduz_Para_Servidor(const QString& sql, const QHash<QString, QString>& 
     // Nulls stand first in an ascending order, as in the embedded engine (the server puts them last).
     int ordem = -1;
     for (int k = 0; k + 2 < pedaços.size(); ++k)
-        if (pedaços[k].Tipo == Pedaço::Outro && pedaços[k].Texto_.compare("order", Qt::CaseInsensitive) == 0 &&
+        if (pedaços[k].Tipo == Pedaço::Outro &&
+            pedaços[k].Texto_.compare("order", Qt::CaseInsensitive) == 0 &&
             pedaços[k + 2].Texto_.compare("by", Qt::CaseInsensitive) == 0)
             ordem = k + 3;
     QString saída;
@@ -281,7 +282,8 @@ QString Traduz_Para_Servidor(const QString& sql, const QHash<QString, QString>& 
     const int fim_ordem = [&] {
         if (ordem < 0) return -1;
         for (int k = ordem; k < pedaços.size(); ++k)
-            if (pedaços[k].Tipo == Pedaço::Outro && pedaços[k].Texto_.compare("limit", Qt::CaseInsensitive) == 0)
+            if (pedaços[k].Tipo == Pedaço::Outro &&
+                pedaços[k].Texto_.compare("limit", Qt::CaseInsensitive) == 0)
                 return k;
         return static_cast<int>(pedaços.size());
     }();
@@ -296,7 +298,8 @@ QString Traduz_Para_Servidor(const QString& sql, const QHash<QString, QString>& 
         QStringList com_nulos;
         for (QString termo : termos.split(',')) {
             termo = termo.trimmed();
-            com_nulos << termo + (termo.endsWith(" desc", Qt::CaseInsensitive) ? " NULLS LAST" : " NULLS FIRST");
+            com_nulos << termo +
+                             (termo.endsWith(" desc", Qt::CaseInsensitive) ? " NULLS LAST" : " NULLS FIRST");
         }
         saída += " " + com_nulos.join(", ") + (fim_ordem < pedaços.size() ? " " : "");
     }
@@ -534,11 +537,10 @@ class Sessão_Servidor final : public Sessão {
 
     PGconn* Conexão() const { return C; }
     void Guarda(const Falha_Servidor& f, Falha_Banco& falha) {
-        if (qEnvironmentVariableIsSet("QDEP")) fprintf(stderr, "PG %s %s\n", qPrintable(f.Estado), qPrintable(f.Mensagem));
         Última = f;
         falha = Falha_Traduzida(f);
     }
-    void Guarda_Resultado(const PGresult* r) { Última = Falha_Do_Resultado(C, r); if (qEnvironmentVariableIsSet("QDEP")) fprintf(stderr, "PG %s %s\n", qPrintable(Última.Estado), qPrintable(Última.Mensagem)); }
+    void Guarda_Resultado(const PGresult* r) { Última = Falha_Do_Resultado(C, r); }
     void Anota_Id(qint64 id) { Id_Inserido = id; }
 
   protected:
@@ -832,7 +834,8 @@ bool Adiciona_Índice(Sessão& sessão, const QString& tabela, const Índice_Inf
     const QString físico = Nome_Físico("i_", nome, índice.Nome);
     // The walk's order: nulls first, and equal keys by row id (a unique index has no equal keys).
     QString campos;
-    for (const QString& c : índice.Campos) campos += (campos.isEmpty() ? "" : ", ") + Citação(c) + " NULLS FIRST";
+    for (const QString& c : índice.Campos)
+        campos += (campos.isEmpty() ? "" : ", ") + Citação(c) + " NULLS FIRST";
     if (índice.Tipo == Tipo_Índice::Simples) campos += ", rowid";
     const QString comentário = índice.Nome + (índice.Tipo == Tipo_Índice::Primário ? " PRIMARY" : "");
     return Do_Servidor(sessão).Executa_Direto(
@@ -850,10 +853,10 @@ bool Exclui_Índice(Sessão& sessão, const QString& tabela, const QString& índ
 bool Garante_Índice_de_Consulta(Sessão& sessão, const QString& tabela, const QString& campo,
                                 Falha_Banco& falha) {
     const QString nome = Nome_Da_Tabela(sessão, tabela);
-    return Do_Servidor(sessão).Executa_Direto("CREATE INDEX IF NOT EXISTS " +
-                                                  Citação(Nome_Físico("c_", nome, campo)) + " ON " +
-                                                  Citação(nome) + " (" + Citação(campo) + " NULLS FIRST, rowid)",
-                                              falha);
+    return Do_Servidor(sessão).Executa_Direto(
+        "CREATE INDEX IF NOT EXISTS " + Citação(Nome_Físico("c_", nome, campo)) + " ON " + Citação(nome) +
+            " (" + Citação(campo) + " NULLS FIRST, rowid)",
+        falha);
 }
 
 bool Copia_Banco(Sessão& sessão, const QString& destino, Falha_Banco& falha) {

@@ -14,6 +14,7 @@
 #include "store/schema/Esquema.h"
 #include "store/schema/frmAtualiza_Versão.h"
 #include "support/Pasta_Teste.h"
+#include "support/Servidor_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
 
 namespace {
@@ -318,8 +319,9 @@ TEST_F(Atualização_Teste, AStartKilledHalfwayIsRepeatedToTheSameEndState) {
     Tabela.Update();
     Tabela.Reinicia();
     Reinicia_Estado_Global();
-    ASSERT_TRUE(QFile::copy(Caminho_Banco_Principal(), Caminho_Cópia_Banco()));
     Conexão.Open(Conexão_Principal());
+    Catálogo::Copia_Banco(Conexão, Caminho_Cópia_Banco());
+    ASSERT_TRUE(Existe_Banco(Caminho_Cópia_Banco()));
     Conexão.Execute("DELETE FROM tblPontuação");
     Conexão.Close();
     Reinicia_Estado_Global();
@@ -384,6 +386,7 @@ TEST_F(Atualização_Teste, AnOlderProgramOnANewerDatabaseWritesNothing) {
 
 // A start that consumes a scratch database and renews the audit trail keeps both under dated names.
 TEST_F(Atualização_Teste, AnExportNotYetSentAndTheOldAuditTrailAreKeptInTheArchiveFolder) {
+    SO_NO_EMBUTIDO("no servidor a trilha antiga fica num esquema com a data no nome, não num arquivo");
     ASSERT_TRUE(Inicia_Programa());
     ASSERT_FALSE(Inicia_Programa());
     Inclui_Pergunta("Pergunta guardada", "G");

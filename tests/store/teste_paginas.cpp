@@ -79,7 +79,8 @@ class Páginas_Teste : public ::testing::Test {
             inclusões << "INSERT INTO tblPergunta (Pergunta, Resposta_Correta, Tipo, Já_Comparada) "
                          "VALUES ('" +
                              p.Pergunta + "', 'x', " +
-                             (p.Tipo.isValid() ? "'" + p.Tipo.toString() + "'" : QString("NULL")) + ", false)";
+                             (p.Tipo.isValid() ? "'" + p.Tipo.toString() + "'" : QString("NULL")) +
+                             ", false)";
         }
         inclusões << "COMMIT";
         ASSERT_TRUE(Executa_Como_Outra_Estação(inclusões));

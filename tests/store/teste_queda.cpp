@@ -19,6 +19,7 @@
 #include "store/Plano_Queda.h"
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
+#include "support/Servidor_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
 
 namespace {
@@ -125,6 +126,7 @@ class Queda_Teste : public ::testing::Test {
 }  // namespace
 
 TEST_F(Queda_Teste, KilledWriterLosesNoCommittedTransactionAndLeavesBothFilesSound) {
+    SO_NO_EMBUTIDO("examina o diário WAL e os arquivos do SQLite; o servidor cuida da própria durabilidade");
     Instala_Programa();
     Plataforma.Caixas.clear();
     // Nothing of the folder may stay open here: each copy must recover from the files alone, as a

@@ -9,6 +9,7 @@
 #include "store/Funções_Banco.h"
 #include "store/Tradutor_SQL.h"
 #include "support/Pasta_Teste.h"
+#include "support/Servidor_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
 
 namespace {
@@ -178,12 +179,7 @@ TEST_F(Registros_Teste, KeysetStepsOverRowsDeletedByOthersAndWalksBothEnds) {
     EXPECT_EQ(Tabela.Fields(0).Value().toString(), "um");
 
     // Another copy of the program deletes the second row behind this keyset.
-    sqlite3* outro = nullptr;
-    ASSERT_EQ(sqlite3_open(Caminho_Banco_Principal().toUtf8().constData(), &outro), SQLITE_OK);
-    Registra_Comparação(outro);
-    ASSERT_EQ(sqlite3_exec(outro, "DELETE FROM tblPergunta WHERE rowid = 2", nullptr, nullptr, nullptr),
-              SQLITE_OK);
-    sqlite3_close(outro);
+    ASSERT_TRUE(Executa_Como_Outra_Estação({"DELETE FROM tblPergunta WHERE rowid = 2"}));
 
     Tabela.MoveNext();
     EXPECT_EQ(Tabela.Fields(0).Value().toString(), "três");
