@@ -119,3 +119,27 @@ TEST_F(Travas_Teste, WaitingLockTriesAboutOnceASecondUntilTheRowIsFree) {
     ASSERT_TRUE(Outro.waitForFinished(10000));
     EXPECT_EQ(Outro.exitCode(), 0);
 }
+
+// Two workstations alter the same question one after the other: the second starts from a stale read, and
+// its lock reads the row again, so the first one's change stays.
+TEST_F(Travas_Teste, TheSecondOfTwoWorkstationsAlteringOneQuestionKeepsTheFirstOnesChange) {
+    Posiciona(1);
+    EXPECT_EQ(Tabela.Fields("Resposta_Correta").Value().toString(), "Original");
+    Outro_Trava(1, 1);
+    ASSERT_TRUE(Outro.waitForFinished(10000));
+    ASSERT_EQ(Outro.exitCode(), 0);
+
+    Operação = "Alteração";
+    Inicia_Transação();
+    Trava(Tabela, Conexão, false);
+    ASSERT_TRUE(Travou);
+    EXPECT_EQ(Tabela.Fields("Resposta_Correta").Value().toString(), "Alterada pelo outro");
+    Tabela.Fields("Pergunta").Set_Value("primeira, revista");
+    Grava(Tabela, false);
+    Finaliza_Transação();
+
+    Posiciona(1);
+    EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString(), "primeira, revista");
+    EXPECT_EQ(Tabela.Fields("Resposta_Correta").Value().toString(), "Alterada pelo outro");
+    EXPECT_TRUE(Plataforma.Caixas.isEmpty());
+}
