@@ -7,16 +7,15 @@
 #include <QRadioButton>
 #include <QTest>
 #include <QTimer>
-#include <sqlite3.h>
 
 #include "common/Globais.h"
 #include "forms/Controles.h"
 #include "questions/frmPergunta.h"
 #include "search/frmLocaliza_Informação.h"
-#include "store/Comparação.h"
 #include "store/Funções_Banco.h"
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
+#include "support/Servidor_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
 
 namespace {
@@ -417,15 +416,9 @@ TEST_F(Cadastro_Pergunta_Teste, AnAlterationStartsFromTheRowAsAnotherWorkstation
     frmPergunta janela;
     EXPECT_EQ(janela.txtResposta_Incorreta_1->text(), "Errada A1");
 
-    sqlite3* outro = nullptr;
-    ASSERT_EQ(sqlite3_open(Caminho_Banco_Principal().toUtf8().constData(), &outro), SQLITE_OK);
-    Registra_Comparação(outro);
-    ASSERT_EQ(sqlite3_exec(outro,
-                           "UPDATE tblPergunta SET Resposta_Incorreta_1 = 'Mudada Pelo Outro' "
-                           "WHERE Código_Pergunta = 1",
-                           nullptr, nullptr, nullptr),
-              SQLITE_OK);
-    sqlite3_close(outro);
+    ASSERT_TRUE(
+        Executa_Como_Outra_Estação({"UPDATE tblPergunta SET Resposta_Incorreta_1 = 'Mudada Pelo Outro' "
+                                    "WHERE Código_Pergunta = 1"}));
 
     janela.cmdAlteração_Click();
     EXPECT_EQ(Plataforma.Textos_Caixas(),
