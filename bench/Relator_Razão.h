@@ -15,13 +15,15 @@ class Relator_Razão : public benchmark::ConsoleReporter {
     void ReportRuns(const std::vector<Run>& execuções) override {
         ConsoleReporter::ReportRuns(execuções);
         // The function's name, without the arguments, so that a pair may run different iteration counts.
-        static const std::string marcas[] = {"_Pelo_Programa", "_SQLite_Puro"};
+        // The raw side is SQLite's, or libpq's for the benchmarks of the store on a server.
+        static const std::string marcas[] = {"_Pelo_Programa", "_SQLite_Puro", "_Libpq_Puro"};
         for (const Run& r : execuções) {
             std::string nome = r.run_name.function_name;
-            for (int lado = 0; lado < 2; ++lado)
-                if (const auto onde = nome.find(marcas[lado]); onde != std::string::npos) {
-                    nome.erase(onde, marcas[lado].size());
-                    Tempos[nome][lado] = r.GetAdjustedRealTime();
+            for (int marca = 0; marca < 3; ++marca)
+                if (const auto onde = nome.find(marcas[marca]); onde != std::string::npos) {
+                    nome.erase(onde, marcas[marca].size());
+                    Tempos[nome][marca == 0 ? 0 : 1] = r.GetAdjustedRealTime();
+                    if (marca == 2) Servidor[nome] = true;
                 }
         }
     }
@@ -30,13 +32,15 @@ class Relator_Razão : public benchmark::ConsoleReporter {
         for (const auto& [nome, tempos] : Tempos) {
             const auto [programa, puro] = tempos;
             if (programa > 0 && puro > 0)
-                std::printf("Razão programa / SQLite puro (%s): %.2f\n", nome.c_str(), programa / puro);
+                std::printf("Razão programa / %s puro (%s): %.2f\n",
+                            Servidor.count(nome) ? "libpq" : "SQLite", nome.c_str(), programa / puro);
         }
     }
 
   private:
     // By the name without its marker: the program's time, then raw SQLite's.
     std::map<std::string, std::array<double, 2>> Tempos;
+    std::map<std::string, bool> Servidor;
 };
 
 // The main of every benchmark program here: offscreen windows, the registered benchmarks, the ratio.

@@ -458,6 +458,7 @@ class Sessão_Servidor final : public Sessão {
         bool ok;
         if (Transação_SQL) {
             // Inside a transaction a refused statement must not spoil what came before it.
+            Algo_Na_Transação = true;
             Executa_Simples(C, "SAVEPOINT escrita");
             ok = Executa_Simples(C, texto, &f);
             Executa_Simples(C, ok ? "RELEASE SAVEPOINT escrita"
@@ -523,6 +524,7 @@ class Sessão_Servidor final : public Sessão {
             return false;
         }
         Travas.insert(chave);
+        Algo_Na_Transação = true;
         return true;
     }
     bool Possui_Trava(const QString& tabela, qint64 linha) const override {
@@ -536,6 +538,11 @@ class Sessão_Servidor final : public Sessão {
     void Libera_Travas() override { Travas.clear(); }
 
     PGconn* Conexão() const { return C; }
+    bool Algo_Na_Transação = false;  // a write or a lock that a refusal must not undo
+    void Recomeça_Transação() {
+        Executa_Simples(C, "ROLLBACK");
+        Executa_Simples(C, "BEGIN");
+    }
     void Guarda(const Falha_Servidor& f, Falha_Banco& falha) {
         Última = f;
         falha = Falha_Traduzida(f);
@@ -554,6 +561,7 @@ class Sessão_Servidor final : public Sessão {
             return false;
         }
         Transação_SQL = true;
+        Algo_Na_Transação = false;
         return true;
     }
     void Termina_Transação_Da_Trava() {
@@ -614,8 +622,10 @@ int Comando_Servidor::Passo() {
                 ponteiros[i] = nullptr;
             }
         }
-        // A write refused inside a transaction must not spoil it: it runs inside a savepoint.
-        const bool protegida = Escrita && S->Transação_SQL;
+        // A write refused inside a transaction must not spoil what the transaction did before it: it runs
+        // inside a savepoint. With nothing done yet, the transaction is simply begun again on a refusal.
+        const bool em_transação = Escrita && S->Transação_SQL;
+        const bool protegida = em_transação && S->Algo_Na_Transação;
         if (protegida) Executa_Simples(c, "SAVEPOINT escrita");
         R = PQexecPrepared(c, Nome.constData(), Valores, ponteiros.data(), nullptr, nullptr, 0);
         const ExecStatusType estado = PQresultStatus(R);
@@ -626,8 +636,10 @@ int Comando_Servidor::Passo() {
         if (!ok) {
             S->Guarda_Resultado(R);
             Reinicia();
+            if (em_transação && !protegida) S->Recomeça_Transação();
             return 1;
         }
+        if (em_transação) S->Algo_Na_Transação = true;
         if (Inclusão) {
             if (PQntuples(R) == 1) S->Anota_Id(std::strtoll(PQgetvalue(R, 0, 0), nullptr, 10));
             Reinicia();

@@ -1,0 +1,311 @@
+// The store on a PostgreSQL server (a throwaway cluster of the run's own): 10,000 questions written each in
+// its own transaction through Grava, with the audit on; the register's "Próximo" 1,000 times from the first
+// question; the locate dialog's search for a word anywhere in 100,000 questions. Each against raw libpq
+// doing the same work on the same server in the same run.
+#include <benchmark/benchmark.h>
+#include <libpq-fe.h>
+
+#include <QDateTime>
+#include <QLineEdit>
+#include <QVector>
+
+#include "common/Globais.h"
+#include "questions/frmPergunta.h"
+#include "search/frmLocaliza_Informação.h"
+#include "store/Funções_Banco.h"
+#include "store/Sessão_Servidor.h"
+#include "support/Instalação_Teste.h"
+#include "support/Pasta_Teste.h"
+#include "support/Plataforma_Roteirizada.h"
+#include "Relator_Razão.h"
+
+namespace {
+constexpr int Inclusões = 10000;
+constexpr int Perguntas = 100000;
+constexpr int Intervalo_Palavra = 50;  // one question in 50 holds the word sought
+constexpr int Achadas = Perguntas / Intervalo_Palavra;
+constexpr int Linhas_Página = 14;
+constexpr int Passos = 1000;
+const char* const Palavra = "girassol";
+
+// A raw connection to one database of the installation, on its schema.
+PGconn* Abre_Libpq(const QString& caminho_banco) {
+    PGconn* c = PQconnectdb(Conexão_Do_Servidor(caminho_banco).toUtf8().constData());
+    if (PQstatus(c) != CONNECTION_OK) std::fprintf(stderr, "Não conectou: %s\n", PQerrorMessage(c));
+    PQclear(PQexec(c, ("SET search_path TO " + Esquema_Do_Servidor(caminho_banco)).toUtf8().constData()));
+    return c;
+}
+
+bool Executa_Libpq(PGconn* c, const char* sql) {
+    PGresult* r = PQexec(c, sql);
+    const bool ok = PQresultStatus(r) == PGRES_COMMAND_OK || PQresultStatus(r) == PGRES_TUPLES_OK;
+    if (!ok) std::fprintf(stderr, "Falhou \"%s\": %s\n", sql, PQerrorMessage(c));
+    PQclear(r);
+    return ok;
+}
+
+bool Prepara_Libpq(PGconn* c, const char* nome, const char* sql) {
+    PGresult* r = PQprepare(c, nome, sql, 0, nullptr);
+    const bool ok = PQresultStatus(r) == PGRES_COMMAND_OK;
+    if (!ok) std::fprintf(stderr, "Não preparou \"%s\": %s\n", sql, PQerrorMessage(c));
+    PQclear(r);
+    return ok;
+}
+
+int Conta_Libpq(const QString& caminho_banco, const char* tabela) {
+    PGconn* c = Abre_Libpq(caminho_banco);
+    PGresult* r = PQexec(c, (QByteArray("SELECT count(*) FROM \"") + tabela + "\"").constData());
+    const int n = PQresultStatus(r) == PGRES_TUPLES_OK ? std::atoi(PQgetvalue(r, 0, 0)) : -1;
+    PQclear(r);
+    PQfinish(c);
+    return n;
+}
+
+// Texts that vary from row to row, so that the search compares real text and not one repeated string.
+QString Texto_Pergunta(int i) {
+    static const char* const assuntos[] = {"rio", "monte", "rei", "profeta", "livro", "animal", "cidade"};
+    static const char* const lugares[] = {"Belém", "Nínive", "Lisboa", "Manaus", "Jericó", "Éfeso", "Sião"};
+    const QString assunto = QString::fromUtf8(assuntos[i % 7]);
+    const QString lugar = QString::fromUtf8(lugares[(i / 7) % 7]);
+    if (i % Intervalo_Palavra == 0)
+        return QString("Em que campo de %1 o %2 fica perto de %3 (nº %4)?")
+            .arg(Palavra, assunto, lugar)
+            .arg(i);
+    return QString("Qual %1 fica perto de %2, segundo a questão nº %3?").arg(assunto, lugar).arg(i);
+}
+
+// An installed program on the server; `perguntas` questions written by raw libpq before anything reads them.
+struct Instalação {
+    Pasta_Teste Pasta;
+    Plataforma_Roteirizada Plataforma;
+    explicit Instalação(int perguntas = 0) {
+        Instala_Programa();
+        Reinicia_Estado_Global();
+        if (perguntas > 0) {
+            PGconn* c = Abre_Libpq(Caminho_Banco_Principal());
+            Executa_Libpq(c, "BEGIN");
+            Prepara_Libpq(
+                c, "p",
+                "INSERT INTO \"tblPergunta\" (\"Pergunta\", \"Resposta_Correta\", \"Resposta_Incorreta_1\", "
+                "\"Resposta_Incorreta_2\", \"Resposta_Incorreta_3\", \"Tipo\", \"Já_Comparada\", "
+                "\"Já_Verificada\", \"Pergunta_Original\") VALUES ($1, $2, $3, $4, $5, $6, false, false, "
+                "'')");
+            for (int i = 1; i <= perguntas; ++i) {
+                QByteArray v[6];
+                v[0] = Texto_Pergunta(i).toUtf8();
+                for (int k = 0; k < 4; ++k)
+                    v[1 + k] = QString("Resposta %1 %2").arg(k).arg(i % 9973).toUtf8();
+                v[5] = i % 2 ? "G" : "B";
+                const char* valores[6];
+                for (int k = 0; k < 6; ++k) valores[k] = v[k].constData();
+                PQclear(PQexecPrepared(c, "p", 6, valores, nullptr, nullptr, 0));
+            }
+            Executa_Libpq(c, "COMMIT");
+            Executa_Libpq(c, "ANALYZE");
+            PQfinish(c);
+        }
+        for (Ligação* c :
+             {&Conexão, &Conexão_Secundária, &Conexão_Terciária, &Conexão_Quaternária, &Conexão_Temporária})
+            c->Open(Conexão_Principal());
+        Conexão_Manutenção.Open(Conexão_Auditoria());
+        Abre_Tabela_Manutenção("tblManutenção_Banco_de_Dados");
+        Plataforma.Caixas.clear();
+    }
+};
+
+// ---------- 10,000 writes, each in its own transaction, with the audit ----------
+
+void BM_Gravação_Pelo_Programa(benchmark::State& estado) {
+    Instalação instalação;
+    const int auditoria_antes = Conta_Libpq(Caminho_Banco_Manutenção(), "tblManutenção_Banco_de_Dados");
+    Abre_Tabela("tblPergunta");
+    Monitora_Log = true;
+    Operação = "Inclusão";
+    int próxima = 0;
+    for (auto _ : estado) {
+        for (int i = 0; i < Inclusões; ++i) {
+            const QString texto = Texto_Pergunta(++próxima);
+            Inicia_Transação();
+            Tabela.AddNew();
+            Tabela.Fields("Pergunta").Set_Value(texto);
+            Tabela.Fields("Resposta_Correta").Set_Value("Certa");
+            Tabela.Fields("Resposta_Incorreta_1").Set_Value("Errada A");
+            Tabela.Fields("Resposta_Incorreta_2").Set_Value("Errada B");
+            Tabela.Fields("Resposta_Incorreta_3").Set_Value("Errada C");
+            Tabela.Fields("Tipo").Set_Value("G");
+            Tabela.Fields("Já_Comparada").Set_Value(false);
+            Tabela.Fields("Já_Verificada").Set_Value(false);
+            Tabela.Fields("Pergunta_Original").Set_Value(QString(""));
+            Grava(Tabela, false);
+            Finaliza_Transação();
+        }
+    }
+    Reinicia_Estado_Global();
+    const int esperadas = static_cast<int>(estado.iterations()) * Inclusões;
+    if (Conta_Libpq(Caminho_Banco_Principal(), "tblPergunta") != esperadas ||
+        Conta_Libpq(Caminho_Banco_Manutenção(), "tblManutenção_Banco_de_Dados") - auditoria_antes !=
+            esperadas)
+        estado.SkipWithError("faltam linhas gravadas");
+    if (!instalação.Plataforma.Caixas.isEmpty())
+        estado.SkipWithError(instalação.Plataforma.Caixas.first().Texto.toUtf8().constData());
+}
+
+// By hand: BEGIN, the question, the audit row on the audit connection outside the transaction, COMMIT.
+void BM_Gravação_Libpq_Puro(benchmark::State& estado) {
+    Instalação instalação;
+    Reinicia_Estado_Global();
+    PGconn* banco = Abre_Libpq(Caminho_Banco_Principal());
+    PGconn* auditoria = Abre_Libpq(Caminho_Banco_Manutenção());
+    Prepara_Libpq(
+        banco, "insere",
+        "INSERT INTO \"tblPergunta\" (\"Pergunta\", \"Resposta_Correta\", \"Resposta_Incorreta_1\", "
+        "\"Resposta_Incorreta_2\", \"Resposta_Incorreta_3\", \"Tipo\", \"Já_Comparada\", "
+        "\"Já_Verificada\", \"Pergunta_Original\") VALUES ($1, 'Certa', 'Errada A', 'Errada B', "
+        "'Errada C', 'G', false, false, '')");
+    Prepara_Libpq(auditoria, "audita",
+                  "INSERT INTO \"tblManutenção_Banco_de_Dados\" (\"Manutenção\", \"Usuário\", "
+                  "\"Data_Manutenção\", \"Hora_Manutenção\") VALUES ($1, 'Supervisor', $2, $3)");
+    const QByteArray data =
+        QDateTime(instalação.Plataforma.Relógio.date(), QTime(0, 0)).toString("yyyy-MM-dd HH:mm:ss").toUtf8();
+    const QByteArray hora = instalação.Plataforma.Relógio.toString("HH:mm:ss").toUtf8();
+    int próxima = 0;
+    for (auto _ : estado) {
+        for (int i = 0; i < Inclusões; ++i) {
+            const QString texto = Texto_Pergunta(++próxima);
+            const QByteArray pergunta = texto.toUtf8();
+            const QByteArray manutenção = ("Incluindo Pergunta onde Pergunta = " + texto).left(100).toUtf8();
+            bool ok = Executa_Libpq(banco, "BEGIN");
+            const char* v1[] = {pergunta.constData()};
+            PGresult* r = PQexecPrepared(banco, "insere", 1, v1, nullptr, nullptr, 0);
+            ok = ok && PQresultStatus(r) == PGRES_COMMAND_OK;
+            PQclear(r);
+            const char* v2[] = {manutenção.constData(), data.constData(), hora.constData()};
+            r = PQexecPrepared(auditoria, "audita", 3, v2, nullptr, nullptr, 0);
+            ok = ok && PQresultStatus(r) == PGRES_COMMAND_OK;
+            PQclear(r);
+            ok = Executa_Libpq(banco, "COMMIT") && ok;
+            if (!ok) {
+                estado.SkipWithError("uma gravação falhou");
+                break;
+            }
+        }
+    }
+    PQfinish(banco);
+    PQfinish(auditoria);
+}
+
+// ---------- the register's "Próximo", 1,000 times ----------
+
+Instalação& Banco_Grande() {
+    static Instalação instalação(Perguntas);
+    return instalação;
+}
+
+void BM_Próximo_Pelo_Programa(benchmark::State& estado) {
+    Instalação& instalação = Banco_Grande();
+    frmPergunta cadastro;
+    for (auto _ : estado) {
+        estado.PauseTiming();
+        Tabela.MoveFirst();
+        cadastro.Exibir_Campos();
+        estado.ResumeTiming();
+        for (int i = 0; i < Passos; ++i) cadastro.cmdMovimenta_Registro_Click(2);
+        if (Tabela.Fields("Código_Pergunta").Value().toInt() != Passos + 1) {
+            estado.SkipWithError("o cadastro não chegou à pergunta esperada");
+            break;
+        }
+        if (!instalação.Plataforma.Caixas.isEmpty()) {
+            estado.SkipWithError(instalação.Plataforma.Caixas.first().Texto.toUtf8().constData());
+            break;
+        }
+    }
+}
+
+// By hand: the next row in code order, carrying the last code, every column read.
+void BM_Próximo_Libpq_Puro(benchmark::State& estado) {
+    Banco_Grande();
+    PGconn* banco = Abre_Libpq(Caminho_Banco_Principal());
+    Prepara_Libpq(banco, "proxima",
+                  "SELECT * FROM \"tblPergunta\" WHERE \"Código_Pergunta\" > $1 ORDER BY \"Código_Pergunta\" "
+                  "NULLS FIRST, rowid LIMIT 1");
+    for (auto _ : estado) {
+        QByteArray última = "1";
+        for (int i = 0; i < Passos; ++i) {
+            const char* v[] = {última.constData()};
+            PGresult* r = PQexecPrepared(banco, "proxima", 1, v, nullptr, nullptr, 0);
+            if (PQntuples(r) == 1) {
+                última = PQgetvalue(r, 0, 1);
+                for (int c = 0; c < PQnfields(r); ++c) benchmark::DoNotOptimize(PQgetvalue(r, 0, c));
+            }
+            PQclear(r);
+        }
+        if (última.toInt() != Passos + 1) {
+            estado.SkipWithError("a caminhada não chegou à linha esperada");
+            break;
+        }
+    }
+    PQfinish(banco);
+}
+
+// ---------- the locate dialog's search over 100,000 questions ----------
+
+void BM_Localiza_Pelo_Programa(benchmark::State& estado) {
+    Instalação& instalação = Banco_Grande();
+    frmPergunta cadastro;
+    for (auto _ : estado) {
+        Abre_Tabela_Pesquisa("tblPergunta");
+        frmLocaliza_Informação localiza(&cadastro);
+        localiza.optOpção_Click(6);
+        localiza.txtConteúdo->setText(Palavra);
+        localiza.cmdOk_Click();
+        if (Linhas_Localizadas != Linhas_Página || Tabela_Dynaset.RecordCount() != Achadas) {
+            estado.SkipWithError("a primeira página não veio cheia");
+            break;
+        }
+        if (!instalação.Plataforma.Caixas.isEmpty()) {
+            estado.SkipWithError(instalação.Plataforma.Caixas.first().Texto.toUtf8().constData());
+            break;
+        }
+    }
+    Encerra_Resultado_Localizado();
+}
+
+// By hand: every hit's row id, then the first page's rows by row id.
+void BM_Localiza_Libpq_Puro(benchmark::State& estado) {
+    Banco_Grande();
+    PGconn* banco = Abre_Libpq(Caminho_Banco_Principal());
+    Prepara_Libpq(banco, "busca",
+                  "SELECT rowid FROM \"tblPergunta\" WHERE lower(\"Pergunta\"::text COLLATE \"und-x-icu\") "
+                  "LIKE '%girassol%' ORDER BY rowid");
+    Prepara_Libpq(banco, "le", "SELECT * FROM \"tblPergunta\" WHERE rowid = $1");
+    for (auto _ : estado) {
+        PGresult* busca = PQexecPrepared(banco, "busca", 0, nullptr, nullptr, nullptr, 0);
+        const int achadas = PQntuples(busca);
+        for (int i = 0; i < Linhas_Página && i < achadas; ++i) {
+            const char* v[] = {PQgetvalue(busca, i, 0)};
+            PGresult* r = PQexecPrepared(banco, "le", 1, v, nullptr, nullptr, 0);
+            for (int c = 0; c < PQnfields(r); ++c) benchmark::DoNotOptimize(PQgetvalue(r, 0, c));
+            PQclear(r);
+        }
+        PQclear(busca);
+        if (achadas != Achadas) {
+            estado.SkipWithError("a busca não achou o esperado");
+            break;
+        }
+    }
+    PQfinish(banco);
+}
+}  // namespace
+
+BENCHMARK(BM_Gravação_Libpq_Puro)->Unit(benchmark::kMillisecond)->Iterations(1);
+BENCHMARK(BM_Gravação_Pelo_Programa)->Unit(benchmark::kMillisecond)->Iterations(1);
+BENCHMARK(BM_Próximo_Libpq_Puro)->Unit(benchmark::kMillisecond)->Iterations(5);
+BENCHMARK(BM_Próximo_Pelo_Programa)->Unit(benchmark::kMillisecond)->Iterations(5);
+BENCHMARK(BM_Localiza_Libpq_Puro)->Unit(benchmark::kMillisecond)->Iterations(10);
+BENCHMARK(BM_Localiza_Pelo_Programa)->Unit(benchmark::kMillisecond)->Iterations(10);
+
+int main(int argc, char** argv) {
+    // Every installation of this run names a database of the throwaway cluster.
+    qputenv("QUIZORA_TESTE_SERVIDOR", "1");
+    return Roda_Comparação(argc, argv);
+}
