@@ -1,6 +1,7 @@
-// The store on a PostgreSQL server (a throwaway cluster of the run's own): 10,000 questions written each in
-// its own transaction through Grava, with the audit on; the register's "Próximo" 1,000 times from the first
-// question; the locate dialog's search for a word anywhere in 100,000 questions. Each against raw libpq
+// The store on a PostgreSQL server (a throwaway cluster of the run's own): one game turn (Nova_Rodada) on a
+// bank of 10,000 questions with a full history; 10,000 questions written each in its own transaction
+// through Grava, with the audit on; the register's "Próximo" 1,000 times from the first question; the locate
+// dialog's search for a word anywhere in 100,000 questions. Each against raw libpq
 // doing the same work on the same server in the same run.
 #include <benchmark/benchmark.h>
 #include <libpq-fe.h>
@@ -9,7 +10,12 @@
 #include <QLineEdit>
 #include <QVector>
 
+#include <cstring>
+#include <random>
+
 #include "common/Globais.h"
+#include "game/Regras_Jogo.h"
+#include "game/frmJogo.h"
 #include "questions/frmPergunta.h"
 #include "search/frmLocaliza_Informação.h"
 #include "store/Funções_Banco.h"
@@ -112,6 +118,191 @@ struct Instalação {
         Plataforma.Caixas.clear();
     }
 };
+
+// ---------- one game turn ----------
+
+constexpr int Perguntas_Rodada = 10000;
+constexpr int Histórico = 501;
+const QDateTime Início_Do_Jogo(QDate(2026, 11, 23), QTime(14, 30, 0));
+
+// Seeded as on the desktop, so that each reading of the moving clock gives draws of its own.
+class Plataforma_Sorteio_Real : public Plataforma_Roteirizada {
+  public:
+    void Semeia(float semente) override {
+        std::uint32_t bits = 0;
+        std::memcpy(&bits, &semente, sizeof bits);
+        Gerador.seed(bits);
+    }
+    double Aleatório() override {
+        const double x = std::generate_canonical<double, 53>(Gerador);
+        return x < 1.0 ? x : 0.0;
+    }
+
+  private:
+    std::mt19937 Gerador;
+};
+
+struct Instalação_Jogo {
+    Pasta_Teste Pasta;
+    Plataforma_Sorteio_Real Plataforma;
+    Instalação_Jogo() {
+        Instala_Programa();
+        Reinicia_Estado_Global();
+        Plataforma.Relógio = Início_Do_Jogo;
+        PGconn* c = Abre_Libpq(Caminho_Banco_Principal());
+        Executa_Libpq(c, "BEGIN");
+        Prepara_Libpq(
+            c, "p",
+            "INSERT INTO \"tblPergunta\" (\"Pergunta\", \"Resposta_Correta\", \"Resposta_Incorreta_1\", "
+            "\"Resposta_Incorreta_2\", \"Resposta_Incorreta_3\", \"Tipo\", \"Já_Comparada\", "
+            "\"Já_Verificada\", \"Pergunta_Original\") VALUES ($1, 'Certa', 'Errada 1', 'Errada 2', "
+            "'Errada 3', $2, false, false, '')");
+        for (int i = 1; i <= Perguntas_Rodada; ++i) {
+            const QByteArray texto = QString("Pergunta %1?").arg(i).toUtf8();
+            const char* v[] = {texto.constData(), i % 2 ? "G" : "B"};
+            PQclear(PQexecPrepared(c, "p", 2, v, nullptr, nullptr, 0));
+        }
+        // Games of earlier days: every row of the history is older than the turns measured.
+        Prepara_Libpq(
+            c, "h",
+            "INSERT INTO \"tblPergunta_Já_Mostrada\" (\"Código_Pergunta\", \"Data_Jogo\") VALUES ($1, $2)");
+        for (int i = 1; i <= Histórico; ++i) {
+            const QByteArray código = QByteArray::number(i * 7);
+            const QByteArray data = QDateTime(Início_Do_Jogo.date().addDays(i - Histórico - 1), QTime(0, 0))
+                                        .toString("yyyy-MM-dd HH:mm:ss")
+                                        .toUtf8();
+            const char* v[] = {código.constData(), data.constData()};
+            PQclear(PQexecPrepared(c, "h", 2, v, nullptr, nullptr, 0));
+        }
+        Executa_Libpq(c, "COMMIT");
+        Executa_Libpq(c, "ANALYZE");
+        PQfinish(c);
+        for (Ligação* l :
+             {&Conexão, &Conexão_Secundária, &Conexão_Terciária, &Conexão_Quaternária, &Conexão_Temporária})
+            l->Open(Conexão_Principal());
+        Conexão_Manutenção.Open(Conexão_Auditoria());
+        Abre_Tabela_Manutenção("tblManutenção_Banco_de_Dados");
+        Plataforma.Caixas.clear();
+    }
+    void Passa_Rodada() { Plataforma.Relógio = Plataforma.Relógio.addSecs(40); }
+};
+
+void BM_Rodada_Pelo_Programa(benchmark::State& estado) {
+    Instalação_Jogo instalação;
+    {
+        frmJogo janela;
+        Registra_Jogador(janela.Jogo, 1, "Ana");
+        for (auto _ : estado) {
+            instalação.Passa_Rodada();
+            Inicia_Transação();
+            const Resultado_Rodada r =
+                ::Nova_Rodada(janela.Jogo, janela, instalação.Plataforma.Relógio.date());
+            Finaliza_Transação();
+            if (r != Resultado_Rodada::Pergunta_Sorteada) {
+                estado.SkipWithError("nenhuma pergunta sorteada");
+                break;
+            }
+            janela.Jogo.Vez_Em_Andamento = false;
+        }
+    }
+    if (!instalação.Plataforma.Caixas.isEmpty())
+        estado.SkipWithError(instalação.Plataforma.Caixas.first().Texto.toUtf8().constData());
+    Reinicia_Estado_Global();
+}
+
+// The same turn by hand with the program's draws: count the bank, seed from the clock, and for each code
+// drawn read its row, trim the history when over its limit, look the code up in the history; the first
+// code not shown goes into the history. Each write adds its audit row; the writes share one transaction.
+void BM_Rodada_Libpq_Puro(benchmark::State& estado) {
+    Instalação_Jogo instalação;
+    Reinicia_Estado_Global();
+    PGconn* banco = Abre_Libpq(Caminho_Banco_Principal());
+    PGconn* auditoria = Abre_Libpq(Caminho_Banco_Manutenção());
+    Prepara_Libpq(banco, "conta", "SELECT count(*) FROM \"tblPergunta\"");
+    Prepara_Libpq(banco, "le", "SELECT * FROM \"tblPergunta\" WHERE \"Código_Pergunta\" = $1");
+    Prepara_Libpq(banco, "conta_h", "SELECT count(*) FROM \"tblPergunta_Já_Mostrada\"");
+    Prepara_Libpq(banco, "antiga",
+                  "SELECT rowid, \"Código_Pergunta\" FROM \"tblPergunta_Já_Mostrada\" ORDER BY \"Data_Jogo\" "
+                  "NULLS FIRST, rowid LIMIT 1");
+    Prepara_Libpq(banco, "apaga", "DELETE FROM \"tblPergunta_Já_Mostrada\" WHERE rowid = $1");
+    Prepara_Libpq(banco, "mostrada",
+                  "SELECT count(*) FROM \"tblPergunta_Já_Mostrada\" WHERE \"Código_Pergunta\" = $1");
+    Prepara_Libpq(
+        banco, "insere",
+        "INSERT INTO \"tblPergunta_Já_Mostrada\" (\"Código_Pergunta\", \"Data_Jogo\") VALUES ($1, $2)");
+    Prepara_Libpq(auditoria, "audita",
+                  "INSERT INTO \"tblManutenção_Banco_de_Dados\" (\"Manutenção\", \"Usuário\", "
+                  "\"Data_Manutenção\", \"Hora_Manutenção\") VALUES ($1, 'Supervisor', $2, $3)");
+    const auto um = [&](const char* nome, std::initializer_list<QByteArray> valores) {
+        QVector<QByteArray> guardados(valores);
+        QVector<const char*> v;
+        for (const QByteArray& x : guardados) v << x.constData();
+        return PQexecPrepared(banco, nome, v.size(), v.data(), nullptr, nullptr, 0);
+    };
+    bool ok = true;
+    for (auto _ : estado) {
+        instalação.Passa_Rodada();
+        const QDateTime agora = instalação.Plataforma.Relógio;
+        const QByteArray dia = QDateTime(agora.date(), QTime(0, 0)).toString("yyyy-MM-dd HH:mm:ss").toUtf8();
+        const QByteArray hora = agora.toString("HH:mm:ss").toUtf8();
+        const auto audita = [&](const QString& texto) {
+            const QByteArray m = texto.left(100).toUtf8();
+            const char* v[] = {m.constData(), dia.constData(), hora.constData()};
+            PGresult* r = PQexecPrepared(auditoria, "audita", 3, v, nullptr, nullptr, 0);
+            ok = PQresultStatus(r) == PGRES_COMMAND_OK && ok;
+            PQclear(r);
+        };
+        bool escrevendo = false;
+        PGresult* r = um("conta", {});
+        const int n = std::atoi(PQgetvalue(r, 0, 0));
+        PQclear(r);
+        Semeia_Gerador();
+        bool sorteada = false;
+        for (int tentativa = 0; !sorteada && tentativa < 10 * (n + 1); ++tentativa) {
+            const int código = Sorteia(n + 1);
+            r = um("le", {QByteArray::number(código)});
+            const bool existe = PQntuples(r) == 1;
+            PQclear(r);
+            if (!existe) continue;
+            r = um("conta_h", {});
+            const int no_histórico = std::atoi(PQgetvalue(r, 0, 0));
+            PQclear(r);
+            if (no_histórico > Limite_Histórico) {
+                r = um("antiga", {});
+                const QByteArray antiga = PQgetvalue(r, 0, 0);
+                const QByteArray código_antigo = PQgetvalue(r, 0, 1);
+                PQclear(r);
+                if (!escrevendo) ok = Executa_Libpq(banco, "BEGIN") && ok;
+                escrevendo = true;
+                r = um("apaga", {antiga});
+                ok = PQresultStatus(r) == PGRES_COMMAND_OK && ok;
+                PQclear(r);
+                audita(
+                    "AtualizandoSelect * From tblPergunta_Já_Mostrada Order By Data_Jogo onde "
+                    "Código_Pergunta = " +
+                    QString::fromUtf8(código_antigo));
+            }
+            r = um("mostrada", {QByteArray::number(código)});
+            const bool já_mostrada = std::atoi(PQgetvalue(r, 0, 0)) > 0;
+            PQclear(r);
+            if (já_mostrada) continue;
+            if (!escrevendo) ok = Executa_Libpq(banco, "BEGIN") && ok;
+            escrevendo = true;
+            r = um("insere", {QByteArray::number(código), dia});
+            ok = PQresultStatus(r) == PGRES_COMMAND_OK && ok;
+            PQclear(r);
+            audita("Atualizando Pergunta_Já_Mostrada onde Código_Pergunta = " + QString::number(código));
+            sorteada = true;
+        }
+        if (escrevendo) ok = Executa_Libpq(banco, "COMMIT") && ok;
+        if (!sorteada || !ok) {
+            estado.SkipWithError(ok ? "nenhuma pergunta sorteada" : "uma gravação falhou");
+            break;
+        }
+    }
+    PQfinish(banco);
+    PQfinish(auditoria);
+}
 
 // ---------- 10,000 writes, each in its own transaction, with the audit ----------
 
@@ -297,6 +488,8 @@ void BM_Localiza_Libpq_Puro(benchmark::State& estado) {
 }
 }  // namespace
 
+BENCHMARK(BM_Rodada_Libpq_Puro)->Unit(benchmark::kMillisecond)->Iterations(200);
+BENCHMARK(BM_Rodada_Pelo_Programa)->Unit(benchmark::kMillisecond)->Iterations(200);
 BENCHMARK(BM_Gravação_Libpq_Puro)->Unit(benchmark::kMillisecond)->Iterations(1);
 BENCHMARK(BM_Gravação_Pelo_Programa)->Unit(benchmark::kMillisecond)->Iterations(1);
 BENCHMARK(BM_Próximo_Libpq_Puro)->Unit(benchmark::kMillisecond)->Iterations(5);

@@ -437,6 +437,13 @@ class Sessão_Servidor final : public Sessão {
         const bool escrita = É_Escrita(sql);
         const bool inclusão = sql.trimmed().startsWith("insert", Qt::CaseInsensitive);
         if (inclusão) texto += " RETURNING rowid";
+        // Statements that carry their values in the text (a window's criterion) are many: the store keeps
+        // a bounded number of them prepared, as the embedded session does.
+        if (Comandos.size() > 200) {
+            qDeleteAll(Comandos);
+            Comandos.clear();
+            PQclear(PQexec(C, "DEALLOCATE ALL"));
+        }
         const QByteArray nome = "q" + QByteArray::number(++Série);
         PGresult* r = PQprepare(C, nome.constData(), texto.toUtf8().constData(), 0, nullptr);
         const bool ok = PQresultStatus(r) == PGRES_COMMAND_OK;
