@@ -94,6 +94,11 @@ void Cria_Tabela(Ligação& conexão, const QString& tabela, const QVector<Campo
         Executa(*sessão, Criação_Tabela(tabela, campos));
 }
 
+void Cria_Tabela_Da_Estrutura(Ligação& conexão, const Estrutura_Tabela& estrutura) {
+    Cria_Tabela(conexão, estrutura.Nome, estrutura.Campos);
+    for (const Índice_Info& índice : estrutura.Índices) Adiciona_Índice(conexão, estrutura.Nome, índice);
+}
+
 void Exclui_Tabela(Ligação& conexão, const QString& tabela) {
     if (auto sessão = Sessão_De(conexão)) Executa(*sessão, "DROP TABLE " + Citação(tabela));
 }

@@ -14,6 +14,8 @@ namespace Catálogo {
 void Cria_Banco(const QString& texto_conexão);
 void Cria_Tabela(Ligação& conexão, const QString& tabela, const QVector<Campo_Info>& campos);
 void Exclui_Tabela(Ligação& conexão, const QString& tabela);
+// A table with the fields and indexes of a structure read from another database, on either engine.
+void Cria_Tabela_Da_Estrutura(Ligação& conexão, const Estrutura_Tabela& estrutura);
 void Adiciona_Campo(Ligação& conexão, const QString& tabela, const Campo_Info& campo);
 void Exclui_Campo(Ligação& conexão, const QString& tabela, const QString& campo);
 // Changes a field's type or width, keeping its position and data.

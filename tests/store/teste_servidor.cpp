@@ -123,3 +123,35 @@ TEST(Motor_Banco, OnAServerTheMainAndAuditDatabasesLiveThereAndTheScratchOneStay
     ASSERT_TRUE(rascunho.Sessão_Física());
     EXPECT_FALSE(rascunho.Sessão_Física()->Servidor());
 }
+
+// A table copied by its structure from the embedded file to the server keeps fields, widths, Zero, Auto
+// and indexes: what a move of an installation to the server needs.
+TEST(Motor_Banco, ATableMadeFromAnotherDatabasesStructureKeepsFieldsAndIndexes) {
+    Pasta_Teste pasta;
+    Plataforma_Roteirizada plataforma;
+    Cria_Bancos_De_Teste();
+    const Estrutura_Tabela origem = Catálogo::Estrutura(Conexão, "tblUsuário");
+    ASSERT_FALSE(origem.Campos.isEmpty());
+    // Another database of the same engine: the scratch one, or the copy's schema on a server.
+    Catálogo::Cria_Banco(Conexão_Criação(Caminho_Cópia_Banco()));
+    Ligação destino;
+    destino.Open(Conexão_Cópia());
+    Catálogo::Cria_Tabela_Da_Estrutura(destino, origem);
+    const Estrutura_Tabela feita = Catálogo::Estrutura(destino, "tblUsuário");
+    ASSERT_EQ(feita.Campos.size(), origem.Campos.size());
+    for (int i = 0; i < feita.Campos.size(); ++i) {
+        EXPECT_EQ(feita.Campos[i].Nome, origem.Campos[i].Nome);
+        EXPECT_EQ(feita.Campos[i].Tipo, origem.Campos[i].Tipo);
+        EXPECT_EQ(feita.Campos[i].Largura, origem.Campos[i].Largura);
+        EXPECT_EQ(feita.Campos[i].Auto, origem.Campos[i].Auto);
+        EXPECT_EQ(feita.Campos[i].Zero, origem.Campos[i].Zero);
+    }
+    ASSERT_EQ(feita.Índices.size(), origem.Índices.size());
+    for (int i = 0; i < feita.Índices.size(); ++i) {
+        EXPECT_EQ(feita.Índices[i].Nome, origem.Índices[i].Nome);
+        EXPECT_EQ(feita.Índices[i].Tipo, origem.Índices[i].Tipo);
+        EXPECT_EQ(feita.Índices[i].Campos, origem.Índices[i].Campos);
+    }
+    destino.Close();
+    Exclui_Arquivo_Banco(Caminho_Cópia_Banco());
+}

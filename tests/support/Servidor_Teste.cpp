@@ -92,6 +92,11 @@ bool Servidor_Teste::Inicia() {
 
 Servidor_Teste::~Servidor_Teste() {
     if (Ligado) Roda("pg_ctl", {"stop", "-m", "immediate", "-D", Pasta + "/cluster"});
+    // The server's own log, kept where asked (a profile of the statements of a benchmark).
+    if (const QString destino = qEnvironmentVariable("QUIZORA_REGISTRO_SERVIDOR"); !destino.isEmpty()) {
+        QFile::remove(destino);
+        QFile::copy(Pasta + "/registro.log", destino);
+    }
     if (!Pasta.isEmpty()) QDir(Pasta).removeRecursively();
 }
 
