@@ -445,11 +445,31 @@ class Sessão_Servidor final : public Sessão {
             PQclear(PQexec(C, "DEALLOCATE ALL"));
         }
         const QByteArray nome = "q" + QByteArray::number(++Série);
+        // A statement refused as it is prepared must not spoil the transaction's earlier work either.
+        const bool protegida = Transação_SQL && Algo_Na_Transação;
+        if (protegida) Executa_Simples(C, "SAVEPOINT preparo");
         PGresult* r = PQprepare(C, nome.constData(), texto.toUtf8().constData(), 0, nullptr);
-        const bool ok = PQresultStatus(r) == PGRES_COMMAND_OK;
-        if (!ok) Guarda(Falha_Do_Resultado(C, r), falha);
+        bool ok = PQresultStatus(r) == PGRES_COMMAND_OK;
+        Falha_Servidor f;
+        if (!ok) f = Falha_Do_Resultado(C, r);
         PQclear(r);
-        if (!ok) return nullptr;
+        if (protegida)
+            Executa_Simples(C, ok ? "RELEASE SAVEPOINT preparo"
+                                  : "ROLLBACK TO SAVEPOINT preparo; RELEASE SAVEPOINT preparo");
+        else if (!ok && Transação_SQL)
+            Recomeça_Transação();
+        // A table or field made by another workstation since the names were read: read them again once.
+        if (!ok && (f.Estado == "42P01" || f.Estado == "42703") && !Nomes_Relidos) {
+            Nomes_Relidos = true;
+            Nomes.clear();
+            Comando_Banco* de_novo = Prepara(sql, falha);
+            Nomes_Relidos = false;
+            return de_novo;
+        }
+        if (!ok) {
+            Guarda(f, falha);
+            return nullptr;
+        }
         auto* comando = new Comando_Servidor(this, nome, valores, escrita, inclusão);
         comando->Descreve(PQdescribePrepared(C, nome.constData()));
         Comandos.insert(sql, comando);
@@ -608,6 +628,7 @@ class Sessão_Servidor final : public Sessão {
     PGconn* C;
     QHash<QString, Comando_Banco*> Comandos;
     QHash<QString, QString> Nomes;
+    bool Nomes_Relidos = false;
     int Série = 0;
     Falha_Servidor Última;
     qint64 Id_Inserido = 0;

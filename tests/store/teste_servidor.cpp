@@ -8,6 +8,7 @@
 #include "common/Globais.h"
 #include "failure/Trata_Erro.h"
 #include "store/Catálogo.h"
+#include "store/Comando_Banco.h"
 #include "store/Funções_Banco.h"
 #include "store/Sessão_Servidor.h"
 #include "support/Instalação_Teste.h"
@@ -154,4 +155,36 @@ TEST(Motor_Banco, ATableMadeFromAnotherDatabasesStructureKeepsFieldsAndIndexes) 
     }
     destino.Close();
     Exclui_Arquivo_Banco(Caminho_Cópia_Banco());
+}
+
+// Both engines: statements refused inside a transaction, as they are prepared or as they run, leave the
+// transaction's earlier writes in place, and it goes on to commit.
+TEST(Motor_Banco, StatementsRefusedInsideATransactionKeepsItsEarlierWrites) {
+    Pasta_Teste pasta;
+    Plataforma_Roteirizada plataforma;
+    Cria_Bancos_De_Teste();
+    const auto sessão = Conexão.Sessão_Física();
+    ASSERT_TRUE(sessão);
+    Falha_Banco falha;
+    sessão->Inicia();
+    ASSERT_TRUE(sessão->Prepara_Escrita(falha));
+    const auto inclui = [&](const char* nome) {
+        Comando_Banco* c = sessão->Prepara("INSERT INTO tblUsuário (Usuário, Senha) VALUES (?, 1)", falha);
+        if (c == nullptr) return -1;
+        c->Liga_Texto(1, nome);
+        const int r = c->Passo();
+        c->Reinicia();
+        return r;
+    };
+    EXPECT_EQ(inclui("Ana"), Fim_Comando);
+    EXPECT_EQ(sessão->Prepara("SELECT * FROM tblUsuário WHERE Usuário >>> 1", falha), nullptr);
+    EXPECT_EQ(falha.Número, -2147217900);
+    Falha_Banco outra;
+    EXPECT_FALSE(sessão->Executa("UPDATE tblUsuário SET Nenhum_Campo = 1", outra));
+    EXPECT_TRUE(outra.Houve());
+    EXPECT_NE(inclui("Ana"), Fim_Comando);  // the duplicate
+    EXPECT_EQ(inclui("Bia"), Fim_Comando);
+    Falha_Banco confirmação;
+    EXPECT_TRUE(sessão->Confirma(confirmação));
+    EXPECT_EQ(Lastrec("tblUsuário", Conexão), 2);
 }
