@@ -298,8 +298,12 @@ QString Traduz_Para_Servidor(const QString& sql, const QHash<QString, QString>& 
         QStringList com_nulos;
         for (QString termo : termos.split(',')) {
             termo = termo.trimmed();
-            com_nulos << termo +
-                             (termo.endsWith(" desc", Qt::CaseInsensitive) ? " NULLS LAST" : " NULLS FIRST");
+            // The row id is never null: a nulls clause on it would keep the server from its index.
+            if (termo.section(' ', 0, 0).compare("rowid", Qt::CaseInsensitive) == 0)
+                com_nulos << termo;
+            else
+                com_nulos << termo + (termo.endsWith(" desc", Qt::CaseInsensitive) ? " NULLS LAST"
+                                                                                   : " NULLS FIRST");
         }
         saída += " " + com_nulos.join(", ") + (fim_ordem < pedaços.size() ? " " : "");
     }

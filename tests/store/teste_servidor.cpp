@@ -32,12 +32,11 @@ QString Traduz(const QString& sql, int* valores = nullptr) {
 
 TEST(Tradução_Servidor, NamesAreQuotedAsCreatedAndValuesNumberedWhileLiteralsStayAsTyped) {
     int valores = 0;
-    EXPECT_EQ(
-        Traduz("SELECT rowid, Código_Pergunta FROM TBLPERGUNTA WHERE (pergunta = 'tipo ? tblPergunta') "
-               "AND +rowid <= ? ORDER BY Pergunta DESC, rowid LIMIT ?",
-               &valores),
-        "SELECT rowid, \"Código_Pergunta\" FROM \"tblPergunta\" WHERE (\"Pergunta\" = 'tipo ? "
-        "tblPergunta') AND rowid <= $1 ORDER BY \"Pergunta\" DESC NULLS LAST, rowid NULLS FIRST LIMIT $2");
+    EXPECT_EQ(Traduz("SELECT rowid, Código_Pergunta FROM TBLPERGUNTA WHERE (pergunta = 'tipo ? tblPergunta') "
+                     "AND +rowid <= ? ORDER BY Pergunta DESC, rowid LIMIT ?",
+                     &valores),
+              "SELECT rowid, \"Código_Pergunta\" FROM \"tblPergunta\" WHERE (\"Pergunta\" = 'tipo ? "
+              "tblPergunta') AND rowid <= $1 ORDER BY \"Pergunta\" DESC NULLS LAST, rowid LIMIT $2");
     EXPECT_EQ(valores, 2);
     // Words that are not names of the schema, and the statement's keywords, are left alone.
     EXPECT_EQ(Traduz("Select Count (*) From tblPergunta Where Trim(Tipo) = 'G' And Outro is null"),
