@@ -29,6 +29,10 @@ QString Texto_Para_Tela(const QString& texto) {
 }
 
 Plataforma_Qt::Plataforma_Qt(QStringList argumentos) : Argumentos(std::move(argumentos)) {
+    Fixa_Fuso_Horário();
+}
+
+void Plataforma_Qt::Fixa_Fuso_Horário() {
     // Without TZ the C library looks at /etc/localtime again at every local-time conversion, which is
     // three times a row when a report walks dated rows; naming the same file reads it once.
     if (qEnvironmentVariableIsEmpty("TZ")) {

@@ -8,6 +8,8 @@
 // The production platform: Qt widgets, the desktop's default applications, the real clock.
 class Plataforma_Qt : public Plataforma {
   public:
+    // Names the local time zone's file for the whole process, so that conversions stop reading it again.
+    static void Fixa_Fuso_Horário();
     explicit Plataforma_Qt(QStringList argumentos);
 
     Resposta_Caixa Caixa_Mensagem(const QString& texto, const QString& título, Ícone_Caixa ícone,

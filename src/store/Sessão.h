@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 #include <QVector>
+#include <array>
 #include <memory>
 
 struct sqlite3;
@@ -32,6 +33,14 @@ struct Campo_Info {
     int Largura = 0;  // characters, for text
     bool Auto = false;
     bool Zero = false;
+};
+
+// What rows read earlier can be checked against without reading them again: the file's WAL index header,
+// which every commit of any copy rewrites, and this connection's own row changes, committed or not.
+struct Carimbo_Dados {
+    std::array<unsigned char, 48> Cabeçalho{};
+    qint64 Mudanças = -1;
+    bool operator==(const Carimbo_Dados&) const = default;
 };
 
 enum class Tipo_Índice { Simples, Primário, Único };
@@ -87,6 +96,9 @@ class Sessão {
     void Marca_Escrita(const QString& tabela);  // a row written here to this table
     void Esquece_Contagens();
 
+    // The file's present mark; false when the file gives none (not in WAL mode): then rows are read again.
+    bool Carimbo(Carimbo_Dados& carimbo);
+
     std::shared_ptr<const Estrutura_Tabela> Estrutura(const QString& tabela, Falha_Banco& falha);
     void Esquece_Estruturas();
     QStringList Tabelas();
@@ -112,6 +124,8 @@ class Sessão {
     QHash<QString, std::shared_ptr<Estrutura_Tabela>> Estruturas;
     QVector<qint64> Travas;
     int Descritor_Travas = -1;
+    const unsigned char* Índice_Wal = nullptr;  // the WAL index file's first page, mapped read-only
+    bool Sem_Índice_Wal = false;
 };
 
 // SQLite index names are per database; Jet's are per table.
