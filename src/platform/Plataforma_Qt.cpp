@@ -20,6 +20,7 @@
 #include <ctime>
 
 #include "platform/Papel_de_Parede.h"
+#include "platform/Sistema_de_Arquivos.h"
 
 QString Texto_Para_Tela(const QString& texto) {
     QString saída = texto;
@@ -207,4 +208,8 @@ void Plataforma_Qt::Encerra_Agora(int código) {
 bool Plataforma_Qt::Muda_Papel_de_Parede(const QString& arquivo_bitmap) {
     Meios_Sessão sessão;
     return !Aplica_Papel_de_Parede(arquivo_bitmap, sessão).isEmpty();
+}
+
+QString Plataforma_Qt::Sistema_de_Arquivos(const QString& pasta) {
+    return Sistema_de_Arquivos_Da_Pasta(pasta);
 }

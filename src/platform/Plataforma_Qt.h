@@ -32,6 +32,7 @@ class Plataforma_Qt : public Plataforma {
     bool Linha_Comando_Vazia() override;
     [[noreturn]] void Encerra_Agora(int código) override;
     bool Muda_Papel_de_Parede(const QString& arquivo_bitmap) override;
+    QString Sistema_de_Arquivos(const QString& pasta) override;
 
   private:
     QStringList Argumentos;
