@@ -5,6 +5,8 @@
 
 #include <QApplication>
 
+#include "platform/Plataforma_Qt.h"
+
 #include <array>
 #include <cstdio>
 #include <map>
@@ -46,6 +48,7 @@ class Relator_Razão : public benchmark::ConsoleReporter {
 // The main of every benchmark program here: offscreen windows, the registered benchmarks, the ratio.
 inline int Roda_Comparação(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    Plataforma_Qt::Fixa_Fuso_Horário();  // as the program's own start does
     QApplication aplicação(argc, argv);
     benchmark::Initialize(&argc, argv);
     Relator_Razão relator;

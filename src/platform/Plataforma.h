@@ -54,6 +54,12 @@ class Plataforma {
         (void)arquivo_bitmap;
         return false;
     }
+
+    // The type of the file system that holds a folder ("ext4", "nfs4", "fuse.sshfs"); empty when unknown.
+    virtual QString Sistema_de_Arquivos(const QString& pasta) {
+        (void)pasta;
+        return {};
+    }
 };
 
 Plataforma& Plataforma_Atual();

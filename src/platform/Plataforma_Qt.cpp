@@ -20,6 +20,7 @@
 #include <ctime>
 
 #include "platform/Papel_de_Parede.h"
+#include "platform/Sistema_de_Arquivos.h"
 
 QString Texto_Para_Tela(const QString& texto) {
     QString saída = texto;
@@ -29,6 +30,10 @@ QString Texto_Para_Tela(const QString& texto) {
 }
 
 Plataforma_Qt::Plataforma_Qt(QStringList argumentos) : Argumentos(std::move(argumentos)) {
+    Fixa_Fuso_Horário();
+}
+
+void Plataforma_Qt::Fixa_Fuso_Horário() {
     // Without TZ the C library looks at /etc/localtime again at every local-time conversion, which is
     // three times a row when a report walks dated rows; naming the same file reads it once.
     if (qEnvironmentVariableIsEmpty("TZ")) {
@@ -203,4 +208,8 @@ void Plataforma_Qt::Encerra_Agora(int código) {
 bool Plataforma_Qt::Muda_Papel_de_Parede(const QString& arquivo_bitmap) {
     Meios_Sessão sessão;
     return !Aplica_Papel_de_Parede(arquivo_bitmap, sessão).isEmpty();
+}
+
+QString Plataforma_Qt::Sistema_de_Arquivos(const QString& pasta) {
+    return Sistema_de_Arquivos_Da_Pasta(pasta);
 }

@@ -8,6 +8,8 @@
 // The production platform: Qt widgets, the desktop's default applications, the real clock.
 class Plataforma_Qt : public Plataforma {
   public:
+    // Names the local time zone's file for the whole process, so that conversions stop reading it again.
+    static void Fixa_Fuso_Horário();
     explicit Plataforma_Qt(QStringList argumentos);
 
     Resposta_Caixa Caixa_Mensagem(const QString& texto, const QString& título, Ícone_Caixa ícone,
@@ -30,6 +32,7 @@ class Plataforma_Qt : public Plataforma {
     bool Linha_Comando_Vazia() override;
     [[noreturn]] void Encerra_Agora(int código) override;
     bool Muda_Papel_de_Parede(const QString& arquivo_bitmap) override;
+    QString Sistema_de_Arquivos(const QString& pasta) override;
 
   private:
     QStringList Argumentos;

@@ -31,6 +31,7 @@
 #include "questions/frmImporta_Pergunta.h"
 #include "questions/frmPergunta.h"
 #include "questions/frmVerifica_Pergunta.h"
+#include "shell/Aviso_Rede.h"
 #include "shell/frmLogin.h"
 #include "shell/frmSair.h"
 #include "shell/frmSobre.h"
@@ -227,6 +228,8 @@ void frmPrincipal::Form_Load() {
     Em_Cadastro = false;
     Sai_da_Gravação = false;
     Comando_SQL.clear();
+    // Before any database file is opened or made in Dados/.
+    Avisa_Dados_Na_Rede();
     {
         frmAtualiza_Versão atualiza(this);
         Plataforma_Atual().Mostra_Modal(&atualiza);

@@ -4,6 +4,7 @@
 #include <QRegularExpression>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "failure/Rotina.h"
 #include "store/Comando_Banco.h"
@@ -70,12 +71,12 @@ QVariant Campo::Value(std::source_location onde) const {
         return {};
     }
     if (auto it = R->Pendentes.find(Posição); it != R->Pendentes.end()) return *it;
-    if (R->Estático) return R->Linhas_Estáticas[R->Posição][Posição];
+    if (R->Estático) return R->Linhas_Estáticas.at(R->Posição).at(Posição);
     if (!R->Linha_Lida) {
         Falha(-2147217885, "Uma linha excluída foi referenciada.", onde);
         return {};
     }
-    return R->Linha[Posição];
+    return R->Linha.at(Posição);
 }
 
 void Campo::Set_Value(const QVariant& valor, std::source_location onde) {
@@ -133,9 +134,11 @@ int Campo::DefinedSize() const {
 
 namespace {
 // A walk holds a few pages of row ids around the current row; a page is one look-up in the index.
-constexpr int Linhas_Por_Página = 64;
+constexpr int Linhas_Por_Página = 128;
 constexpr int Páginas_Na_Janela = 3;
 constexpr int Linhas_Primeira_Página = 4;
+
+QVariant Valor_Do_Campo(const Estrutura_Tabela& estrutura, int campo, Comando_Banco* comando, int coluna);
 
 // A value of the order as read, kept as the store gave it so that it binds back unchanged.
 QVariant Valor_Chave(Comando_Banco* comando, int coluna) {
@@ -185,10 +188,12 @@ void Registros::Close() {
     Resto_Consulta.clear();
     Campos_Da_Tabela.clear();
     Aberto_ = false;
+    Começo_Pendente = false;
     Origem.clear();
     Ordem.clear();
     Colunas_Chave.clear();
     Limite_Id = 0;
+    Limite_Na_Página = false;
     Janela.clear();
     Atual = -1;
     Onde = Lugar::Antes;
@@ -239,7 +244,7 @@ void Registros::Open(const QString& fonte, Ligação& conexão, Opção_Abertura
         Resto_Consulta = Traduz_SQL(consulta.Resto);
         Aberto_ = true;
         Prepara_Ordem();
-        if (Lê_Limite(onde)) Começa(true, onde);
+        Começo_Pendente = true;
         return;
     }
 
@@ -329,7 +334,14 @@ void Registros::Prepara_Ordem() {
     }
     Colunas_Chave.clear();
     for (const Termo_Ordem& termo : Ordem) Colunas_Chave += ", " + termo.Expressão;
+    Ordem_Servida = Ordem.isEmpty();
+    for (const Índice_Info& índice : Estrutura->Índices)
+        if (!Ordem.isEmpty() && !índice.Campos.isEmpty() &&
+            (Citação(índice.Campos[0]) == Ordem[0].Expressão ||
+             índice.Campos[0].compare(Ordem[0].Expressão, Qt::CaseInsensitive) == 0))
+            Ordem_Servida = true;
     // The criterion stands in brackets: an Or in it must not swallow the conditions of the walk.
+    Sem_Critério = critério.isEmpty();
     Origem = "FROM " + Citação(Estrutura->Nome) + " WHERE " +
              (critério.isEmpty() ? QString() : "(" + critério + ") AND ") + "+rowid <= ?";
 }
@@ -364,8 +376,19 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
     for (const Termo_Ordem& termo : Ordem)
         ordem += termo.Expressão + (termo.Descendente == adiante ? " DESC, " : ", ");
     ordem += adiante ? "rowid" : "rowid DESC";
-    const QString início = "SELECT rowid" + Colunas_Chave + " " + Origem;
+    // The rows of a page come whole with their ids: a step to one of them reads nothing while the file's
+    // mark says that nothing was written since. A walk that takes all its ids at once takes only the ids.
+    // A walk taken anew reads the table's greatest row id, its limit, in the statement of its first page.
+    const bool com_limite = de == nullptr && Limite_Na_Página;
+    const QString início =
+        "SELECT rowid" + Colunas_Chave + (Ordem_Servida ? ", " + Campos_Da_Tabela + " " : " ") +
+        (com_limite ? ", (SELECT max(rowid) FROM " + Citação(Estrutura->Nome) + ") " : "") + Origem;
+    Carimbo_Dados carimbo;
+    const bool com_carimbo = Ordem_Servida && Sessão_->Carimbo(carimbo);
+    const int colunas = Estrutura->Campos.size();
+    const int primeira = 1 + static_cast<int>(Ordem.size());
     bool falhou = false;
+    página.reserve(std::min(máximo, Linhas_Por_Página));
     const auto roda = [&](const QString& condição, const QVariantList& valores) {
         if (falhou || página.size() >= máximo) return;
         Falha_Banco falha;
@@ -376,15 +399,26 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
             return Falha(falha.Número, falha.Descrição, onde);
         }
         int n = 1;
-        comando->Liga_Inteiro(n++, Limite_Id);
+        comando->Liga_Inteiro(n++, com_limite ? std::numeric_limits<qint64>::max() : Limite_Id);
         for (const QVariant& valor : valores) Liga_Chave(comando, n++, valor);
         comando->Liga_Inteiro(n, máximo - static_cast<int>(página.size()));
         int r;
         while ((r = comando->Passo()) == Linha_Pronta) {
             Entrada entrada;
             entrada.Id = comando->Inteiro(0);
+            entrada.Chave.reserve(Ordem.size());
             for (int i = 0; i < Ordem.size(); ++i) entrada.Chave << Valor_Chave(comando, i + 1);
-            página.append(entrada);
+            if (com_limite) {
+                Limite_Id = comando->Inteiro(primeira + (Ordem_Servida ? colunas : 0));
+                Limite_Na_Página = false;
+            }
+            if (com_carimbo) {
+                entrada.Valores.resize(colunas);
+                for (int i = 0; i < colunas; ++i)
+                    entrada.Valores[i] = Valor_Do_Campo(*Estrutura, i, comando, primeira + i);
+                entrada.Carimbo = carimbo;
+            }
+            página.append(std::move(entrada));
         }
         comando->Reinicia();
         if (r != Fim_Comando) {
@@ -462,22 +496,13 @@ bool Registros::Entrada_Da_Linha(qint64 id, bool filtrada, Entrada& entrada, std
 bool Registros::Passo(bool adiante, std::source_location onde) {
     // An order that no index serves (a source's own Order By on a plain field) would sort the whole
     // source again for every page: such a walk takes all its row ids at once, as a captured keyset.
-    const bool servida = [this] {
-        if (Ordem.isEmpty()) return true;
-        for (const Índice_Info& índice : Estrutura->Índices)
-            if (!índice.Campos.isEmpty() &&
-                (Citação(índice.Campos[0]) == Ordem[0].Expressão ||
-                 índice.Campos[0].compare(Ordem[0].Expressão, Qt::CaseInsensitive) == 0))
-                return true;
-        return false;
-    }();
+    const bool servida = Ordem_Servida;
     const int página_cheia = servida ? Linhas_Por_Página : std::numeric_limits<int>::max();
     const int máximo_janela =
         servida ? Linhas_Por_Página * Páginas_Na_Janela : std::numeric_limits<int>::max();
     if (Janela.isEmpty()) {
         // Opening reads mostly one row: the first page is short, the next ones full.
-        QVector<Entrada> página =
-            Busca_Página(nullptr, adiante, servida ? Linhas_Primeira_Página : página_cheia, onde);
+        QVector<Entrada> página = Busca_Página(nullptr, adiante, Linhas_Primeira_Página, onde);
         if (página.isEmpty()) return false;
         if (!adiante) std::reverse(página.begin(), página.end());
         Janela = std::move(página);
@@ -489,7 +514,7 @@ bool Registros::Passo(bool adiante, std::source_location onde) {
         QVector<Entrada> página = Busca_Página(&de, adiante, página_cheia, onde);
         if (página.isEmpty()) return false;
         if (adiante) {
-            Janela += página;
+            for (Entrada& entrada : página) Janela.append(std::move(entrada));
             if (const int sobra = static_cast<int>(Janela.size()) - máximo_janela; sobra > 0) {
                 Janela.remove(0, sobra);
                 próxima -= sobra;
@@ -511,7 +536,7 @@ void Registros::Anda(bool adiante, std::source_location onde) {
     Descarta_Edição();
     Linha_Lida = false;
     while (Passo(adiante, onde)) {
-        if (!Janela[Atual].Excluída && Lê_Linha(Id_Atual())) {
+        if (!Janela[Atual].Excluída && (Linha_Da_Página(Janela[Atual]) || Lê_Linha(Id_Atual()))) {
             Onde = Lugar::Na_Linha;
             Linha_Lida = true;
             return;
@@ -522,12 +547,29 @@ void Registros::Anda(bool adiante, std::source_location onde) {
     Atual = adiante ? static_cast<int>(Janela.size()) : -1;
 }
 
+// Takes the keyset anew and starts at one end; its first page brings the keyset's limit with it.
+void Registros::Começa_Com_Limite(bool do_início, std::source_location onde) {
+    Contagem = -1;
+    Excluídas_Antes_Da_Contagem = 0;
+    Limite_Na_Página = true;
+    Começa(do_início, onde);
+    // An empty source says nothing of the table's greatest row id: it is read on its own.
+    if (std::exchange(Limite_Na_Página, false) && Aberto_) Lê_Limite(onde);
+}
+
 void Registros::Começa(bool do_início, std::source_location onde) {
     Descarta_Edição();
     Janela.clear();
     Onde = do_início ? Lugar::Antes : Lugar::Depois;
     Anda(do_início, onde);
     Vazio = Janela.isEmpty();
+}
+
+bool Registros::Linha_Da_Página(const Entrada& entrada) {
+    Carimbo_Dados agora;
+    if (entrada.Valores.isEmpty() || !Sessão_->Carimbo(agora) || !(agora == entrada.Carimbo)) return false;
+    Linha = entrada.Valores;
+    return true;
 }
 
 bool Registros::Lê_Linha(qint64 id) {
@@ -548,6 +590,10 @@ bool Registros::Lê_Linha(qint64 id) {
 
 namespace {
 // Field `campo` of the table, read from column `coluna` of a statement.
+QString Texto_Da_Coluna(Comando_Banco* comando, int coluna) {
+    return comando->Texto(coluna);
+}
+
 QVariant Valor_Do_Campo(const Estrutura_Tabela& estrutura, int campo, Comando_Banco* comando, int coluna) {
     if (comando->Tipo(coluna) == Tipo_Valor::Nulo) return {};
     switch (estrutura.Campos[campo].Tipo) {
@@ -558,9 +604,9 @@ QVariant Valor_Do_Campo(const Estrutura_Tabela& estrutura, int campo, Comando_Ba
         case Tipo_Boolean:
             return static_cast<int>(comando->Inteiro(coluna)) != 0;
         case Tipo_Data:
-            return Data_Do_Banco(comando->Texto(coluna));
+            return Data_Do_Banco(Texto_Da_Coluna(comando, coluna));
         default:
-            return comando->Texto(coluna);
+            return Texto_Da_Coluna(comando, coluna);
     }
 }
 }  // namespace
@@ -601,17 +647,29 @@ void Registros::Edita(std::source_location onde) {
     Modo = Modo_Edição::Alteração;
 }
 
+// A slot opened on a table takes its place at the first row when it is first used, not at once: a window
+// that opens a table, sets its index and moves to the first row reads the table once, not three times.
+void Registros::Começa_Se_Pendente() const {
+    if (!Começo_Pendente) return;
+    auto* registros = const_cast<Registros*>(this);
+    registros->Começo_Pendente = false;
+    registros->Começa_Com_Limite(true, std::source_location::current());
+}
+
 bool Registros::Tem_Linha_Atual() const {
+    Começa_Se_Pendente();
     if (Estático) return Aberto_ && Posição >= 0 && Posição < Linhas_Estáticas.size();
     return Aberto_ && Onde == Lugar::Na_Linha;
 }
 
 bool Registros::Eof() const {
+    Começa_Se_Pendente();
     if (Estático) return !Aberto_ || Linhas_Estáticas.isEmpty() || Posição >= Linhas_Estáticas.size();
     return !Aberto_ || Vazio || Onde == Lugar::Depois;
 }
 
 bool Registros::Bof() const {
+    Começa_Se_Pendente();
     if (Estático) return !Aberto_ || Linhas_Estáticas.isEmpty() || Posição < 0;
     return !Aberto_ || Vazio || Onde == Lugar::Antes;
 }
@@ -623,10 +681,17 @@ qint64 Registros::Id_Linha_Atual() const {
 int Registros::RecordCount() const {
     if (!Aberto_) return 0;
     if (Estático) return static_cast<int>(Linhas_Estáticas.size());
+    Começa_Se_Pendente();
     if (Contagem < 0) {
         // Counted once, when asked: the rows of the keyset, those deleted through this slot included.
+        // A whole table is counted by its own count, which reads no row, less the rows added since.
         Falha_Banco falha;
-        Comando_Banco* comando = Sessão_->Prepara("SELECT count(*) " + Origem, falha);
+        const QString tabela = Citação(Estrutura->Nome);
+        Comando_Banco* comando =
+            Sessão_->Prepara(Sem_Critério ? "SELECT (SELECT count(*) FROM " + tabela +
+                                                ") - (SELECT count(*) FROM " + tabela + " WHERE rowid > ?)"
+                                          : "SELECT count(*) " + Origem,
+                             falha);
         if (comando == nullptr) return 0;
         comando->Liga_Inteiro(1, Limite_Id);
         const int r = comando->Passo();
@@ -644,6 +709,7 @@ void Registros::MoveFirst(std::source_location onde) {
         Posição = 0;
         return;
     }
+    if (std::exchange(Começo_Pendente, false)) return Começa_Com_Limite(true, onde);
     Começa(true, onde);
 }
 
@@ -653,6 +719,7 @@ void Registros::MoveLast(std::source_location onde) {
         Posição = static_cast<int>(Linhas_Estáticas.size()) - 1;
         return;
     }
+    if (std::exchange(Começo_Pendente, false)) return Começa_Com_Limite(false, onde);
     Começa(false, onde);
 }
 
@@ -680,7 +747,8 @@ void Registros::Requery(std::source_location onde) {
     if (!Aberto_) return Falha(3704, "A operação não é permitida quando o objeto está fechado.", onde);
     if (Estático) return Carrega_Estático(onde);
     Descarta_Edição();
-    if (Lê_Limite(onde)) Começa(true, onde);
+    Começo_Pendente = false;
+    Começa_Com_Limite(true, onde);
 }
 
 void Registros::Set_Index(const QString& índice, std::source_location onde) {
@@ -688,10 +756,12 @@ void Registros::Set_Index(const QString& índice, std::source_location onde) {
         return Falha(3251, "O objeto ou o provedor não é capaz de efetuar a operação solicitada.", onde);
     if (!índice.isEmpty() && Estrutura->Índice(índice) == nullptr)
         return Falha(3015, "'" + índice + "' não é um índice nesta tabela.", onde);
-    const qint64 atual = Id_Linha_Atual();
+    // A slot not yet placed stays so: its first use starts it in the new order.
+    const qint64 atual = Começo_Pendente ? -1 : Id_Linha_Atual();
     Descarta_Edição();
     Índice_Atual = índice;
     Prepara_Ordem();
+    if (Começo_Pendente) return;
     if (!Lê_Limite(onde)) return;
     // The current row stays current, now in its place in the new order; without one, the first row.
     Entrada entrada;
@@ -713,6 +783,7 @@ void Registros::Seek(const QVariantList& chave, Tipo_Busca tipo, std::source_loc
     if (índice == nullptr)
         return Falha(
             3019, "É necessário que haja um índice ativo para que esta operação possa ser realizada.", onde);
+    Começa_Se_Pendente();
     Descarta_Edição();
     const int partes = std::min<int>(chave.size(), índice->Campos.size());
     QVariantList valores;
@@ -765,6 +836,8 @@ void Registros::Seek(const QVariantList& chave, Tipo_Busca tipo, std::source_loc
     Falha_Banco falha;
     Comando_Banco* comando = Sessão_->Prepara(*texto, falha);
     if (comando == nullptr) return Falha(falha.Número, falha.Descrição, onde);
+    Carimbo_Dados carimbo;
+    const bool com_carimbo = Sessão_->Carimbo(carimbo);
     comando->Liga_Inteiro(1, Limite_Id);
     for (int i = 0; i < valores.size(); ++i) Liga_Valor(comando, i + 2, valores[i]);
     Entrada achada;
@@ -779,6 +852,10 @@ void Registros::Seek(const QVariantList& chave, Tipo_Busca tipo, std::source_loc
     }
     comando->Reinicia();
     if (achou) {
+        if (com_carimbo) {
+            achada.Valores = Linha;
+            achada.Carimbo = carimbo;
+        }
         Janela = {achada};
         Atual = 0;
         Onde = Lugar::Na_Linha;
@@ -961,6 +1038,7 @@ void Registros::Update(std::source_location onde) {
         Atual = 0;
         Onde = Lugar::Na_Linha;
         Vazio = false;
+        Começo_Pendente = false;
         if (Contagem >= 0) ++Contagem;
     }
     const bool soltar = Modo == Modo_Edição::Alteração && Trava_Sem_Transação;

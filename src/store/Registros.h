@@ -104,7 +104,9 @@ class Registros {
     struct Entrada {
         qint64 Id = 0;
         QVariantList Chave;
-        bool Excluída = false;  // deleted through this slot
+        bool Excluída = false;      // deleted through this slot
+        QVector<QVariant> Valores;  // the row as its page read it, good while the file's mark is unchanged
+        Carimbo_Dados Carimbo;
     };
 
     void Prepara_Ordem();
@@ -114,8 +116,11 @@ class Registros {
     bool Passo(bool adiante, std::source_location onde);
     void Anda(bool adiante, std::source_location onde);
     void Começa(bool do_início, std::source_location onde);
+    void Começa_Se_Pendente() const;
+    void Começa_Com_Limite(bool do_início, std::source_location onde);
     void Carrega_Estático(std::source_location onde);
     bool Lê_Linha(qint64 id);
+    bool Linha_Da_Página(const Entrada& entrada);
     bool Tem_Linha_Atual() const;
     qint64 Id_Atual() const { return Janela[Atual].Id; }
     QVariant Valor_Lido(int coluna, Comando_Banco* comando) const;
@@ -128,12 +133,16 @@ class Registros {
     QString Campos_Da_Tabela;  // the table's fields in their order, named: a server's row id stays out
     QString Índice_Atual;
     bool Aberto_ = false;
+    bool Começo_Pendente = false;  // opened, not yet placed at its first row
 
     // keyset, read in pages
     QString Origem;  // "FROM <table> WHERE (<criterion>) AND +rowid <= ?": the rows of the source
     QVector<Termo_Ordem> Ordem;
-    QString Colunas_Chave;  // ", <term>, ..." as selected with each row id
-    qint64 Limite_Id = 0;   // the greatest row id when the keyset was taken
+    bool Ordem_Servida = true;      // an index serves the order's first term
+    bool Sem_Critério = true;       // the source is the whole table
+    QString Colunas_Chave;          // ", <term>, ..." as selected with each row id
+    qint64 Limite_Id = 0;           // the greatest row id when the keyset was taken
+    bool Limite_Na_Página = false;  // the next first page reads Limite_Id
     QVector<Entrada> Janela;
     int Atual = -1;
     Lugar Onde = Lugar::Antes;

@@ -3,7 +3,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <cstring>
 #include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
 #include <sqlite3.h>
 #include <unistd.h>
 
@@ -20,6 +23,9 @@ QHash<QString, std::weak_ptr<Sessão>>& Registro() {
 QString Chave(const QString& caminho) {
     return QFileInfo(caminho).absoluteFilePath();
 }
+
+// The part of the WAL index file mapped for the data mark: its header lies in the first page.
+constexpr long Tamanho_Índice_Wal = 4096;
 
 // A wait for another copy's write lock; past it the write is refused as "in use".
 constexpr int Espera_Escrita_ms = 8000;
@@ -56,6 +62,7 @@ class Sessão_SQLite final : public Sessão {
     bool Possui_Trava(const QString& tabela, qint64 linha) const override;
     void Libera_Trava(const QString& tabela, qint64 linha) override;
     void Libera_Travas() override;
+    bool Carimbo(Carimbo_Dados& carimbo) override;
 
   protected:
     std::shared_ptr<Estrutura_Tabela> Lê_Estrutura(const QString& tabela, Falha_Banco& falha) override;
@@ -66,6 +73,8 @@ class Sessão_SQLite final : public Sessão {
     qint64 Versão_Dados = -1;  // the file's data_version when the counts were taken
     QVector<qint64> Travas;
     int Descritor_Travas = -1;
+    const unsigned char* Índice_Wal = nullptr;  // the WAL index file's first page, mapped read-only
+    bool Sem_Índice_Wal = false;
 };
 
 // A prepared SQLite statement.
@@ -145,6 +154,34 @@ Sessão_SQLite::~Sessão_SQLite() {
     qDeleteAll(Comandos);
     if (Banco != nullptr) sqlite3_close_v2(Banco);
     if (Descritor_Travas >= 0) ::close(Descritor_Travas);
+    if (Índice_Wal != nullptr) ::munmap(const_cast<unsigned char*>(Índice_Wal), Tamanho_Índice_Wal);
+}
+
+bool Sessão_SQLite::Carimbo(Carimbo_Dados& carimbo) {
+    if (Índice_Wal == nullptr && !Sem_Índice_Wal) {
+        // The header is mapped once the file is known to be in WAL mode; this connection keeps the index
+        // file open from then on, so it is neither removed nor cut short under the mapping.
+        Falha_Banco falha;
+        bool wal = false;
+        if (Comando_Banco* comando = Prepara("PRAGMA journal_mode", falha)) {
+            wal = comando->Passo() == Linha_Pronta && comando->Texto(0) == "wal";
+            comando->Reinicia();
+        }
+        const QByteArray nome = QFile::encodeName(Caminho + "-shm");
+        const int descritor = wal ? ::open(nome.constData(), O_RDONLY | O_CLOEXEC) : -1;
+        struct stat estado {};
+        if (descritor >= 0 && ::fstat(descritor, &estado) == 0 && estado.st_size >= Tamanho_Índice_Wal) {
+            void* mapa = ::mmap(nullptr, Tamanho_Índice_Wal, PROT_READ, MAP_SHARED, descritor, 0);
+            if (mapa != MAP_FAILED) Índice_Wal = static_cast<const unsigned char*>(mapa);
+        }
+        if (descritor >= 0) ::close(descritor);
+        Sem_Índice_Wal = Índice_Wal == nullptr;
+    }
+    if (Índice_Wal == nullptr) return false;
+    // The first copy of the header is the one that writers finish last.
+    std::memcpy(carimbo.Cabeçalho.data(), Índice_Wal, carimbo.Cabeçalho.size());
+    carimbo.Mudanças = sqlite3_total_changes64(Banco);
+    return true;
 }
 
 std::shared_ptr<Sessão> Sessão::Procura(const QString& caminho) {

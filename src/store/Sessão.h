@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 #include <QVector>
+#include <array>
 #include <memory>
 
 struct sqlite3;
@@ -39,6 +40,14 @@ struct Campo_Info {
     int Largura = 0;  // characters, for text
     bool Auto = false;
     bool Zero = false;
+};
+
+// What rows read earlier can be checked against without reading them again: the file's WAL index header,
+// which every commit of any copy rewrites, and this connection's own row changes, committed or not.
+struct Carimbo_Dados {
+    std::array<unsigned char, 48> Cabeçalho{};
+    qint64 Mudanças = -1;
+    bool operator==(const Carimbo_Dados&) const = default;
 };
 
 enum class Tipo_Índice { Simples, Primário, Único };
@@ -101,6 +110,10 @@ class Sessão {
     virtual void Memoriza_Contagem(const QString& sql, qint64 contagem) = 0;
     void Marca_Escrita(const QString& tabela);  // a row written here to this table
     void Esquece_Contagens();
+
+    // The file's present mark; false when the file gives none (not in WAL mode, or a server): then rows
+    // are read again.
+    virtual bool Carimbo(Carimbo_Dados& carimbo) = 0;
 
     std::shared_ptr<const Estrutura_Tabela> Estrutura(const QString& tabela, Falha_Banco& falha);
     virtual void Esquece_Estruturas();

@@ -567,6 +567,8 @@ class Sessão_Servidor final : public Sessão {
         if (Transação_Da_Trava && !Transação_Lógica && Travas.isEmpty()) Termina_Transação_Da_Trava();
     }
     void Libera_Travas() override { Travas.clear(); }
+    // The server gives no cheap mark of other workstations' commits: rows are read again as they come.
+    bool Carimbo(Carimbo_Dados&) override { return false; }
 
     PGconn* Conexão() const { return C; }
     bool Algo_Na_Transação = false;  // a write or a lock that a refusal must not undo

@@ -32,7 +32,8 @@ QStringList Tópicos_do_Manual() {
             "Manutenção do Banco de Dados",
             "Impressão das Manutenções Efetuadas no Banco de Dados",
             "Impressão do Log de Ocorrências",
-            "Configuração do Sistema"};
+            "Configuração do Sistema",
+            "Várias Estações"};
 }
 
 QString Página_do_Manual(const QString& Tópico) {

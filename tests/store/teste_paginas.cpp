@@ -312,6 +312,63 @@ TEST_F(Páginas_Teste, AnOwnInsertionBecomesCurrentAndADeletionKeepsThePlaceInTh
     EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), "P0300a");
 }
 
+// A walk reads rows a page at a time; a row of a page it already holds shows what was written to it since,
+// whether by another copy, by another slot of this copy or through this very slot.
+TEST_F(Páginas_Teste, RowsOfAPageAlreadyReadShowWhatWasWrittenSince) {
+    Tabela.Set_Index("idxCódigo_Pergunta");
+    for (int i = 1; i < 10; ++i) Tabela.MoveNext();
+    ASSERT_EQ(Tabela.Fields("Código_Pergunta").Value().toInt(), 10);
+
+    Outro_Processo({"UPDATE tblPergunta SET Pergunta = 'Outra cópia' WHERE Código_Pergunta = 11",
+                    "INSERT INTO tblPergunta (Pergunta, Resposta_Correta, Tipo, Já_Comparada) "
+                    "VALUES ('Nova', 'x', 'A', false)",
+                    "DELETE FROM tblPergunta WHERE Código_Pergunta = 13"});
+    Tabela.MoveNext();
+    EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), "Outra cópia");
+    // The keyset was taken before the other copy wrote: its new row is not counted, its deletion is.
+    EXPECT_EQ(Tabela.RecordCount(), Linhas - 1);
+
+    Abre_Tabela_Secundária("tblPergunta");
+    Tabela_Secundária.Set_Index("idxCódigo_Pergunta");
+    Tabela_Secundária.Seek(12);
+    Tabela_Secundária.Fields("Pergunta").Set_Value("Outra janela");
+    Tabela_Secundária.Update();
+    Tabela.MoveNext();
+    EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), "Outra janela");
+    Tabela.MoveNext();
+    EXPECT_EQ(Tabela.Fields("Código_Pergunta").Value().toInt(), 14);
+
+    Tabela.Fields("Pergunta").Set_Value("Esta janela");
+    Tabela.Update();
+    Tabela.MovePrevious();
+    Tabela.MoveNext();
+    EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), "Esta janela");
+}
+
+// A slot takes its rows when first used, so a window that opens a table, sets its index and moves to its
+// first row reads the table once; a row another copy adds before that first use is in the keyset.
+TEST_F(Páginas_Teste, ASlotTakesItsKeysetAtItsFirstUse) {
+    Tabela.Reinicia();
+    Abre_Tabela("tblPergunta");
+    Outro_Processo(
+        {"INSERT INTO tblPergunta (Pergunta, Resposta_Correta, Tipo, Já_Comparada) "
+         "VALUES ('A0000', 'x', 'A', false)"});
+    Tabela.Set_Index("idxPergunta");
+    Tabela.MoveFirst();
+    EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), "A0000");
+    EXPECT_EQ(Tabela.RecordCount(), Linhas + 1);
+
+    // An empty source still learns the table's limit: the rows there now are its keyset after Requery.
+    Tabela.Reinicia();
+    Abre_Tabela("Select * From tblPergunta Where Pergunta = 'nenhuma'");
+    EXPECT_TRUE(Tabela.Eof());
+    EXPECT_EQ(Tabela.RecordCount(), 0);
+    Outro_Processo({"UPDATE tblPergunta SET Pergunta = 'nenhuma' WHERE Código_Pergunta = 5"});
+    EXPECT_EQ(Tabela.RecordCount(), 0);
+    Tabela.Requery();
+    EXPECT_EQ(Tabela.RecordCount(), 1);
+}
+
 TEST_F(Páginas_Teste, CountsAreAnsweredFromMemoryUntilSomethingWritesToTheirTable) {
     SO_NO_EMBUTIDO("conta os comandos que o SQLite executa; no servidor cada contagem é feita de novo");
     int contagens = 0;

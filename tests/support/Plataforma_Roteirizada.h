@@ -79,6 +79,14 @@ class Plataforma_Roteirizada : public Plataforma {
         return Papel_Aceito;
     }
 
+    // The file system that every folder asked about lies on ("nfs4", "ext4"); the folders asked, in order.
+    QString Sistema_Arquivos;
+    QStringList Pastas_Sistema_Arquivos;
+    QString Sistema_de_Arquivos(const QString& pasta) override {
+        Pastas_Sistema_Arquivos << pasta;
+        return Sistema_Arquivos;
+    }
+
   private:
     Plataforma* Anterior;
     unsigned Estado_Gerador = 12345;
