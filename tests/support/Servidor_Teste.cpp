@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QStringList>
 
@@ -15,6 +16,7 @@
 #include <memory>
 #include <netinet/in.h>
 #include <pwd.h>
+#include <signal.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -70,10 +72,27 @@ Servidor_Teste* Servidor_Teste::Ativo() {
     return Único().get();
 }
 
+// Clusters left by test processes that were killed before they could stop theirs.
+static void Para_Abandonados() {
+    for (const QFileInfo& pasta : QDir(QDir::tempPath()).entryInfoList({"quizora-pg-*"}, QDir::Dirs)) {
+        QFile dono(pasta.filePath() + "/dono.pid");
+        if (!dono.open(QIODevice::ReadOnly)) continue;
+        const pid_t pid = static_cast<pid_t>(dono.readAll().trimmed().toLong());
+        dono.close();
+        if (pid <= 0 || ::kill(pid, 0) == 0) continue;
+        Roda("pg_ctl", {"stop", "-m", "immediate", "-D", pasta.filePath() + "/cluster"});
+        QDir(pasta.filePath()).removeRecursively();
+    }
+}
+
 bool Servidor_Teste::Inicia() {
+    Para_Abandonados();
     QByteArray modelo = QDir::tempPath().toUtf8() + "/quizora-pg-XXXXXX";
     if (::mkdtemp(modelo.data()) == nullptr) return false;
     Pasta = QString::fromUtf8(modelo);
+    QFile dono(Pasta + "/dono.pid");
+    if (dono.open(QIODevice::WriteOnly)) dono.write(QByteArray::number(::getpid()));
+    dono.close();
     if (::geteuid() == 0) {
         if (const passwd* usuário = ::getpwnam("postgres"))
             if (::chown(modelo.constData(), usuário->pw_uid, usuário->pw_gid) != 0) return false;
