@@ -47,10 +47,8 @@ bool Servidor_Disponível(QString& mensagem) {
     const QString caminho = Caminho_Dados() + "/Dados.Mdb";
     const QString servidor = Conexão_Do_Servidor(caminho);
     if (servidor.isEmpty()) return true;
-    Falha_Banco falha;
-    Existe_Esquema_Servidor(servidor, Esquema_Do_Servidor(caminho), falha);
-    mensagem = falha.Descrição;
-    return !falha.Houve();
+    mensagem = Motivo_Sem_Conexão(servidor);
+    return mensagem.isEmpty();
 }
 
 bool Exclui_Arquivo_Banco(const QString& caminho) {

@@ -156,6 +156,14 @@ bool Renomeia_Esquema_Servidor(const QString& conexão, const QString& esquema, 
     return ok;
 }
 
+QString Motivo_Sem_Conexão(const QString& conexão) {
+    PGconn* c = PQconnectdb(conexão.toUtf8().constData());
+    const QString motivo =
+        PQstatus(c) == CONNECTION_OK ? QString() : QString::fromUtf8(PQerrorMessage(c)).simplified();
+    PQfinish(c);
+    return motivo;
+}
+
 bool Existe_Esquema_Servidor(const QString& conexão, const QString& esquema, Falha_Banco& falha) {
     PGconn* c = Conecta(conexão, falha);
     if (c == nullptr) return false;

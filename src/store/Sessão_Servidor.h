@@ -23,6 +23,8 @@ bool Cria_Esquema_Servidor(const QString& conexão, const QString& esquema, Falh
 bool Exclui_Esquema_Servidor(const QString& conexão, const QString& esquema, Falha_Banco& falha);
 bool Renomeia_Esquema_Servidor(const QString& conexão, const QString& esquema, const QString& novo,
                                Falha_Banco& falha);
+// Why the server does not answer, as libpq tells it on one line; empty when it answers.
+QString Motivo_Sem_Conexão(const QString& conexão);
 // Whether the schema exists; false with `falha` set when the server cannot be reached.
 bool Existe_Esquema_Servidor(const QString& conexão, const QString& esquema, Falha_Banco& falha);
 

@@ -123,8 +123,9 @@ void frmAtualiza_Versão::tmrTempo_Timer() {
     // A server that does not answer leaves nothing to open: the user is told why, and the program ends.
     if (QString motivo; !Servidor_Disponível(motivo)) {
         Mensagem_Erro =
-            "O servidor de banco de dados indicado no arquivo Dados/Servidor.txt não respondeu.\r\r" +
-            motivo +
+            QString(
+                "O servidor de banco de dados indicado no arquivo Dados/Servidor.txt não respondeu.\r\r") +
+            "Resposta da conexão: " + motivo +
             "\r\rVerifique se o servidor está ligado e acessível pela rede e abra o sistema novamente";
         Registra_Ocorrência(-2147467259, objectName(), "tmrTempo_Timer", 0);
         Plataforma_Atual().Caixa_Mensagem(Mensagem_Erro + ".", Título_Programa, Ícone_Caixa::Crítico,
