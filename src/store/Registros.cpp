@@ -798,8 +798,8 @@ void Registros::Seek(const QVariantList& chave, Tipo_Busca tipo, std::source_loc
     // One look-up in the index, which also reads the row found: the first row of the keyset at the key,
     // in the order of the seek. The statement's text is made once for each source, index and kind.
     static QHash<QString, QString> textos;
-    const QString chave_texto = Origem + Colunas_Chave + '\n' + QString::number(static_cast<int>(tipo)) +
-                                '\n' + QString::number(partes);
+    const QString chave_texto = Origem + Colunas_Chave + '\n' + Campos_Da_Tabela + '\n' +
+                                QString::number(static_cast<int>(tipo)) + '\n' + QString::number(partes);
     auto texto = textos.constFind(chave_texto);
     if (texto == textos.constEnd()) {
         QString campos, marcas, igualdades;

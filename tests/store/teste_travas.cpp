@@ -82,13 +82,17 @@ TEST_F(Travas_Teste, HeldRowRefusesTheSecondCopyOnceAndLeavesOtherRowsFree) {
     Posiciona(2);
     EXPECT_EQ(Tabela.Fields("Resposta_Correta").Value().toString(), "Mudada aqui");
 
-    // A copy killed outright releases what it held.
+    // A copy killed outright releases what it held: at once in the file, within moments on a server, which
+    // ends the dead copy's session when it sees the connection gone.
     ::kill(static_cast<pid_t>(Outro.processId()), SIGKILL);
     ASSERT_TRUE(Outro.waitForFinished(10000));
+    Plataforma.Ao_Esperar = [] { QThread::msleep(100); };
     Posiciona(1);
     Inicia_Transação();
-    Trava(Tabela, Conexão, false);
+    Trava(Tabela, Conexão, true);
     EXPECT_TRUE(Travou);
+    EXPECT_LE(Plataforma.Sonos.size(), 50);
+    EXPECT_EQ(Plataforma.Caixas.size(), 1);
     Desfaz_Transação();
 }
 
