@@ -3,7 +3,7 @@
 set(PASTA_INSTALADA lib/quizora)
 set(LINUX ${CMAKE_CURRENT_LIST_DIR})
 
-install(TARGETS Quizora RUNTIME DESTINATION ${PASTA_INSTALADA})
+install(TARGETS Quizora quizora-migra RUNTIME DESTINATION ${PASTA_INSTALADA})
 install(DIRECTORY ${PASTA_PROGRAMA}/Ajuda ${PASTA_PROGRAMA}/Ícones ${PASTA_PROGRAMA}/Sons
         DESTINATION ${PASTA_INSTALADA})
 # Only the seed files: a database made by running the build's own copy never goes into the package.
@@ -11,7 +11,7 @@ install(FILES ${CMAKE_BINARY_DIR}/sementes/Temp.Mdb ${CMAKE_BINARY_DIR}/sementes
         DESTINATION ${PASTA_INSTALADA}/Dados)
 install(DIRECTORY DESTINATION ${PASTA_INSTALADA}/Relatórios)
 
-install(PROGRAMS ${LINUX}/quizora DESTINATION bin)
+install(PROGRAMS ${LINUX}/quizora ${LINUX}/quizora-migra DESTINATION bin)
 install(FILES ${LINUX}/br.com.norvane.Quizora.desktop DESTINATION share/applications)
 install(FILES ${LINUX}/br.com.norvane.Quizora.metainfo.xml DESTINATION share/metainfo)
 foreach(lado 48 128 256)

@@ -21,7 +21,9 @@ pacote="$trabalho/quizora_${versao}_amd64.deb"
 dpkg-deb -c "$pacote" | awk '{ $1 = $2 = $3 = $4 = $5 = ""; sub(/^ +/, ""); print }' >"$trabalho/lista"
 for esperado in \
     ./usr/bin/quizora \
+    ./usr/bin/quizora-migra \
     ./usr/lib/quizora/Quizora \
+    ./usr/lib/quizora/quizora-migra \
     ./usr/lib/quizora/Dados/Temp.Mdb \
     ./usr/lib/quizora/Dados/Temp.Zip \
     ./usr/lib/quizora/Relatórios/ \
