@@ -13,6 +13,7 @@
 #include "store/Funções_Banco.h"
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
+#include "Medidas_Programa.h"
 #include "Relator_Razão.h"
 #include "support/Plataforma_Roteirizada.h"
 
@@ -106,22 +107,7 @@ void Lê_Colunas(sqlite3_stmt* comando) {
 // What the Localiza button of the register does, with "Em qualquer posição..." and the word typed in.
 void BM_Localiza_Pelo_Programa(benchmark::State& estado) {
     Instalação instalação;
-    frmPergunta cadastro;
-    for (auto _ : estado) {
-        Abre_Tabela_Pesquisa("tblPergunta");
-        frmLocaliza_Informação localiza(&cadastro);
-        localiza.optOpção_Click(6);
-        localiza.txtConteúdo->setText(Palavra);
-        localiza.cmdOk_Click();
-        if (Linhas_Localizadas != Linhas_Página || Tabela_Dynaset.RecordCount() != Achadas) {
-            estado.SkipWithError("a primeira página não veio cheia");
-            break;
-        }
-        if (!instalação.Plataforma.Caixas.isEmpty()) {
-            estado.SkipWithError(instalação.Plataforma.Caixas.first().Texto.toUtf8().constData());
-            break;
-        }
-    }
+    Localiza_No_Cadastro(estado, instalação.Plataforma, Palavra, Linhas_Página, Achadas);
     Reinicia_Estado_Global();
 }
 

@@ -9,11 +9,8 @@
 #include <QApplication>
 #include <QDateTime>
 #include <QVector>
-#include <cstdint>
-#include <cstring>
 #include <map>
 #include <optional>
-#include <random>
 
 #include "common/Globais.h"
 #include "game/Regras_Jogo.h"
@@ -22,6 +19,7 @@
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
 #include "Banco_Puro.h"
+#include "Medidas_Programa.h"
 #include "Relator_Razão.h"
 #include "support/Plataforma_Roteirizada.h"
 
@@ -31,25 +29,6 @@ constexpr int Histórico = 501;
 constexpr int Segundos_Por_Rodada = 40;  // a question read and answered
 constexpr int Tentativas_Por_Código = 10;
 const QDateTime Início_Do_Jogo(QDate(2026, 11, 23), QTime(14, 30, 0));
-
-// The desktop seeds its generator with the bits of the seed. The scripted platform keeps the seed's
-// integer part, and past 03:50 of any day the float holds no low bits there: every turn would get the
-// same draws. Seeded as on the desktop, each reading of the moving clock gives draws of its own.
-class Plataforma_Sorteio_Real : public Plataforma_Roteirizada {
-  public:
-    void Semeia(float semente) override {
-        std::uint32_t bits = 0;
-        std::memcpy(&bits, &semente, sizeof bits);
-        Gerador.seed(bits);
-    }
-    double Aleatório() override {
-        const double x = std::generate_canonical<double, 53>(Gerador);
-        return x < 1.0 ? x : 0.0;
-    }
-
-  private:
-    std::mt19937 Gerador;
-};
 
 void Prepara_Banco(sqlite3* banco) {
     Executa_Puro(banco, "BEGIN");

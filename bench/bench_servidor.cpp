@@ -10,8 +10,6 @@
 #include <QLineEdit>
 #include <QVector>
 
-#include <cstring>
-#include <random>
 
 #include "common/Globais.h"
 #include "game/Regras_Jogo.h"
@@ -23,6 +21,7 @@
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
+#include "Medidas_Programa.h"
 #include "Relator_Razão.h"
 
 namespace {
@@ -124,23 +123,6 @@ struct Instalação {
 constexpr int Perguntas_Rodada = 10000;
 constexpr int Histórico = 501;
 const QDateTime Início_Do_Jogo(QDate(2026, 11, 23), QTime(14, 30, 0));
-
-// Seeded as on the desktop, so that each reading of the moving clock gives draws of its own.
-class Plataforma_Sorteio_Real : public Plataforma_Roteirizada {
-  public:
-    void Semeia(float semente) override {
-        std::uint32_t bits = 0;
-        std::memcpy(&bits, &semente, sizeof bits);
-        Gerador.seed(bits);
-    }
-    double Aleatório() override {
-        const double x = std::generate_canonical<double, 53>(Gerador);
-        return x < 1.0 ? x : 0.0;
-    }
-
-  private:
-    std::mt19937 Gerador;
-};
 
 struct Instalação_Jogo {
     Pasta_Teste Pasta;
@@ -442,22 +424,7 @@ void BM_Próximo_Libpq_Puro(benchmark::State& estado) {
 
 void BM_Localiza_Pelo_Programa(benchmark::State& estado) {
     Instalação& instalação = Banco_Grande();
-    frmPergunta cadastro;
-    for (auto _ : estado) {
-        Abre_Tabela_Pesquisa("tblPergunta");
-        frmLocaliza_Informação localiza(&cadastro);
-        localiza.optOpção_Click(6);
-        localiza.txtConteúdo->setText(Palavra);
-        localiza.cmdOk_Click();
-        if (Linhas_Localizadas != Linhas_Página || Tabela_Dynaset.RecordCount() != Achadas) {
-            estado.SkipWithError("a primeira página não veio cheia");
-            break;
-        }
-        if (!instalação.Plataforma.Caixas.isEmpty()) {
-            estado.SkipWithError(instalação.Plataforma.Caixas.first().Texto.toUtf8().constData());
-            break;
-        }
-    }
+    Localiza_No_Cadastro(estado, instalação.Plataforma, Palavra, Linhas_Página, Achadas);
     Encerra_Resultado_Localizado();
 }
 

@@ -1,0 +1,57 @@
+#pragma once
+// What the benchmarks on either engine measure of the program itself, so that the embedded and the server
+// runs do exactly the same work on the program's side.
+#include <benchmark/benchmark.h>
+
+#include <QLineEdit>
+#include <QString>
+#include <cstdint>
+#include <cstring>
+#include <random>
+
+#include "common/Globais.h"
+#include "questions/frmPergunta.h"
+#include "search/frmLocaliza_Informação.h"
+#include "store/Funções_Banco.h"
+#include "support/Plataforma_Roteirizada.h"
+
+// The desktop seeds its generator with the bits of the seed. The scripted platform keeps the seed's
+// integer part, and past 03:50 of any day the float holds no low bits there: every turn would get the
+// same draws. Seeded as on the desktop, each reading of the moving clock gives draws of its own.
+class Plataforma_Sorteio_Real : public Plataforma_Roteirizada {
+  public:
+    void Semeia(float semente) override {
+        std::uint32_t bits = 0;
+        std::memcpy(&bits, &semente, sizeof bits);
+        Gerador.seed(bits);
+    }
+    double Aleatório() override {
+        const double x = std::generate_canonical<double, 53>(Gerador);
+        return x < 1.0 ? x : 0.0;
+    }
+
+  private:
+    std::mt19937 Gerador;
+};
+
+// What the Localiza button of the question register does, with "Em qualquer posição..." and the word typed
+// in; each search must bring a full first page of `linhas_página` and find `achadas` questions in all.
+inline void Localiza_No_Cadastro(benchmark::State& estado, const Plataforma_Roteirizada& plataforma,
+                                 const QString& palavra, int linhas_página, int achadas) {
+    frmPergunta cadastro;
+    for (auto _ : estado) {
+        Abre_Tabela_Pesquisa("tblPergunta");
+        frmLocaliza_Informação localiza(&cadastro);
+        localiza.optOpção_Click(6);
+        localiza.txtConteúdo->setText(palavra);
+        localiza.cmdOk_Click();
+        if (Linhas_Localizadas != linhas_página || Tabela_Dynaset.RecordCount() != achadas) {
+            estado.SkipWithError("a primeira página não veio cheia");
+            break;
+        }
+        if (!plataforma.Caixas.isEmpty()) {
+            estado.SkipWithError(plataforma.Caixas.first().Texto.toUtf8().constData());
+            break;
+        }
+    }
+}
