@@ -55,3 +55,25 @@ inline void Localiza_No_Cadastro(benchmark::State& estado, const Plataforma_Rote
         }
     }
 }
+
+// The register's "Próximo", `passos` times from the first question; each measured walk must end at the
+// question numbered after its steps.
+inline void Próximo_No_Cadastro(benchmark::State& estado, const Plataforma_Roteirizada& plataforma,
+                                int passos) {
+    frmPergunta cadastro;
+    for (auto _ : estado) {
+        estado.PauseTiming();
+        Tabela.MoveFirst();
+        cadastro.Exibir_Campos();
+        estado.ResumeTiming();
+        for (int i = 0; i < passos; ++i) cadastro.cmdMovimenta_Registro_Click(2);
+        if (Tabela.Fields("Código_Pergunta").Value().toInt() != passos + 1) {
+            estado.SkipWithError("o cadastro não chegou à pergunta esperada");
+            break;
+        }
+        if (!plataforma.Caixas.isEmpty()) {
+            estado.SkipWithError(plataforma.Caixas.first().Texto.toUtf8().constData());
+            break;
+        }
+    }
+}

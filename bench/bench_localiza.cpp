@@ -143,23 +143,8 @@ void BM_Localiza_SQLite_Puro(benchmark::State& estado) {
 // The register's "Próximo", 1,000 times from the first question, with no locate filter on.
 void BM_Próximo_Pelo_Programa(benchmark::State& estado) {
     Instalação instalação;
-    frmPergunta cadastro;
     if (!Tabela_Dynaset.Source.isEmpty()) estado.SkipWithError("o cadastro abriu com um filtro");
-    for (auto _ : estado) {
-        estado.PauseTiming();
-        Tabela.MoveFirst();
-        cadastro.Exibir_Campos();
-        estado.ResumeTiming();
-        for (int i = 0; i < Passos; ++i) cadastro.cmdMovimenta_Registro_Click(2);
-        if (Tabela.Fields("Código_Pergunta").Value().toInt() != Passos + 1) {
-            estado.SkipWithError("o cadastro não chegou à pergunta esperada");
-            break;
-        }
-        if (!instalação.Plataforma.Caixas.isEmpty()) {
-            estado.SkipWithError(instalação.Plataforma.Caixas.first().Texto.toUtf8().constData());
-            break;
-        }
-    }
+    Próximo_No_Cadastro(estado, instalação.Plataforma, Passos);
     Reinicia_Estado_Global();
 }
 

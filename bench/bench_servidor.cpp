@@ -10,7 +10,6 @@
 #include <QLineEdit>
 #include <QVector>
 
-
 #include "common/Globais.h"
 #include "game/Regras_Jogo.h"
 #include "game/frmJogo.h"
@@ -375,23 +374,7 @@ Instalação& Banco_Grande() {
 }
 
 void BM_Próximo_Pelo_Programa(benchmark::State& estado) {
-    Instalação& instalação = Banco_Grande();
-    frmPergunta cadastro;
-    for (auto _ : estado) {
-        estado.PauseTiming();
-        Tabela.MoveFirst();
-        cadastro.Exibir_Campos();
-        estado.ResumeTiming();
-        for (int i = 0; i < Passos; ++i) cadastro.cmdMovimenta_Registro_Click(2);
-        if (Tabela.Fields("Código_Pergunta").Value().toInt() != Passos + 1) {
-            estado.SkipWithError("o cadastro não chegou à pergunta esperada");
-            break;
-        }
-        if (!instalação.Plataforma.Caixas.isEmpty()) {
-            estado.SkipWithError(instalação.Plataforma.Caixas.first().Texto.toUtf8().constData());
-            break;
-        }
-    }
+    Próximo_No_Cadastro(estado, Banco_Grande().Plataforma, Passos);
 }
 
 // By hand: the next row in code order, carrying the last code, every column read.
