@@ -560,6 +560,8 @@ void frmJogo::Mostra_Respostas() {
         const QString& texto = Jogo.Respostas_Exibidas[k];
         optResposta[k]->setText(Sem_Atalho(texto));
         optResposta[k]->setEnabled(!texto.isEmpty());
+        // A screen reader reads the answer itself, not the button's place.
+        optResposta[k]->setAccessibleName(texto.isEmpty() ? "Resposta " + QString::number(k + 1) : texto);
     }
 }
 

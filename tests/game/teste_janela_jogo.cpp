@@ -139,6 +139,12 @@ TEST_F(Janela_Jogo_Teste, TwoCompetitorsPlayUntilBothDropOutAndGoToTheHallOfFame
     EXPECT_EQ(janela.lblPontuação_1->text(), "Valendo");
     EXPECT_EQ(janela.lblPontuação_2->text().trimmed(), "10");
     EXPECT_FALSE(janela.lblPergunta->text().isEmpty());
+    // A screen reader hears each answer, as a player reads it.
+    for (QRadioButton* opção : janela.optResposta) {
+        if (opção->isEnabled()) {
+            EXPECT_EQ(opção->accessibleName(), opção->text().replace("&&", "&"));
+        }
+    }
     int turnos = 1;
 
     // Ana answers right: 10 points, level 2, the next question worth 20.
