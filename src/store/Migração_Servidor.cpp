@@ -4,7 +4,6 @@
 #include <QFileInfo>
 #include <QLocale>
 #include <QTemporaryDir>
-#include <libpq-fe.h>
 #include <memory>
 #include <sqlite3.h>
 
@@ -18,30 +17,6 @@ constexpr int Linhas_Por_Relato = 5000;
 
 QString Número(qint64 n) {
     return QLocale(QLocale::Portuguese, QLocale::Brazil).toString(n);
-}
-
-// A connection of the tool's own to the server, for what the store does not do: looking at the whole
-// database and setting the numbering after the copy.
-struct Conexão_Direta {
-    PGconn* C = nullptr;
-    explicit Conexão_Direta(const QString& texto) : C(PQconnectdb(texto.toUtf8().constData())) {}
-    ~Conexão_Direta() { PQfinish(C); }
-    bool Ligada() const { return PQstatus(C) == CONNECTION_OK; }
-    QString Erro() const { return QString::fromUtf8(PQerrorMessage(C)).trimmed(); }
-    // The first value of a query's first row; empty with `ok` false when the server refuses it.
-    QString Valor(const QString& sql, bool& ok) const {
-        PGresult* r = PQexec(C, sql.toUtf8().constData());
-        ok = PQresultStatus(r) == PGRES_TUPLES_OK && PQntuples(r) > 0;
-        const QString valor = ok ? QString::fromUtf8(PQgetvalue(r, 0, 0)) : QString();
-        PQclear(r);
-        return valor;
-    }
-};
-
-QString Texto_SQL(const QString& texto) {
-    QString s = texto;
-    s.replace('\'', "''");
-    return '\'' + s + '\'';
 }
 
 // A consistent copy of an embedded database, taken with the file opened for reading only: what is still
@@ -155,25 +130,6 @@ bool Copia_Tabela(Sessão& origem, Sessão& destino, const QString& tabela,
     return true;
 }
 
-// The numbering of each automatic field goes on after the greatest number copied.
-bool Acerta_Numeração(const Conexão_Direta& servidor, const QString& esquema,
-                      const Estrutura_Tabela& estrutura, QString& erro) {
-    for (const Campo_Info& campo : estrutura.Campos) {
-        if (!campo.Auto) continue;
-        const QString tabela = Citação(esquema) + "." + Citação(estrutura.Nome);
-        bool ok = false;
-        servidor.Valor("SELECT setval(pg_get_serial_sequence(" + Texto_SQL(tabela) + ", " +
-                           Texto_SQL(campo.Nome) + "), coalesce(max(" + Citação(campo.Nome) +
-                           "), 0) + 1, false) FROM " + tabela,
-                       ok);
-        if (!ok) {
-            erro = "Não foi possível acertar a numeração de " + estrutura.Nome + "." + campo.Nome + ": " +
-                   servidor.Erro();
-            return false;
-        }
-    }
-    return true;
-}
 }  // namespace
 
 bool Migra_Para_Servidor(const QString& pasta_dados, const std::function<void(const QString&)>& relata,
@@ -193,26 +149,12 @@ bool Migra_Para_Servidor(const QString& pasta_dados, const std::function<void(co
         }
 
     // Only an empty server database is filled: the data of another installation is never mixed in.
-    const Conexão_Direta direta(servidor);
-    if (!direta.Ligada()) {
-        erro = "Não foi possível conectar ao servidor (" + direta.Erro() + ").";
-        return false;
-    }
-    bool ok = false;
-    const QString ocupadas = direta.Valor(
-        "SELECT count(*) FROM pg_class c JOIN pg_namespace n ON n.oid = c.relnamespace WHERE c.relkind IN "
-        "('r', 'p', 'v', 'm', 'f') AND n.nspname NOT IN ('pg_catalog', 'information_schema') AND n.nspname "
-        "NOT LIKE 'pg\\_%'",
-        ok);
-    const QString esquemas = direta.Valor("SELECT count(*) FROM pg_namespace WHERE nspname IN ('" +
-                                              Esquema_Do_Servidor(pasta_dados + "/" + Bancos[0]) + "', '" +
-                                              Esquema_Do_Servidor(pasta_dados + "/" + Bancos[1]) + "')",
-                                          ok);
-    if (!ok || ocupadas.toInt() > 0 || esquemas.toInt() > 0) {
-        erro = ok ? "O banco do servidor não está vazio (" + ocupadas +
-                        " tabelas). A migração só copia para um "
-                        "banco vazio; nada foi alterado."
-                  : "O servidor recusou a consulta: " + direta.Erro();
+    Falha_Banco falha_servidor;
+    const int ocupadas = Tabelas_No_Servidor(servidor, falha_servidor);
+    if (ocupadas != 0) {
+        erro = ocupadas < 0 ? falha_servidor.Descrição
+                            : "O banco do servidor não está vazio (" + QString::number(ocupadas) +
+                                  " tabelas). A migração só copia para um banco vazio; nada foi alterado.";
         return false;
     }
 
@@ -259,7 +201,6 @@ bool Migra_Para_Servidor(const QString& pasta_dados, const std::function<void(co
             return desfaz();
         }
         // The counts are taken again from both sides once everything is written.
-        const QString esquema = Esquema_Do_Servidor(caminho);
         for (const QString& tabela : tabelas) {
             const auto estrutura = origem->Estrutura(tabela, falha);
             const qint64 lá = Conta(*origem, tabela, falha);
@@ -269,7 +210,10 @@ bool Migra_Para_Servidor(const QString& pasta_dados, const std::function<void(co
                        " no servidor: a cópia foi desfeita.";
                 return desfaz();
             }
-            if (!Acerta_Numeração(direta, esquema, *estrutura, erro)) return desfaz();
+            if (!Catálogo_Servidor::Acerta_Numeração(*destino, *estrutura, falha)) {
+                erro = "Não foi possível acertar a numeração de " + tabela + ": " + falha.Descrição;
+                return desfaz();
+            }
         }
         relata("  conferido: " + QString::number(tabelas.size()) +
                (tabelas.size() == 1 ? " tabela" : " tabelas") + " com o mesmo número de linhas.");

@@ -10,6 +10,7 @@
 #include <optional>
 
 #include "store/Comando_Banco.h"
+#include "store/Tradutor_SQL.h"
 
 namespace {
 // Types of the server (pg_type oids) that are read as numbers.
@@ -56,12 +57,6 @@ Falha_Banco Falha_Traduzida(const Falha_Servidor& f) {
     if (e.startsWith("08") || e.startsWith("57P"))
         return {-2147467259, "A conexão com o servidor de banco de dados foi perdida: " + f.Mensagem + "."};
     return {-2147467259, "Falha do banco de dados: " + f.Mensagem + "."};
-}
-
-QString Citação_Texto(const QString& texto) {
-    QString s = texto;
-    s.replace('\'', "''");
-    return '\'' + s + '\'';
 }
 
 void Sem_Avisos(void*, const char*) {}
@@ -168,11 +163,36 @@ bool Existe_Esquema_Servidor(const QString& conexão, const QString& esquema, Fa
     PGconn* c = Conecta(conexão, falha);
     if (c == nullptr) return false;
     PGresult* r = PQexec(
-        c, ("SELECT 1 FROM pg_namespace WHERE nspname = " + Citação_Texto(esquema)).toUtf8().constData());
+        c, ("SELECT 1 FROM pg_namespace WHERE nspname = " + Valor_Texto_SQL(esquema)).toUtf8().constData());
     const bool existe = PQresultStatus(r) == PGRES_TUPLES_OK && PQntuples(r) == 1;
     PQclear(r);
     PQfinish(c);
     return existe;
+}
+
+int Tabelas_No_Servidor(const QString& conexão, Falha_Banco& falha) {
+    PGconn* c = Conecta(conexão, falha);
+    if (c == nullptr) return -1;
+    // Tables and views anywhere, and schemas of any name: a new database holds only the empty "public".
+    PGresult* r =
+        PQexec(c,
+               "SELECT (SELECT count(*) FROM pg_class k JOIN pg_namespace n ON n.oid = k.relnamespace "
+               "WHERE k.relkind IN ('r', 'p', 'v', 'm', 'f') AND n.nspname NOT IN ('pg_catalog', "
+               "'information_schema') AND n.nspname NOT LIKE 'pg\\_%'), (SELECT count(*) FROM "
+               "pg_namespace WHERE nspname NOT IN ('public', 'information_schema') AND nspname NOT "
+               "LIKE 'pg\\_%')");
+    int tabelas = -1;
+    if (PQresultStatus(r) == PGRES_TUPLES_OK && PQntuples(r) == 1) {
+        tabelas = QByteArray(PQgetvalue(r, 0, 0)).toInt();
+        // A schema with no table still belongs to someone.
+        if (tabelas == 0 && QByteArray(PQgetvalue(r, 0, 1)).toInt() > 0) tabelas = 1;
+    } else {
+        falha = {-2147467259,
+                 "O servidor recusou a consulta: " + QString::fromUtf8(PQerrorMessage(c)).trimmed()};
+    }
+    PQclear(r);
+    PQfinish(c);
+    return tabelas;
 }
 
 // ---------- translation ----------
@@ -275,7 +295,7 @@ QString Traduz_Para_Servidor(const QString& sql, const QHash<QString, QString>& 
         if (pedaços[depois].Tipo == Pedaço::Texto) {
             QString padrão = pedaços[depois].Texto_.mid(1, pedaços[depois].Texto_.size() - 2);
             padrão.replace("''", "'");
-            pedaços[depois].Texto_ = Citação_Texto(Padrão_Like(padrão));
+            pedaços[depois].Texto_ = Valor_Texto_SQL(Padrão_Like(padrão));
         }
     }
     // Nulls stand first in an ascending order, as in the embedded engine (the server puts them last).
@@ -733,7 +753,7 @@ std::shared_ptr<Estrutura_Tabela> Sessão_Servidor::Lê_Estrutura(const QString&
     }
     auto estrutura = std::make_shared<Estrutura_Tabela>();
     estrutura->Nome = criado;
-    const QString oid = "(" + Citação_Texto(Citação(criado)) + "::regclass)";
+    const QString oid = "(" + Valor_Texto_SQL(Citação(criado)) + "::regclass)";
     PGresult* r = PQexec(C, ("SELECT a.attname, format_type(a.atttypid, a.atttypmod), "
                              "coalesce(col_description(a.attrelid, a.attnum), ''), a.attidentity <> '' "
                              "FROM pg_attribute a WHERE a.attrelid = " +
@@ -777,7 +797,7 @@ std::shared_ptr<Sessão> Abre_Sessão_Servidor(const QString& chave, const QStri
     PGconn* c = Conecta(conexão, falha);
     if (c == nullptr) return nullptr;
     PGresult* r = PQexec(
-        c, ("SELECT 1 FROM pg_namespace WHERE nspname = " + Citação_Texto(esquema)).toUtf8().constData());
+        c, ("SELECT 1 FROM pg_namespace WHERE nspname = " + Valor_Texto_SQL(esquema)).toUtf8().constData());
     const bool existe = PQresultStatus(r) == PGRES_TUPLES_OK && PQntuples(r) == 1;
     PQclear(r);
     if (!existe) {
@@ -895,7 +915,7 @@ bool Adiciona_Índice(Sessão& sessão, const QString& tabela, const Índice_Inf
     return Do_Servidor(sessão).Executa_Direto(
         QString("CREATE ") + (índice.Tipo == Tipo_Índice::Simples ? "" : "UNIQUE ") + "INDEX " +
             Citação(físico) + " ON " + Citação(nome) + " (" + campos + "); COMMENT ON INDEX " +
-            Citação(físico) + " IS " + Citação_Texto(comentário),
+            Citação(físico) + " IS " + Valor_Texto_SQL(comentário),
         falha);
 }
 
@@ -911,6 +931,20 @@ bool Garante_Índice_de_Consulta(Sessão& sessão, const QString& tabela, const 
         "CREATE INDEX IF NOT EXISTS " + Citação(Nome_Físico("c_", nome, campo)) + " ON " + Citação(nome) +
             " (" + Citação(campo) + " NULLS FIRST, rowid)",
         falha);
+}
+
+bool Acerta_Numeração(Sessão& sessão, const Estrutura_Tabela& estrutura, Falha_Banco& falha) {
+    for (const Campo_Info& campo : estrutura.Campos) {
+        if (!campo.Auto) continue;
+        const QString tabela = Citação(Nome_Da_Tabela(sessão, estrutura.Nome));
+        if (!Do_Servidor(sessão).Executa_Direto("SELECT setval(pg_get_serial_sequence(" +
+                                                    Valor_Texto_SQL(tabela) + ", " +
+                                                    Valor_Texto_SQL(campo.Nome) + "), coalesce(max(" +
+                                                    Citação(campo.Nome) + "), 0) + 1, false) FROM " + tabela,
+                                                falha))
+            return false;
+    }
+    return true;
 }
 
 bool Copia_Banco(Sessão& sessão, const QString& destino, Falha_Banco& falha) {

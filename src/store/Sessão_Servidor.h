@@ -25,6 +25,9 @@ bool Renomeia_Esquema_Servidor(const QString& conexão, const QString& esquema, 
                                Falha_Banco& falha);
 // Why the server does not answer, as libpq tells it on one line; empty when it answers.
 QString Motivo_Sem_Conexão(const QString& conexão);
+// How many tables the server database holds (a schema without tables counts as one); -1 with `falha` set
+// when the server cannot be reached.
+int Tabelas_No_Servidor(const QString& conexão, Falha_Banco& falha);
 // Whether the schema exists; false with `falha` set when the server cannot be reached.
 bool Existe_Esquema_Servidor(const QString& conexão, const QString& esquema, Falha_Banco& falha);
 
@@ -49,6 +52,9 @@ bool Adiciona_Índice(Sessão& sessão, const QString& tabela, const Índice_Inf
 bool Exclui_Índice(Sessão& sessão, const QString& tabela, const QString& índice, Falha_Banco& falha);
 bool Garante_Índice_de_Consulta(Sessão& sessão, const QString& tabela, const QString& campo,
                                 Falha_Banco& falha);
+// Sets the numbering of each automatic field past the greatest number the table holds (after rows were
+// copied in with their numbers).
+bool Acerta_Numeração(Sessão& sessão, const Estrutura_Tabela& estrutura, Falha_Banco& falha);
 // Copies every table of the session's schema into the schema that stands for `destino`, made anew.
 bool Copia_Banco(Sessão& sessão, const QString& destino, Falha_Banco& falha);
 }  // namespace Catálogo_Servidor
