@@ -6,18 +6,9 @@
 #include <QKeyEvent>
 #include <QStyle>
 
+#include "platform/Sistema_de_Arquivos.h"
+
 namespace {
-const QStringList Sistemas_de_Rede = {"cifs", "smb3", "smbfs", "nfs", "nfs4", "sshfs", "fuse.sshfs", "9p"};
-
-QString Ponto_Montagem(QString texto) {
-    return texto.replace("\\040", " ");
-}
-
-QString Montagens_do_Sistema() {
-    QFile arquivo("/proc/self/mountinfo");
-    return arquivo.open(QIODevice::ReadOnly) ? QString::fromUtf8(arquivo.readAll()) : QString();
-}
-
 // "/" for the root; the last folder's name otherwise, after the full path.
 QString Texto_Local(const QString& local, const QString& pasta_pessoal) {
     if (local == "/") return "/  (raiz)";
@@ -36,14 +27,11 @@ QStringList Locais_de_Imagens(const QString& montagens, const QString& pasta_pes
     QStringList locais = {"/"};
     if (!pasta_pessoal.isEmpty() && pasta_pessoal != "/") locais << QDir::cleanPath(pasta_pessoal);
     QStringList outros;
-    for (const QString& linha : montagens.split('\n', Qt::SkipEmptyParts)) {
-        const QStringList partes = linha.split(' ');
-        const int traço = partes.indexOf("-");
-        if (partes.size() < 5 || traço < 0 || traço + 1 >= partes.size()) continue;
-        const QString ponto = Ponto_Montagem(partes[4]);
+    for (const Montagem& montagem : Montagens_Da_Tabela(montagens)) {
+        const QString& ponto = montagem.Ponto;
         const bool removível =
             ponto.startsWith("/media/") || ponto.startsWith("/run/media/") || ponto.startsWith("/mnt/");
-        if ((removível || Sistemas_de_Rede.contains(partes[traço + 1])) && !locais.contains(ponto) &&
+        if ((removível || Sistema_de_Arquivos_de_Rede(montagem.Tipo)) && !locais.contains(ponto) &&
             !outros.contains(ponto))
             outros << ponto;
     }
@@ -63,7 +51,7 @@ void Lista_Unidades::Atualiza() {
     const QString pessoal = QDir::homePath();
     Mudando = true;
     clear();
-    for (const QString& local : Locais_de_Imagens(Montagens_do_Sistema(), pessoal))
+    for (const QString& local : Locais_de_Imagens(Tabela_De_Montagens(), pessoal))
         addItem(Texto_Local(local, pessoal), local);
     Mudando = false;
 }

@@ -31,22 +31,35 @@ bool Contém(const QString& ponto, const QString& caminho) {
 }
 }  // namespace
 
-QString Sistema_de_Arquivos_Em(const QString& caminho, const QString& montagens) {
-    const QString alvo = QDir::cleanPath(caminho);
-    QString melhor_ponto, melhor_tipo;
+QList<Montagem> Montagens_Da_Tabela(const QString& montagens) {
+    QList<Montagem> lista;
     for (const QString& linha : montagens.split('\n', Qt::SkipEmptyParts)) {
         // "36 35 98:0 /raiz /ponto opções [campos opcionais...] - tipo origem superopções"
         const QStringList partes = linha.split(' ');
         const int traço = partes.indexOf("-");
         if (traço < 6 || traço + 1 >= partes.size()) continue;
-        const QString ponto = Sem_Escapes(partes[4]);
-        // Later lines were mounted later: on the same point the last one hides the ones before it.
-        if (Contém(ponto, alvo) && ponto.size() >= melhor_ponto.size()) {
-            melhor_ponto = ponto;
-            melhor_tipo = partes[traço + 1];
-        }
+        lista.append({Sem_Escapes(partes[4]), partes[traço + 1],
+                      traço + 2 < partes.size() ? Sem_Escapes(partes[traço + 2]) : QString()});
     }
-    return melhor_tipo;
+    return lista;
+}
+
+Montagem Montagem_Do_Caminho(const QString& caminho, const QString& montagens) {
+    const QString alvo = QDir::cleanPath(caminho);
+    Montagem melhor;
+    // Later lines were mounted later: on the same point the last one hides the ones before it.
+    for (const Montagem& m : Montagens_Da_Tabela(montagens))
+        if (Contém(m.Ponto, alvo) && m.Ponto.size() >= melhor.Ponto.size()) melhor = m;
+    return melhor;
+}
+
+QString Tabela_De_Montagens() {
+    QFile arquivo("/proc/self/mountinfo");
+    return arquivo.open(QIODevice::ReadOnly) ? QString::fromUtf8(arquivo.readAll()) : QString();
+}
+
+QString Sistema_de_Arquivos_Em(const QString& caminho, const QString& montagens) {
+    return Montagem_Do_Caminho(caminho, montagens).Tipo;
 }
 
 bool Sistema_de_Arquivos_de_Rede(const QString& tipo) {
@@ -80,8 +93,8 @@ bool Sistema_de_Arquivos_de_Rede(const QString& tipo) {
 }
 
 QString Sistema_de_Arquivos_Da_Pasta(const QString& pasta) {
-    QFile arquivo("/proc/self/mountinfo");
-    if (!arquivo.open(QIODevice::ReadOnly)) return QString();
+    const QString montagens = Tabela_De_Montagens();
+    if (montagens.isEmpty()) return QString();
     // A link (a "Dados" pointing at a share) is judged where it leads; a folder still to be made, by the
     // folder it will be made in.
     QString existente = QDir::cleanPath(QFileInfo(pasta).absoluteFilePath());
@@ -91,6 +104,5 @@ QString Sistema_de_Arquivos_Da_Pasta(const QString& pasta) {
         existente = QFileInfo(existente).absolutePath();
     }
     const QString real = QFileInfo(existente).canonicalFilePath();
-    return Sistema_de_Arquivos_Em((real.isEmpty() ? existente : real) + resto,
-                                  QString::fromUtf8(arquivo.readAll()));
+    return Sistema_de_Arquivos_Em((real.isEmpty() ? existente : real) + resto, montagens);
 }

@@ -1,11 +1,26 @@
 #pragma once
-// Which file system holds a folder, read from the kernel's mount table (/proc/self/mountinfo).
+// The kernel's mount table (/proc/self/mountinfo): what is mounted where, and which file system holds a
+// folder.
+#include <QList>
 #include <QString>
 
-// The type of the file system that holds a path ("ext4", "nfs4", "fuse.sshfs") over a given text of
-// /proc/self/mountinfo: the mount with the longest mount point that holds the path, the last one mounted when
-// several sit on the same point. The path is taken as written (absolute, links already resolved); empty when
-// no mount holds it.
+// One line of the table: the mount point, the file system type and what was mounted ("//servidor/dados").
+struct Montagem {
+    QString Ponto;
+    QString Tipo;
+    QString Fonte;
+};
+
+// The mounts of a text of /proc/self/mountinfo, in the order they were mounted, escapes read.
+QList<Montagem> Montagens_Da_Tabela(const QString& montagens);
+// The mount that holds a path (absolute, links already resolved): the one with the longest mount point, the
+// last one mounted when several sit on the same point. Empty when no mount holds it.
+Montagem Montagem_Do_Caminho(const QString& caminho, const QString& montagens);
+// This process's table; empty when it cannot be read.
+QString Tabela_De_Montagens();
+
+// The type of the file system that holds a path ("ext4", "nfs4", "fuse.sshfs"), as Montagem_Do_Caminho finds
+// it.
 QString Sistema_de_Arquivos_Em(const QString& caminho, const QString& montagens);
 
 // The file systems whose files other computers reach over the network: their locks cannot be trusted by a

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QWidget>
 
+#include "platform/Sistema_de_Arquivos.h"
 #include "failure/Rotina.h"
 #include "platform/Plataforma.h"
 #include "store/Funções_Banco.h"
@@ -60,35 +61,15 @@ void Auxílio_Novo_Cadastro(QWidget* Janela, const QString& Palavra, bool Mascul
 }
 
 QString Fonte_de_Rede(const QString& caminho, const QString& montagens) {
-    static const QStringList de_rede = {"cifs", "smb3", "smbfs", "nfs", "nfs4", "sshfs", "fuse.sshfs", "9p"};
-    const QString alvo = QDir::cleanPath(QFileInfo(caminho).absoluteFilePath());
-    QString melhor_ponto, melhor_fonte, melhor_tipo;
-    for (const QString& linha : montagens.split('\n', Qt::SkipEmptyParts)) {
-        const QStringList partes = linha.split(' ');
-        const int traço = partes.indexOf("-");
-        if (partes.size() < 5 || traço < 0 || traço + 2 >= partes.size()) continue;
-        QString ponto = partes[4];
-        ponto.replace("\\040", " ");
-        const bool contém = alvo == ponto || ponto == "/" || alvo.startsWith(ponto + "/");
-        // The longest mount point that holds the path is the one it lies on.
-        if (contém && ponto.size() >= melhor_ponto.size()) {
-            melhor_ponto = ponto;
-            melhor_tipo = partes[traço + 1];
-            melhor_fonte = partes[traço + 2];
-        }
-    }
-    return de_rede.contains(melhor_tipo) ? melhor_fonte.replace("\\040", " ") : QString();
+    const Montagem montagem = Montagem_Do_Caminho(QFileInfo(caminho).absoluteFilePath(), montagens);
+    return Sistema_de_Arquivos_de_Rede(montagem.Tipo) ? montagem.Fonte : QString();
 }
 
 QString Obter_Formato_UNC(QString& Caminho) {
     Rotina r(Fonte_Funções_Públicas, "Obter_Formato_UNC");
     Plataforma_Atual().Cursor_Ocupado(Caminho_Ícone("Processamento.Ico"));
     QString fonte;
-    if (Caminho.size() >= 2) {
-        QFile montagens("/proc/self/mountinfo");
-        if (montagens.open(QIODevice::ReadOnly))
-            fonte = Fonte_de_Rede(Caminho, QString::fromUtf8(montagens.readAll()));
-    }
+    if (Caminho.size() >= 2) fonte = Fonte_de_Rede(Caminho, Tabela_De_Montagens());
     Plataforma_Atual().Cursor_Normal();
     return fonte;
 }

@@ -9,6 +9,7 @@
 #include <QPixmap>
 #include <QStandardPaths>
 
+#include "platform/Sistema_de_Arquivos.h"
 #include "common/Globais.h"
 #include "failure/Mensagens.h"
 #include "failure/Rotina.h"
@@ -22,31 +23,16 @@ namespace {
 constexpr int Largura_Mínima = 320;
 constexpr int Altura_Mínima = 200;
 
-// The mount point that holds a path, with the share mounted there.
-struct Montagem {
-    QString Ponto;
-    QString Fonte;
-};
-
 QList<Montagem> Montagens_de_Rede() {
-    static const QStringList de_rede = {"cifs", "smb3", "smbfs", "nfs", "nfs4", "sshfs", "fuse.sshfs", "9p"};
-    QList<Montagem> montagens;
-    for (const QString& linha : Montagens_Atuais().split('\n', Qt::SkipEmptyParts)) {
-        const QStringList partes = linha.split(' ');
-        const int traço = partes.indexOf("-");
-        if (partes.size() < 5 || traço < 0 || traço + 2 >= partes.size()) continue;
-        if (!de_rede.contains(partes[traço + 1])) continue;
-        montagens.append(
-            {QString(partes[4]).replace("\\040", " "), QString(partes[traço + 2]).replace("\\040", " ")});
-    }
-    return montagens;
+    QList<Montagem> de_rede;
+    for (const Montagem& montagem : Montagens_Da_Tabela(Montagens_Atuais()))
+        if (Sistema_de_Arquivos_de_Rede(montagem.Tipo)) de_rede.append(montagem);
+    return de_rede;
 }
 }  // namespace
 
 QString Montagens_Atuais() {
-    if (Lê_Montagens) return Lê_Montagens();
-    QFile arquivo("/proc/self/mountinfo");
-    return arquivo.open(QIODevice::ReadOnly) ? QString::fromUtf8(arquivo.readAll()) : QString();
+    return Lê_Montagens ? Lê_Montagens() : Tabela_De_Montagens();
 }
 
 QString Forma_de_Rede(const QString& caminho) {
