@@ -138,7 +138,31 @@ constexpr int Linhas_Por_Página = 128;
 constexpr int Páginas_Na_Janela = 3;
 constexpr int Linhas_Primeira_Página = 4;
 
-QVariant Valor_Do_Campo(const Estrutura_Tabela& estrutura, int campo, Comando_Banco* comando, int coluna);
+// The table's fields as a statement read them, the first one in column `primeira`.
+QVector<QVariant> Campos_Lidos(const Estrutura_Tabela& estrutura, Comando_Banco* comando, int primeira) {
+    QVector<QVariant> campos(estrutura.Campos.size());
+    for (int i = 0; i < campos.size(); ++i) {
+        const int coluna = primeira + i;
+        if (comando->Tipo(coluna) == Tipo_Valor::Nulo) continue;
+        switch (estrutura.Campos[i].Tipo) {
+            case Tipo_Long:
+                campos[i] = static_cast<int>(comando->Inteiro(coluna));
+                break;
+            case Tipo_Double:
+                campos[i] = comando->Real(coluna);
+                break;
+            case Tipo_Boolean:
+                campos[i] = comando->Inteiro(coluna) != 0;
+                break;
+            case Tipo_Data:
+                campos[i] = Data_Do_Banco(comando->Texto(coluna));
+                break;
+            default:
+                campos[i] = comando->Texto(coluna);
+        }
+    }
+    return campos;
+}
 
 // A value of the order as read, kept as the store gave it so that it binds back unchanged.
 QVariant Valor_Chave(Comando_Banco* comando, int coluna) {
@@ -413,9 +437,7 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
                 Limite_Na_Página = false;
             }
             if (com_carimbo) {
-                entrada.Valores.resize(colunas);
-                for (int i = 0; i < colunas; ++i)
-                    entrada.Valores[i] = Valor_Do_Campo(*Estrutura, i, comando, primeira + i);
+                entrada.Valores = Campos_Lidos(*Estrutura, comando, primeira);
                 entrada.Carimbo = carimbo;
             }
             página.append(std::move(entrada));
@@ -579,40 +601,9 @@ bool Registros::Lê_Linha(qint64 id) {
     if (comando == nullptr) return false;
     comando->Liga_Inteiro(1, id);
     const bool achou = comando->Passo() == Linha_Pronta;
-    if (achou) {
-        const int colunas = Estrutura->Campos.size();
-        Linha.resize(colunas);
-        for (int i = 0; i < colunas; ++i) Linha[i] = Valor_Lido(i, comando);
-    }
+    if (achou) Linha = Campos_Lidos(*Estrutura, comando, 0);
     comando->Reinicia();
     return achou;
-}
-
-namespace {
-// Field `campo` of the table, read from column `coluna` of a statement.
-QString Texto_Da_Coluna(Comando_Banco* comando, int coluna) {
-    return comando->Texto(coluna);
-}
-
-QVariant Valor_Do_Campo(const Estrutura_Tabela& estrutura, int campo, Comando_Banco* comando, int coluna) {
-    if (comando->Tipo(coluna) == Tipo_Valor::Nulo) return {};
-    switch (estrutura.Campos[campo].Tipo) {
-        case Tipo_Long:
-            return static_cast<int>(comando->Inteiro(coluna));
-        case Tipo_Double:
-            return comando->Real(coluna);
-        case Tipo_Boolean:
-            return static_cast<int>(comando->Inteiro(coluna)) != 0;
-        case Tipo_Data:
-            return Data_Do_Banco(Texto_Da_Coluna(comando, coluna));
-        default:
-            return Texto_Da_Coluna(comando, coluna);
-    }
-}
-}  // namespace
-
-QVariant Registros::Valor_Lido(int coluna, Comando_Banco* comando) const {
-    return Valor_Do_Campo(*Estrutura, coluna, comando, coluna);
 }
 
 void Registros::Descarta_Edição() {
@@ -845,10 +836,7 @@ void Registros::Seek(const QVariantList& chave, Tipo_Busca tipo, std::source_loc
     if (achou) {
         achada.Id = comando->Inteiro(0);
         for (int i = 0; i < Ordem.size(); ++i) achada.Chave << Valor_Chave(comando, i + 1);
-        const int colunas = Estrutura->Campos.size();
-        const int primeira = 1 + static_cast<int>(Ordem.size());
-        Linha.resize(colunas);
-        for (int i = 0; i < colunas; ++i) Linha[i] = Valor_Do_Campo(*Estrutura, i, comando, primeira + i);
+        Linha = Campos_Lidos(*Estrutura, comando, 1 + static_cast<int>(Ordem.size()));
     }
     comando->Reinicia();
     if (achou) {

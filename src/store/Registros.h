@@ -1,9 +1,10 @@
 #pragma once
 // A recordset in a table slot. Opened on a table or on "Select * From <table> ...", it is a keyset read
-// through the current index in pages: it holds a few pages of row ids around the current row, fetches
-// the next page as the rows after the last key it holds, and reads a row when it becomes current, so
-// rows that others delete read as gone. Rows that others add after it opened stay out of it until
-// Requery or Set_Index, as in a captured keyset. Any other statement (a count) gives a static result.
+// through the current index in pages: it holds a few pages of rows around the current row and fetches the
+// next page as the rows after the last key it holds. A row that becomes current is taken from its page
+// while nothing was written since, and read again otherwise, so rows that others delete read as gone.
+// The keyset is taken at the slot's first use; rows that others add later stay out of it until Requery
+// or Set_Index, as in a captured keyset. Any other statement (a count) gives a static result.
 
 #include <QHash>
 #include <QString>
@@ -123,7 +124,6 @@ class Registros {
     bool Linha_Da_Página(const Entrada& entrada);
     bool Tem_Linha_Atual() const;
     qint64 Id_Atual() const { return Janela[Atual].Id; }
-    QVariant Valor_Lido(int coluna, Comando_Banco* comando) const;
     bool Converte_Para_Gravar(int posição, const QVariant& valor, QVariant& saída, Falha_Banco& falha) const;
     void Descarta_Edição();
 
