@@ -114,41 +114,42 @@ QString Conexão_Do_Servidor(const QString& caminho_banco) {
     return QString();
 }
 
-bool Cria_Esquema_Servidor(const QString& conexão, const QString& esquema, Falha_Banco& falha) {
+namespace {
+// One statement on a connection of its own, closed with it; the server's refusal translated, its SQLSTATE
+// in `estado`.
+bool Executa_Avulso(const QString& conexão, const QString& sql, Falha_Banco& falha,
+                    QString* estado = nullptr) {
     PGconn* c = Conecta(conexão, falha);
     if (c == nullptr) return false;
     Falha_Servidor f;
-    const bool ok = Executa_Simples(c,
-                                    "CREATE SCHEMA " + Citação(esquema) + "; SET search_path TO " +
-                                        Citação(esquema) + "; " + Criação_Colação,
-                                    &f);
-    if (!ok)
-        falha = f.Estado == "42P06" ? Falha_Banco{3367, "O banco de dados '" + esquema + "' já existe."}
-                                    : Falha_Traduzida(f);
+    const bool ok = Executa_Simples(c, sql, &f);
+    if (!ok) {
+        falha = Falha_Traduzida(f);
+        if (estado != nullptr) *estado = f.Estado;
+    }
     PQfinish(c);
+    return ok;
+}
+}  // namespace
+
+bool Cria_Esquema_Servidor(const QString& conexão, const QString& esquema, Falha_Banco& falha) {
+    QString estado;
+    const bool ok = Executa_Avulso(conexão,
+                                   "CREATE SCHEMA " + Citação(esquema) + "; SET search_path TO " +
+                                       Citação(esquema) + "; " + Criação_Colação,
+                                   falha, &estado);
+    if (!ok && estado == "42P06") falha = {3367, "O banco de dados '" + esquema + "' já existe."};
     return ok;
 }
 
 bool Exclui_Esquema_Servidor(const QString& conexão, const QString& esquema, Falha_Banco& falha) {
-    PGconn* c = Conecta(conexão, falha);
-    if (c == nullptr) return false;
-    Falha_Servidor f;
-    const bool ok = Executa_Simples(c, "DROP SCHEMA IF EXISTS " + Citação(esquema) + " CASCADE", &f);
-    if (!ok) falha = Falha_Traduzida(f);
-    PQfinish(c);
-    return ok;
+    return Executa_Avulso(conexão, "DROP SCHEMA IF EXISTS " + Citação(esquema) + " CASCADE", falha);
 }
 
 bool Renomeia_Esquema_Servidor(const QString& conexão, const QString& esquema, const QString& novo,
                                Falha_Banco& falha) {
-    PGconn* c = Conecta(conexão, falha);
-    if (c == nullptr) return false;
-    Falha_Servidor f;
-    const bool ok =
-        Executa_Simples(c, "ALTER SCHEMA " + Citação(esquema) + " RENAME TO " + Citação(novo.left(60)), &f);
-    if (!ok) falha = Falha_Traduzida(f);
-    PQfinish(c);
-    return ok;
+    return Executa_Avulso(conexão,
+                          "ALTER SCHEMA " + Citação(esquema) + " RENAME TO " + Citação(novo.left(60)), falha);
 }
 
 QString Motivo_Sem_Conexão(const QString& conexão) {
