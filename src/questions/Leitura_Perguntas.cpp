@@ -4,9 +4,12 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QLocale>
+#include <QSet>
 #include <QStringDecoder>
 #include <QStringList>
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include "common/Cp1252.h"
 
@@ -162,8 +165,9 @@ qsizetype Procura_Livre(const QString& texto, const QString& alvo, qsizetype de 
     return -1;
 }
 
-// \~ \= \# \{ \} \: \\ stand for themselves; \n is a line break, which the bank keeps as a blank.
-QString Sem_Escapes(const QString& texto) {
+// \~ \= \# \{ \} \: \\ stand for themselves; \n is a line break, which the bank keeps as a blank. An
+// [html] text is read for what a browser shows of it.
+QString Sem_Escapes(const QString& texto, bool html = false) {
     QString saída;
     saída.reserve(texto.size());
     for (qsizetype i = 0; i < texto.size(); ++i) {
@@ -174,7 +178,19 @@ QString Sem_Escapes(const QString& texto) {
             saída += texto[i];
         }
     }
-    return Limpa(saída);
+    return Limpa(html ? Texto_Visível_HTML(saída) : saída);
+}
+
+// The text format that may open a GIFT text: [html], [moodle], [plain] or [markdown]. The mark is taken
+// off; html tells whether the text is HTML, and stays as it was when the text has no mark (an answer
+// takes the format of its question).
+void Tira_Marca_Formato(QString& texto, bool& html) {
+    for (const char* formato : {"[html]", "[moodle]", "[plain]", "[markdown]"})
+        if (texto.startsWith(QLatin1String(formato), Qt::CaseInsensitive)) {
+            texto = texto.mid(qsizetype(strlen(formato))).trimmed();
+            html = formato[1] == 'h';
+            return;
+        }
 }
 
 QString Com_Escapes_GIFT(const QString& texto) {
@@ -202,14 +218,11 @@ void Lê_Questão_GIFT(const QString& bloco, int linha, const QString& tipo, Lei
         }
         texto = texto.mid(fim_título + 2).trimmed();
     }
-    for (const char* formato : {"[html]", "[moodle]", "[plain]", "[markdown]"})
-        if (texto.startsWith(QLatin1String(formato), Qt::CaseInsensitive)) {
-            texto = texto.mid(qsizetype(strlen(formato))).trimmed();
-            break;
-        }
+    bool html = false;
+    Tira_Marca_Formato(texto, html);
     const qsizetype abre = Procura_Livre(texto, QChar('{'));
     if (abre < 0) {
-        p.Pergunta = Sem_Escapes(texto);
+        p.Pergunta = Sem_Escapes(texto, html);
         p.Recusa = "Texto sem o bloco { } das respostas (descrição): não é uma pergunta";
         leitura.Perguntas << p;
         return;
@@ -217,7 +230,7 @@ void Lê_Questão_GIFT(const QString& bloco, int linha, const QString& tipo, Lei
     const qsizetype fecha = Procura_Livre(texto, QChar('}'), abre + 1);
     const QString antes = texto.left(abre);
     if (fecha < 0) {
-        p.Pergunta = Sem_Escapes(antes);
+        p.Pergunta = Sem_Escapes(antes, html);
         p.Recusa = "Chave { sem a chave } que a fecha";
         leitura.Perguntas << p;
         return;
@@ -225,7 +238,7 @@ void Lê_Questão_GIFT(const QString& bloco, int linha, const QString& tipo, Lei
     const QString depois = texto.mid(fecha + 1).trimmed();
     const QString respostas = texto.mid(abre + 1, fecha - abre - 1).trimmed();
     // A question with its answers in the middle of the text: the gap is shown as a line.
-    p.Pergunta = depois.isEmpty() ? Sem_Escapes(antes) : Sem_Escapes(antes + " _____ " + depois);
+    p.Pergunta = depois.isEmpty() ? Sem_Escapes(antes, html) : Sem_Escapes(antes + " _____ " + depois, html);
     if (Procura_Livre(depois, QChar('{')) >= 0) {
         p.Recusa = "Mais de um bloco { } de respostas na mesma pergunta";
     } else if (respostas.isEmpty()) {
@@ -275,7 +288,9 @@ void Lê_Questão_GIFT(const QString& bloco, int linha, const QString& tipo, Lei
                 resposta = resposta.mid(fim_peso + 1);
             }
         }
-        (marca == '=' ? certas : erradas) << Sem_Escapes(resposta);
+        bool html_resposta = html;
+        Tira_Marca_Formato(resposta, html_resposta);
+        (marca == '=' ? certas : erradas) << Sem_Escapes(resposta, html_resposta);
         i = fim;
     }
     if (pesos) {
@@ -309,6 +324,142 @@ QString Nome_Tipo(const QString& tipo) {
     return tipo == "B" ? "Conhecimento Bíblico" : "Conhecimento Geral";
 }
 }  // namespace
+
+namespace {
+// The named character references that question texts use: Latin-1 from 160 up, in order, and a few more.
+const char* const Entidades_Latin1[] = {
+    "nbsp",   "iexcl",  "cent",   "pound",  "curren", "yen",    "brvbar", "sect",   "uml",    "copy",
+    "ordf",   "laquo",  "not",    "shy",    "reg",    "macr",   "deg",    "plusmn", "sup2",   "sup3",
+    "acute",  "micro",  "para",   "middot", "cedil",  "sup1",   "ordm",   "raquo",  "frac14", "frac12",
+    "frac34", "iquest", "Agrave", "Aacute", "Acirc",  "Atilde", "Auml",   "Aring",  "AElig",  "Ccedil",
+    "Egrave", "Eacute", "Ecirc",  "Euml",   "Igrave", "Iacute", "Icirc",  "Iuml",   "ETH",    "Ntilde",
+    "Ograve", "Oacute", "Ocirc",  "Otilde", "Ouml",   "times",  "Oslash", "Ugrave", "Uacute", "Ucirc",
+    "Uuml",   "Yacute", "THORN",  "szlig",  "agrave", "aacute", "acirc",  "atilde", "auml",   "aring",
+    "aelig",  "ccedil", "egrave", "eacute", "ecirc",  "euml",   "igrave", "iacute", "icirc",  "iuml",
+    "eth",    "ntilde", "ograve", "oacute", "ocirc",  "otilde", "ouml",   "divide", "oslash", "ugrave",
+    "uacute", "ucirc",  "uuml",   "yacute", "thorn",  "yuml"};
+static_assert(std::size(Entidades_Latin1) == 96);
+
+const QHash<QString, char32_t>& Entidades() {
+    static const QHash<QString, char32_t> entidades = [] {
+        QHash<QString, char32_t> e = {
+            {"amp", U'&'},         {"lt", U'<'},          {"gt", U'>'},         {"quot", U'"'},
+            {"apos", U'\''},       {"ndash", U'\u2013'},  {"mdash", U'\u2014'}, {"lsquo", U'\u2018'},
+            {"rsquo", U'\u2019'},  {"sbquo", U'\u201A'},  {"ldquo", U'\u201C'}, {"rdquo", U'\u201D'},
+            {"bdquo", U'\u201E'},  {"hellip", U'\u2026'}, {"bull", U'\u2022'},  {"euro", U'\u20AC'},
+            {"trade", U'\u2122'},  {"OElig", U'\u0152'},  {"oelig", U'\u0153'}, {"Scaron", U'\u0160'},
+            {"scaron", U'\u0161'}, {"Yuml", U'\u0178'},   {"ensp", U'\u2002'},  {"emsp", U'\u2003'},
+            {"thinsp", U'\u2009'}};
+        for (char32_t c = 0; c < std::size(Entidades_Latin1); ++c) e.insert(Entidades_Latin1[c], 160 + c);
+        return e;
+    }();
+    return entidades;
+}
+
+// Tags after which a browser starts a new line or cell: they part the words around them.
+bool Etiqueta_De_Bloco(const QString& nome) {
+    static const QSet<QString> blocos = {
+        "br", "p",  "div", "li", "ul", "ol", "dl", "dt",         "dd",  "tr",  "td",      "th",     "table",
+        "h1", "h2", "h3",  "h4", "h5", "h6", "hr", "blockquote", "pre", "img", "section", "article"};
+    return blocos.contains(nome);
+}
+
+// The longest tag read as one: a "<" with no end within it is text, and a long text full of "<" is read in
+// a time that grows with its length, not with its square.
+constexpr qsizetype Etiqueta_Máxima = 2048;
+
+// The end of the tag that opens at `início` ("<"), past quoted attribute values; -1 when it never ends.
+qsizetype Fim_Etiqueta(const QString& html, qsizetype início) {
+    QChar aspas;
+    const qsizetype limite = std::min(html.size(), início + Etiqueta_Máxima);
+    for (qsizetype i = início + 1; i < limite; ++i) {
+        const QChar c = html[i];
+        if (!aspas.isNull()) {
+            if (c == aspas) aspas = QChar();
+        } else if (c == '"' || c == '\'') {
+            aspas = c;
+        } else if (c == '>') {
+            return i;
+        }
+    }
+    return -1;
+}
+
+// A character reference at `início` ("&"): its character, and where the text goes on; false when the
+// "&" is only itself.
+bool Referência(const QString& html, qsizetype início, QString& caractere, qsizetype& seguinte) {
+    qsizetype fim = início + 1;
+    while (fim < html.size() && fim - início <= 12 && html[fim] != ';') ++fim;
+    if (fim >= html.size() || html[fim] != ';') return false;
+    const QString nome = html.mid(início + 1, fim - início - 1);
+    char32_t código = 0;
+    if (nome.startsWith('#')) {
+        bool ok = false;
+        const bool hexa = nome.size() > 1 && (nome[1] == 'x' || nome[1] == 'X');
+        const uint valor = nome.mid(hexa ? 2 : 1).toUInt(&ok, hexa ? 16 : 10);
+        if (!ok) return false;
+        // What the character cannot be takes the replacement character, as a browser shows it.
+        código = valor == 0 || valor > 0x10FFFF || (valor >= 0xD800 && valor <= 0xDFFF) ? U'\uFFFD' : valor;
+    } else {
+        const auto achada = Entidades().constFind(nome);
+        if (achada == Entidades().cend()) return false;
+        código = *achada;
+    }
+    caractere =
+        código == U'\u00AD' ? QString() : QString::fromUcs4(&código, 1);  // a soft hyphen shows nothing
+    seguinte = fim + 1;
+    return true;
+}
+}  // namespace
+
+QString Texto_Visível_HTML(const QString& html) {
+    QString saída;
+    saída.reserve(html.size());
+    for (qsizetype i = 0; i < html.size();) {
+        const QChar c = html[i];
+        if (c == '<' && html.mid(i, 4) == "<!--") {
+            const qsizetype fim = html.indexOf("-->", i + 4);
+            i = fim < 0 ? html.size() : fim + 3;
+            continue;
+        }
+        const bool etiqueta =
+            c == '<' && i + 1 < html.size() &&
+            (html[i + 1].isLetter() || html[i + 1] == '/' || html[i + 1] == '!' || html[i + 1] == '?');
+        if (etiqueta) {
+            const qsizetype fim = Fim_Etiqueta(html, i);
+            if (fim < 0) {  // a "<" that opens nothing is text
+                saída += c;
+                ++i;
+                continue;
+            }
+            QString nome;
+            for (qsizetype k = i + 1;
+                 k < fim && (html[k].isLetterOrNumber() || (k == i + 1 && html[k] == '/')); ++k)
+                if (html[k] != '/') nome += html[k].toLower();
+            const bool fecha = html[i + 1] == '/';
+            i = fim + 1;
+            if (!fecha && (nome == "script" || nome == "style")) {
+                // Their content is not shown.
+                const qsizetype fim_conteúdo = html.indexOf("</" + nome, i, Qt::CaseInsensitive);
+                const qsizetype fim_fecho = fim_conteúdo < 0 ? -1 : Fim_Etiqueta(html, fim_conteúdo);
+                i = fim_fecho < 0 ? html.size() : fim_fecho + 1;
+                continue;
+            }
+            if (Etiqueta_De_Bloco(nome)) saída += ' ';
+            continue;
+        }
+        QString caractere;
+        qsizetype seguinte = 0;
+        if (c == '&' && Referência(html, i, caractere, seguinte)) {
+            saída += caractere;
+            i = seguinte;
+            continue;
+        }
+        saída += c;
+        ++i;
+    }
+    return saída;
+}
 
 QString Decodifica_Texto(const QByteArray& bytes, bool* binário) {
     if (binário) *binário = false;
@@ -463,8 +614,9 @@ Leitura_Perguntas Lê_Aiken(const QByteArray& bytes) {
             p.Recusa = "Falta a linha ANSWER com a letra da resposta certa";
         } else if (bloco.Opções.size() != 4) {
             p.Recusa =
-                QString("A pergunta tem %1 opções; são precisas exatamente quatro (uma certa e três erradas)")
-                    .arg(bloco.Opções.size());
+                QString("A pergunta tem %1 %2; são precisas exatamente quatro (uma certa e três erradas)")
+                    .arg(bloco.Opções.size())
+                    .arg(bloco.Opções.size() == 1 ? "opção" : "opções");
         } else if (certa < 0) {
             p.Recusa = QString("ANSWER indica \"%1\", que não é a letra de uma das opções")
                            .arg(resposta->trimmed().left(10));
@@ -499,10 +651,14 @@ Leitura_Perguntas Lê_Aiken(const QByteArray& bytes) {
             }
             continue;
         }
-        // "A) texto" or "A. texto": an option, once the question has begun.
-        const bool opção = em_curso() && linha.size() >= 2 && linha[0].isLetter() &&
-                           linha[0].unicode() < 128 && (linha[1] == ')' || linha[1] == '.') &&
-                           (linha.size() == 2 || linha[2].isSpace());
+        // "A) texto" or "A. texto": an option, once the question has begun. Written without the blank
+        // ("A)texto", "B.texto") it is an option only under the next letter of the list, so that a line of
+        // the question such as "E.T. volta para casa" stays in the question.
+        const bool marca_opção = linha.size() >= 2 && linha[0].isLetter() && linha[0].unicode() < 128 &&
+                                 (linha[1] == ')' || linha[1] == '.');
+        const bool com_branco = linha.size() == 2 || (linha.size() > 2 && linha[2].isSpace());
+        const QChar próxima_letra(char16_t(u'A' + bloco.Opções.size()));
+        const bool opção = em_curso() && marca_opção && (com_branco || linha[0].toUpper() == próxima_letra);
         if (opção) {
             bloco.Opções << qMakePair(linha[0].toUpper(), Limpa(linha.mid(2)));
         } else {

@@ -31,6 +31,10 @@ inline constexpr qint64 Tamanho_Máximo_Arquivo = 10 * 1024 * 1024;
 // all become LF. Empty on a file that holds NUL bytes (a binary file), with binário set.
 QString Decodifica_Texto(const QByteArray& bytes, bool* binário = nullptr);
 
+// What a browser shows of an HTML text: tags taken out (a line break, paragraph or other block as a
+// blank), comments, scripts and styles left out, character references decoded. Blanks are not folded.
+QString Texto_Visível_HTML(const QString& html);
+
 // The text compared for repetitions: no case, no accents, no punctuation, single blanks.
 QString Forma_Comparação(const QString& texto);
 

@@ -225,6 +225,8 @@ void frmImporta_Pergunta::Carrega_Arquivo(const QString& caminho) {
 
 void frmImporta_Pergunta::Monta_Prévia() {
     Rotina r(this, "Monta_Prévia");
+    if (Resumo_Sem_Inclusão) Resumo.clear();
+    Resumo_Sem_Inclusão = false;
     Perguntas_ = Leitura.Perguntas;
     Verifica_Perguntas(Perguntas_, Formas_Banco, optTipo[0]->isChecked() ? "G" : "B");
     Cancelado = false;
@@ -268,6 +270,12 @@ void frmImporta_Pergunta::Monta_Prévia() {
         flxPerguntas->Set_Rows(1);
         lblResumo->setText("Leitura do arquivo interrompida.");
     } else {
+        // A file with nothing to include still has its refusals to be kept and mended: the summary can
+        // be saved at once.
+        if (total > 0 && recusadas == total && Resumo.isEmpty()) {
+            Resumo = Texto_Resumo(0, recusadas);
+            Resumo_Sem_Inclusão = true;
+        }
         lblResumo->setText(QString("%1 %2 no arquivo: %3 %4 para inclusão, %5 %6.")
                                .arg(Número_Texto(total))
                                .arg(total == 1 ? "pergunta lida" : "perguntas lidas")

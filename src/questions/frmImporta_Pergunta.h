@@ -65,5 +65,6 @@ class frmImporta_Pergunta : public Formulário {
     Leitura_Perguntas Leitura;
     QVector<Pergunta_Lida> Perguntas_;
     QSet<QString> Formas_Banco;
-    QString Resumo;  // the summary of the last import; empty before one
+    QString Resumo;                    // the summary of the last import; empty before one
+    bool Resumo_Sem_Inclusão = false;  // the summary is that of a file with no question ready
 };

@@ -148,6 +148,64 @@ TEST(Leitura_Perguntas, GiftReadsMultipleChoiceWithTitlesCommentsAndEscapesAndRe
     EXPECT_EQ(perguntas[9].Resposta_Incorreta[2], "Madri");
 }
 
+TEST(Leitura_Perguntas, AikenAsMoodleWritesItTakesOptionsWithoutABlankAndCountsOneOption) {
+    // The layout of Moodle's own file of Aiken errors: options glued to their letter, an option and an
+    // ANSWER with no question, a question left without its ANSWER.
+    QVector<Pergunta_Lida> perguntas = Lê_Aiken(Fixture("moodle_aiken.txt")).Perguntas;
+    Verifica_Perguntas(perguntas, {}, "G");
+    const QMap<int, QString> v = Veredictos(perguntas);
+    EXPECT_EQ(v.keys(), QList<int>({1, 5, 7, 9, 16, 20, 27}));
+    EXPECT_EQ(v[1], "A pergunta tem 1 opção; são precisas exatamente quatro (uma certa e três erradas)");
+    EXPECT_EQ(v[5], "Falta a linha ANSWER com a letra da resposta certa");
+    EXPECT_EQ(v[7], "Linha ANSWER sem uma pergunta antes dela");
+    EXPECT_EQ(v[9], "");
+    EXPECT_EQ(v[16], "Falta a linha ANSWER com a letra da resposta certa");
+    EXPECT_EQ(v[20], "");
+    EXPECT_EQ(v[27], "");
+    const Pergunta_Lida* continentes = Da_Linha(perguntas, 20);
+    EXPECT_EQ(continentes->Pergunta, "Quantos são os continentes habitados?");
+    EXPECT_EQ(continentes->Resposta_Correta, "Seis");
+    EXPECT_EQ(continentes->Resposta_Incorreta, (std::array<QString, 3>{"Três", "Quatro", "Oito"}));
+    // Glued to its point, a letter out of the list's order is a line of the question, not an option.
+    const Pergunta_Lida* livro = Da_Linha(perguntas, 27);
+    EXPECT_EQ(livro->Pergunta,
+              "Quem escreveu Dom Casmurro? E.T. não é opção: esta linha continua a pergunta");
+    EXPECT_EQ(livro->Resposta_Correta, "Machado de Assis");
+}
+
+TEST(Leitura_Perguntas, GiftFormatMarksAreTakenOffAndHtmlGivesItsVisibleText) {
+    QVector<Pergunta_Lida> perguntas = Lê_GIFT(Fixture("moodle_html.gift")).Perguntas;
+    ASSERT_EQ(perguntas.size(), 6);
+    // Answers without a mark are in the question's format; a mark of their own overrides it.
+    EXPECT_EQ(perguntas[0].Pergunta, "Qual é a capital do Brasil?");
+    EXPECT_EQ(perguntas[0].Resposta_Correta, "Brasília");
+    EXPECT_EQ(perguntas[0].Resposta_Incorreta,
+              (std::array<QString, 3>{"Salvador", "Rio de Janeiro", "Recife & Olinda"}));
+    EXPECT_EQ(perguntas[1].Pergunta, "Quantas patas tem uma aranha?");
+    EXPECT_EQ(perguntas[1].Resposta_Correta, "oito");
+    EXPECT_EQ(perguntas[1].Resposta_Incorreta, (std::array<QString, 3>{"seis", "quatro", "dez"}));
+    EXPECT_EQ(perguntas[2].Pergunta, "Qual destes é um \"símbolo\" químico & de qual elemento?");
+    EXPECT_EQ(perguntas[2].Resposta_Correta, "Fe \u2013 ferro");
+    EXPECT_EQ(perguntas[2].Resposta_Incorreta[0], "Fr \u2013 frério");
+    EXPECT_EQ(perguntas[5].Pergunta, "Qual é o **maior** planeta?");
+
+    // The length is that of the visible text, not of the markup.
+    Verifica_Perguntas(perguntas, {}, "G");
+    for (int i : {0, 1, 2, 3, 5}) EXPECT_EQ(perguntas[i].Recusa, "") << i;
+    EXPECT_TRUE(perguntas[3].Pergunta.startsWith("Uma pergunta em HTML de marcação longa"));
+    EXPECT_EQ(perguntas[4].Recusa, "A pergunta tem 142 caracteres; o máximo é 124");
+}
+
+TEST(Leitura_Perguntas, TheVisibleTextOfHtmlKeepsWhatABrowserShows) {
+    EXPECT_EQ(Texto_Visível_HTML("a<br/>b<p>c</p>d<b>e</b>f"), "a b c def");
+    EXPECT_EQ(Texto_Visível_HTML("<!-- nota -->x<script>alert(1)</script><style>p{}</style>y"), "xy");
+    EXPECT_EQ(Texto_Visível_HTML("<a title=\"a>b\" href='c>d'>link</a>"), "link");
+    // What does not make a tag or a reference is text.
+    EXPECT_EQ(Texto_Visível_HTML("3 < 5 & 7 > 2 &naoexiste; &#; <b"), "3 < 5 & 7 > 2 &naoexiste; &#; <b");
+    EXPECT_EQ(Texto_Visível_HTML("&#0;&#xD800;&#1114112;"), "\uFFFD\uFFFD\uFFFD");
+    EXPECT_EQ(Texto_Visível_HTML("ca&shy;sa &Ccedil;&atilde;o &yuml;&euro;"), "casa Ção ÿ€");
+}
+
 TEST(Leitura_Perguntas, BadFilesGiveAClearMessageAndNoQuestion) {
     Pasta_Teste pasta;
     auto grava = [&](const QString& nome, const QByteArray& bytes) {
@@ -418,6 +476,35 @@ TEST_F(Importa_Pergunta_Teste, ARoundTripThroughCsvAndGiftGivesBackTheSameQuesti
     janela.cmdExporta_Click(Formato_Perguntas::CSV);
     EXPECT_EQ(Plataforma.Caixas.last().Texto,
               QString("2 perguntas exportadas para \"%1/biblicas.csv\".").arg(Pasta.Caminho()));
+}
+
+TEST_F(Importa_Pergunta_Teste, AFileWithNoQuestionReadyCanStillSaveItsRefusals) {
+    frmImporta_Pergunta janela;
+    const QString caminho = Pasta.Caminho() + "/recusadas.txt";
+    QFile arquivo(caminho);
+    ASSERT_TRUE(arquivo.open(QIODevice::WriteOnly));
+    arquivo.write(
+        "Quantos dias tem a semana?\nA) sete\nANSWER: A\n\nQual a cor do mar?\nA) azul\nB) verde\n");
+    arquivo.close();
+    Plataforma.Arquivos_Escolhidos.push_back(caminho);
+    janela.cmdArquivo_Click();
+    EXPECT_EQ(Situações(janela).filter("Pronta").size(), 0);
+    EXPECT_FALSE(janela.cmdImporta->isEnabled());
+    ASSERT_TRUE(janela.cmdSalva_Resumo->isEnabled());
+    janela.cmdSalva_Resumo_Click();
+    QFile resumo(Pasta.Caminho() + "/recusadas - Resumo da Importação.txt");
+    ASSERT_TRUE(resumo.open(QIODevice::ReadOnly));
+    const QString texto = De_Cp1252(resumo.readAll());
+    EXPECT_TRUE(texto.contains("0 perguntas incluídas, 2 recusadas\r\n")) << texto.toStdString();
+    EXPECT_TRUE(texto.contains("Linha 1: Quantos dias tem a semana? - A pergunta tem 1 opção;"));
+    EXPECT_TRUE(texto.contains("Linha 5: Qual a cor do mar? - Falta a linha ANSWER"));
+    EXPECT_EQ(Perguntas_No_Banco(), 0);
+
+    // A file with questions ready goes back to the ordinary way: the summary follows the import.
+    Plataforma.Arquivos_Escolhidos.push_back(Copia_Fixture("perguntas_aiken.txt"));
+    janela.cmdArquivo_Click();
+    EXPECT_TRUE(janela.cmdImporta->isEnabled());
+    EXPECT_FALSE(janela.cmdSalva_Resumo->isEnabled());
 }
 
 TEST_F(Importa_Pergunta_Teste, BadFilesAreToldInABoxAndLeaveNothingToImport) {
