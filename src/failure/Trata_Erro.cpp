@@ -99,6 +99,16 @@ void Trata_Erro(long Número, const QString& Descrição, long Linha, const QStr
     Encerra_Sistema = false;
     Registra_Erro = false;
 
+    // A lost connection to the server: the store has already told the user in its one box, logged it and
+    // connected again. The statement that met it did nothing; a write stops here as a refused one, so
+    // that the window keeps the typed values to be saved again.
+    if (Número == Erro_Conexão_Perdida) {
+        Sai_da_Gravação = true;
+        Registro_Duplicado = true;
+        Repetições_Erro = 0;
+        return;
+    }
+
     if (Número == Erro_Índice_Duplicado) {
         if (Mensagem_Erro == Texto_Duplicado) {
             if (Em_Cadastro && !Registro_Duplicado)

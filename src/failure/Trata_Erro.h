@@ -14,6 +14,9 @@ inline constexpr long Erro_Índice_Excesso = -2147217883;
 inline constexpr long Erro_Bloqueado = -2147467259;  // refused, deleted or locked row
 inline constexpr long Erro_Drivers = 430;
 inline constexpr long Erro_Duplicado_Jet = 3022;
+// The connection to the server was lost (Jet's "ODBC--connection failed"): the store has told the user
+// and connected again; a write in flight was undone.
+inline constexpr long Erro_Conexão_Perdida = 3151;
 
 inline const QString Texto_Duplicado = "Informação já cadastrada no banco de dados";
 

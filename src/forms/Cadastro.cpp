@@ -20,6 +20,7 @@
 #include "platform/Plataforma.h"
 #include "search/frmLocaliza_Informação.h"
 #include "store/Funções_Banco.h"
+#include "store/Sessão_Servidor.h"
 #include "users/Permissões.h"
 #include "utilities/Ajuda.h"
 
@@ -350,9 +351,11 @@ void Formulário_Cadastro::cmdOk_Click() {
     if (!cmdOk->isEnabled()) return;
     Transforma_Campos();
     if (Confirma(this)) {
+        const int perdas = Perdas_De_Conexão();
         if (Operação == "Inclusão") Tabela.AddNew();
         Grava_Campos();
         Grava(Tabela, false);
+        if (Perdas_De_Conexão() != perdas && Registro_Duplicado && Continua_Após_Conexão_Perdida()) return;
         Finaliza_Transação();
         if (Chave_Digitada) {
             if (Registro_Duplicado) Abre_Tabelas();
@@ -364,6 +367,20 @@ void Formulário_Cadastro::cmdOk_Click() {
     Exibir_Campos();
     Habilitar_Comandos(this);
     Habilita_Botões_Próprios(true);
+}
+
+bool Formulário_Cadastro::Continua_Após_Conexão_Perdida() {
+    // The server's connection was lost during the save and the server undid it; the user was told so. The
+    // window stays as it was, with what was typed, for OK to save it again in a transaction of its own:
+    // an alteration takes the row's lock again (and with it what is stored now).
+    Registro_Duplicado = false;
+    Tabela.CancelUpdate();
+    Inicia_Transação();
+    if (Operação == "Alteração") {
+        Trava(Tabela, Conexão, false);
+        if (!Travou) return false;
+    }
+    return true;
 }
 
 void Formulário_Cadastro::cmdCancelar_Click() {

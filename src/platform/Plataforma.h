@@ -9,7 +9,8 @@
 class QDialog;
 
 enum class Ícone_Caixa { Nenhum, Informação, Exclamação, Pergunta, Crítico };
-enum class Botões_Caixa { Ok, Ok_Cancelar, Sim_Não, Sim_Não_Cancelar };
+// Tentar_Sair: "Tentar de novo" answers Ok, "Sair" answers Cancelar.
+enum class Botões_Caixa { Ok, Ok_Cancelar, Sim_Não, Sim_Não_Cancelar, Tentar_Sair };
 enum class Resposta_Caixa { Ok, Cancelar, Sim, Não };
 
 class Plataforma {
@@ -24,8 +25,8 @@ class Plataforma {
     // Shows a window modally and returns its result code.
     virtual int Mostra_Modal(QDialog* janela) = 0;
 
-    // The file the user picks in the file dialog (the main window's dlgComum): one to read, or where to write one. The
-    // filter is Qt's ("Perguntas (*.csv *.txt)"); the empty text when cancelled.
+    // The file the user picks in the file dialog (the main window's dlgComum): one to read, or where to write
+    // one. The filter is Qt's ("Perguntas (*.csv *.txt)"); the empty text when cancelled.
     virtual QString Escolhe_Arquivo(const QString& título, const QString& filtro, const QString& sugestão,
                                     bool para_gravar) {
         (void)título, (void)filtro, (void)sugestão, (void)para_gravar;

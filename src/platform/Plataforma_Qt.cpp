@@ -76,17 +76,26 @@ Resposta_Caixa Plataforma_Qt::Caixa_Mensagem(const QString& texto, const QString
         case Botões_Caixa::Sim_Não_Cancelar:
             caixa.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
             break;
+        case Botões_Caixa::Tentar_Sair:
+            caixa.setStandardButtons(QMessageBox::Retry | QMessageBox::Close);
+            // Escape keeps the program: leaving it is a click on Sair, never a key pressed by chance.
+            caixa.setDefaultButton(QMessageBox::Retry);
+            caixa.setEscapeButton(QMessageBox::Retry);
+            break;
     }
     if (auto* b = caixa.button(QMessageBox::Ok)) b->setText("OK");
     if (auto* b = caixa.button(QMessageBox::Cancel)) b->setText("Cancelar");
     if (auto* b = caixa.button(QMessageBox::Yes)) b->setText("&Sim");
     if (auto* b = caixa.button(QMessageBox::No)) b->setText("&Não");
+    if (auto* b = caixa.button(QMessageBox::Retry)) b->setText("&Tentar de novo");
+    if (auto* b = caixa.button(QMessageBox::Close)) b->setText("&Sair");
     const bool trocado = Cursor_Trocado;
     if (trocado) QApplication::setOverrideCursor(Qt::ArrowCursor);
     const int r = caixa.exec();
     if (trocado) QApplication::restoreOverrideCursor();
     switch (r) {
         case QMessageBox::Cancel:
+        case QMessageBox::Close:
             return Resposta_Caixa::Cancelar;
         case QMessageBox::Yes:
             return Resposta_Caixa::Sim;

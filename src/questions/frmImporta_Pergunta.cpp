@@ -25,6 +25,7 @@
 #include "platform/Plataforma.h"
 #include "questions/Importação_Perguntas.h"
 #include "store/Funções_Banco.h"
+#include "store/Sessão_Servidor.h"
 #include "users/Permissões.h"
 
 namespace {
@@ -334,6 +335,7 @@ void frmImporta_Pergunta::cmdImporta_Click() {
     Início_Progresso = Plataforma_Atual().Agora();
     int gravadas = 0;
     int linha_recusada = 0;
+    const int perdas = Perdas_De_Conexão();
     for (const Pergunta_Lida& p : Perguntas_) {
         if (!p.Pronta()) continue;
         Barra_de_Progresso(1, prontas, gravadas + 1, this);
@@ -366,6 +368,13 @@ void frmImporta_Pergunta::cmdImporta_Click() {
         Conexão_Manutenção.RollbackTrans();
         Desfaz_Transação();
         Habilita(false);
+        // A lost server connection was told in its own box, which said that the work was undone.
+        if (Perdas_De_Conexão() != perdas) {
+            lblResumo->setText(
+                "A conexão com o servidor foi perdida durante a importação: nenhuma pergunta "
+                "foi incluída. Importe o arquivo de novo.");
+            return;
+        }
         Aviso(linha_recusada != 0
                   ? QString("A pergunta da linha %1 não pôde ser gravada. A importação foi desfeita: nenhuma "
                             "pergunta foi incluída.")

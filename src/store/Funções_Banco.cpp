@@ -178,6 +178,14 @@ void Tenta_Travar(Registros& slot, Ligação& conexão, bool Aguarda) {
         Trata_Erro(número, descrição, linha, Fonte_Funções_Públicas, "Tenta_Travar");
         return;
     }
+    // The server's connection was lost and made again: the user was told in its own box, and the
+    // transaction is gone; a waiting caller simply tries again.
+    if (número == Erro_Conexão_Perdida) {
+        Trata_Erro(número, descrição, linha, Fonte_Funções_Públicas, "Tenta_Travar");
+        Desfaz_Transação();
+        Travou = false;
+        return;
+    }
     // Any other failure means that another user holds the row.
     if (!Aguarda)
         Plataforma_Atual().Caixa_Mensagem(
@@ -305,6 +313,7 @@ void Grava(Registros& Tabela_Gravar, bool Excluir) {
         }
         última_linha = linha;
         Trata_Erro(número, descrição, linha, Fonte_Funções_Públicas, "Grava");
+        if (número == Erro_Conexão_Perdida) return;  // nothing to wait for: the write has stopped
         Plataforma_Atual().Dorme(1000);
         Plataforma_Atual().Processa_Eventos();
     });

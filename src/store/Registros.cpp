@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "failure/Rotina.h"
+#include "failure/Trata_Erro.h"
 #include "store/Comando_Banco.h"
 #include "store/Ligação.h"
 #include "store/Tradutor_SQL.h"
@@ -626,7 +627,13 @@ void Registros::Edita(std::source_location onde) {
     // The edit takes the row's lock and reads the row again, so that it starts from what was committed.
     const qint64 id = Id_Atual();
     if (!Sessão_->Possui_Trava(Estrutura->Nome, id)) {
-        if (!Sessão_->Trava_Linha(Estrutura->Nome, id)) return Falha(-2147467259, Texto_Bloqueado, onde);
+        if (!Sessão_->Trava_Linha(Estrutura->Nome, id)) {
+            // A server's lost connection is not another user holding the row.
+            Falha_Banco perda;
+            if (Sessão_->Servidor()) Sessão_->Falha_Da_Última(perda, 1);
+            if (perda.Número == Erro_Conexão_Perdida) return Falha(perda.Número, perda.Descrição, onde);
+            return Falha(-2147467259, Texto_Bloqueado, onde);
+        }
         Trava_Sem_Transação = !Sessão_->Transação_Lógica;
     }
     Linha_Lida = Lê_Linha(id);

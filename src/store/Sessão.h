@@ -92,7 +92,13 @@ class Sessão {
     // first write or lock, so that a user editing a row does not stop other copies from writing others.
     bool Transação_Lógica = false;
     bool Transação_SQL = false;
-    void Inicia() { Transação_Lógica = true; }
+    // The server's connection was lost while the engine's transaction was open: the server undid it, and
+    // the writes that would follow it are refused until the logical transaction ends.
+    bool Transação_Perdida = false;
+    void Inicia() {
+        Transação_Lógica = true;
+        Transação_Perdida = false;
+    }
     virtual bool Prepara_Escrita(Falha_Banco& falha) = 0;
     virtual bool Confirma(Falha_Banco& falha) = 0;
     virtual bool Desfaz(Falha_Banco& falha) = 0;

@@ -9,6 +9,9 @@
 #include <libpq-fe.h>
 #include <optional>
 
+#include "common/Globais.h"
+#include "failure/Conexão_Perdida.h"
+#include "failure/Trata_Erro.h"
 #include "store/Comando_Banco.h"
 #include "store/Tradutor_SQL.h"
 
@@ -39,8 +42,12 @@ Falha_Servidor Falha_Do_Resultado(PGconn* conexão, const PGresult* resultado) {
     return f;
 }
 
+// The state under which a session keeps a lost connection, already told to the user.
+const QString Estado_Conexão_Perdida = "QZ151";
+
 Falha_Banco Falha_Traduzida(const Falha_Servidor& f) {
     const QString& e = f.Estado;
+    if (e == Estado_Conexão_Perdida) return {Erro_Conexão_Perdida, f.Mensagem};
     if (e == "23505") return {-2147217887, Texto_Índice_Duplicado};
     if (e == "23502" || e == "23514" || e == "22001" || e.startsWith("22"))
         return {-2147467259, "Restrição violada: " + f.Mensagem, true};
@@ -61,20 +68,90 @@ Falha_Banco Falha_Traduzida(const Falha_Servidor& f) {
 
 void Sem_Avisos(void*, const char*) {}
 
-PGconn* Conecta(const QString& conexão, Falha_Banco& falha) {
-    PGconn* c = PQconnectdb(conexão.toUtf8().constData());
-    if (PQstatus(c) != CONNECTION_OK) {
-        falha = {-2147467259, "Não foi possível conectar ao servidor de banco de dados indicado em Dados/" +
-                                  Arquivo_Servidor + " (" + QString::fromUtf8(PQerrorMessage(c)).trimmed() +
-                                  ")."};
-        PQfinish(c);
-        return nullptr;
-    }
+// A connection with bounds of the program's own: a host that does not answer is given up after some
+// seconds, and a server that vanishes while a statement waits is found by the keepalives. Whatever the
+// installation's connection string says wins over these.
+PGconn* Abre_PG(const QString& conexão) {
+    const QByteArray texto = conexão.toUtf8();
+    const char* const chaves[] = {"connect_timeout",  "keepalives_idle", "keepalives_interval",
+                                  "keepalives_count", "dbname",          nullptr};
+    const char* const valores[] = {"10", "20", "5", "3", texto.constData(), nullptr};
+    return PQconnectdbParams(chaves, valores, 1);
+}
+
+QString Valor_Da_Conexão(const QString& conexão, const char* chave) {
+    QString valor;
+    PQconninfoOption* opções = PQconninfoParse(conexão.toUtf8().constData(), nullptr);
+    for (PQconninfoOption* o = opções; o != nullptr && o->keyword != nullptr; ++o)
+        if (qstrcmp(o->keyword, chave) == 0 && o->val != nullptr) valor = QString::fromUtf8(o->val);
+    PQconninfoFree(opções);
+    return valor;
+}
+
+// The server as a user knows it: its name or address, and the port when it is not the usual one.
+QString Nome_Servidor(PGconn* c, const QString& conexão) {
+    QString nome = c != nullptr ? QString::fromUtf8(PQhost(c)) : QString();
+    QString porta = c != nullptr ? QString::fromUtf8(PQport(c)) : QString();
+    if (nome.isEmpty()) nome = Valor_Da_Conexão(conexão, "host");
+    if (nome.isEmpty()) nome = Valor_Da_Conexão(conexão, "hostaddr");
+    if (nome.isEmpty() && !Valor_Da_Conexão(conexão, "service").isEmpty())
+        nome = "do serviço " + Valor_Da_Conexão(conexão, "service");
+    if (porta.isEmpty()) porta = Valor_Da_Conexão(conexão, "port");
+    if (nome.isEmpty() || nome.startsWith('/')) nome = "local" + (nome.isEmpty() ? "" : " (" + nome + ")");
+    return porta.isEmpty() || porta == "5432" ? nome : nome + ":" + porta;
+}
+
+// Why a connection could not be made, in one Portuguese sentence with its advice; libpq's own words
+// follow it as the detail.
+QString Motivo_Em_Português(PGconn* c, const QString& conexão) {
+    const QString servidor = Nome_Servidor(c, conexão);
+    const QString detalhe = QString::fromUtf8(PQerrorMessage(c)).simplified();
+    const QString minúsculo = detalhe.toLower();
+    QString usuário = QString::fromUtf8(PQuser(c));
+    if (usuário.isEmpty()) usuário = Valor_Da_Conexão(conexão, "user");
+    QString frase;
+    if (PQconnectionNeedsPassword(c) ||
+        (PQconnectionUsedPassword(c) && (minúsculo.contains("password") || minúsculo.contains("senha"))))
+        frase = "O servidor de banco de dados " + servidor + " recusou o usuário " + usuário +
+                " e a senha. A senha desta estação fica no arquivo ~/.pgpass do usuário que abre o " +
+                Título_Programa +
+                ": confira nele a linha servidor:porta:banco:usuário:senha deste servidor, e que o "
+                "arquivo tenha a permissão 0600 (chmod 0600 ~/.pgpass).";
+    else if (minúsculo.contains("pg_hba.conf"))
+        frase = "O servidor de banco de dados " + servidor +
+                " não autorizou esta estação: falta no arquivo pg_hba.conf do servidor a linha que deixa "
+                "este computador entrar.";
+    else if (minúsculo.contains("does not exist") || minúsculo.contains("não existe"))
+        frase = "O servidor de banco de dados " + servidor +
+                " respondeu, mas não tem o banco de dados ou o usuário indicado no arquivo Dados/" +
+                Arquivo_Servidor + ".";
+    else
+        frase = "O servidor de banco de dados " + servidor +
+                " não respondeu. Verifique se ele está ligado e acessível pela rede, e se o arquivo Dados/" +
+                Arquivo_Servidor + " o indica corretamente.";
+    return detalhe.isEmpty() ? frase : frase + "\r\rDetalhe: " + detalhe;
+}
+
+void Prepara_Conexão(PGconn* c) {
     PQsetNoticeProcessor(c, Sem_Avisos, nullptr);
     PQclear(
         PQexec(c, "SET client_encoding TO 'UTF8'; SET DateStyle TO ISO, YMD; SET extra_float_digits TO 3"));
+}
+
+PGconn* Conecta(const QString& conexão, Falha_Banco& falha) {
+    PGconn* c = Abre_PG(conexão);
+    if (PQstatus(c) != CONNECTION_OK) {
+        falha = {-2147467259, Motivo_Em_Português(c, conexão)};
+        PQfinish(c);
+        return nullptr;
+    }
+    Prepara_Conexão(c);
     return c;
 }
+
+// Losses of the connection met by this process, and whether the box about one is up now.
+int Perdas = 0;
+bool Em_Recuperação = false;
 
 // Runs statements with no values; false with the failure when the server refuses.
 bool Executa_Simples(PGconn* c, const QString& sql, Falha_Servidor* falha = nullptr) {
@@ -153,11 +230,25 @@ bool Renomeia_Esquema_Servidor(const QString& conexão, const QString& esquema, 
 }
 
 QString Motivo_Sem_Conexão(const QString& conexão) {
-    PGconn* c = PQconnectdb(conexão.toUtf8().constData());
-    const QString motivo =
-        PQstatus(c) == CONNECTION_OK ? QString() : QString::fromUtf8(PQerrorMessage(c)).simplified();
+    PGconn* c = Abre_PG(conexão);
+    const QString motivo = PQstatus(c) == CONNECTION_OK ? QString() : Motivo_Em_Português(c, conexão);
     PQfinish(c);
     return motivo;
+}
+
+int Perdas_De_Conexão() {
+    return Perdas;
+}
+
+Vez_Da_Atualização::Vez_Da_Atualização(const QString& conexão) {
+    Falha_Banco ignorada;
+    C = Conecta(conexão, ignorada);
+    // A number of the program's own: the lock is one per server database.
+    if (C != nullptr) PQclear(PQexec(C, "SELECT pg_advisory_lock(4141410)"));
+}
+
+Vez_Da_Atualização::~Vez_Da_Atualização() {
+    if (C != nullptr) PQfinish(C);
 }
 
 bool Existe_Esquema_Servidor(const QString& conexão, const QString& esquema, Falha_Banco& falha) {
@@ -347,8 +438,15 @@ class Sessão_Servidor;
 // A statement prepared on the server. Values go as text and the server infers their types.
 class Comando_Servidor final : public Comando_Banco {
   public:
-    Comando_Servidor(Sessão_Servidor* sessão, QByteArray nome, int valores, bool escrita, bool inclusão)
-        : S(sessão), Nome(std::move(nome)), Valores(valores), Escrita(escrita), Inclusão(inclusão) {}
+    Comando_Servidor(Sessão_Servidor* sessão, QByteArray nome, QByteArray texto, int valores, bool escrita,
+                     bool inclusão, int geração)
+        : S(sessão),
+          Nome(std::move(nome)),
+          Texto_SQL(std::move(texto)),
+          Valores(valores),
+          Escrita(escrita),
+          Inclusão(inclusão),
+          Geração_Preparo(geração) {}
     ~Comando_Servidor() override {
         Reinicia();
         if (Descrição != nullptr) PQclear(Descrição);
@@ -407,11 +505,15 @@ class Comando_Servidor final : public Comando_Banco {
         static std::optional<QByteArray> sobra;
         return p >= 1 && p <= Valores ? Ligados[p - 1] : sobra;
     }
+    // Prepares the statement again on a connection made anew since it was prepared.
+    bool Preparado(Falha_Servidor& f);
     Sessão_Servidor* S;
     QByteArray Nome;
+    QByteArray Texto_SQL;  // in the server's words
     int Valores;
     bool Escrita;
     bool Inclusão;
+    int Geração_Preparo;
     QVector<std::optional<QByteArray>> Ligados;
     PGresult* R = nullptr;
     PGresult* Descrição = nullptr;
@@ -420,14 +522,22 @@ class Comando_Servidor final : public Comando_Banco {
 
 class Sessão_Servidor final : public Sessão {
   public:
-    Sessão_Servidor(QString chave, PGconn* conexão) : Sessão(std::move(chave)), C(conexão) {}
+    Sessão_Servidor(QString chave, PGconn* conexão, QString texto_conexão, QString esquema)
+        : Sessão(std::move(chave)),
+          C(conexão),
+          Texto_Conexão(std::move(texto_conexão)),
+          Esquema(std::move(esquema)) {
+        Abertas().append(this);
+    }
     ~Sessão_Servidor() override {
+        Abertas().removeOne(this);
         qDeleteAll(Comandos);
         PQfinish(C);
     }
     bool Servidor() const override { return true; }
 
     bool Prepara_Escrita(Falha_Banco& falha) override {
+        if (Transação_Perdida) return Recusa_Pela_Perda(falha);
         if (!Transação_Lógica || Transação_SQL) return true;
         return Começa_Transação(falha);
     }
@@ -436,8 +546,12 @@ class Sessão_Servidor final : public Sessão {
         if (Transação_SQL) {
             Falha_Servidor f;
             if (!Executa_Simples(C, "COMMIT", &f)) {
-                Guarda(f, falha);
-                Executa_Simples(C, "ROLLBACK");
+                if (Perdeu(f)) {
+                    Guarda_Perda(Recupera(f.Mensagem), falha);
+                } else {
+                    Guarda(f, falha);
+                    Executa_Simples(C, "ROLLBACK");
+                }
                 ok = false;
             }
         }
@@ -449,14 +563,86 @@ class Sessão_Servidor final : public Sessão {
         Esquece_Contagens();
         if (Transação_SQL) {
             Falha_Servidor f;
+            // A lost connection has undone the transaction already: the undo is done, once the user knows.
             if (!Executa_Simples(C, "ROLLBACK", &f)) {
-                Guarda(f, falha);
-                ok = false;
+                if (Perdeu(f)) {
+                    Recupera(f.Mensagem);
+                } else {
+                    Guarda(f, falha);
+                    ok = false;
+                }
             }
         }
         Fim_Da_Transação();
         return ok;
     }
+
+    // ---- the connection lost and made again ----
+
+    static QList<Sessão_Servidor*>& Abertas() {
+        static QList<Sessão_Servidor*> abertas;
+        return abertas;
+    }
+    // After a failed exchange: whether the connection itself went away (the server stopped or restarted,
+    // the network dropped).
+    bool Perdeu(const Falha_Servidor& f) const {
+        return PQstatus(C) == CONNECTION_BAD || f.Estado.startsWith("08") || f.Estado.startsWith("57P");
+    }
+    bool Conectada() const { return PQstatus(C) == CONNECTION_OK; }
+    // The loss is told to the user, who chooses to try again or to leave; on return every session of this
+    // server is connected again, with no transaction. True when this session's transaction was in flight,
+    // and so undone by the server. A statement run while the box is up (by an event) only fails.
+    bool Recupera(const QString& detalhe) {
+        const bool desfeita = Transação_SQL;
+        ++Perdas;
+        if (Em_Recuperação) return desfeita;
+        bool gravação = false;
+        for (const Sessão_Servidor* s : Abertas())
+            if (s->Texto_Conexão == Texto_Conexão && s->Transação_SQL) gravação = true;
+        Em_Recuperação = true;
+        struct Fim {
+            ~Fim() { Em_Recuperação = false; }
+        } fim;
+        const QString texto = Texto_Conexão;
+        Avisa_Conexão_Perdida(Nome_Servidor(C, texto), detalhe, gravação, [texto](QString& motivo) {
+            for (Sessão_Servidor* s : Abertas())
+                if (s->Texto_Conexão == texto && !s->Refaz_Conexão(motivo)) return false;
+            return true;
+        });
+        return desfeita;
+    }
+    bool Refaz_Conexão(QString& motivo) {
+        PGconn* nova = Abre_PG(Texto_Conexão);
+        if (PQstatus(nova) != CONNECTION_OK) {
+            motivo = QString::fromUtf8(PQerrorMessage(nova)).simplified();
+            PQfinish(nova);
+            return false;
+        }
+        Prepara_Conexão(nova);
+        Executa_Simples(nova, "SET search_path TO " + Citação(Esquema));
+        PQfinish(C);
+        C = nova;
+        ++Geração;
+        Transação_Perdida = Transação_Perdida || (Transação_SQL && Transação_Lógica);
+        Transação_SQL = false;
+        Transação_Da_Trava = false;
+        Algo_Na_Transação = false;
+        Travas.clear();
+        Nomes.clear();
+        Sessão::Esquece_Estruturas();
+        return true;
+    }
+    void Guarda_Perda(bool desfeita, Falha_Banco& falha) {
+        Última = {Estado_Conexão_Perdida, "A conexão com o servidor " + Nome_Servidor(C, Texto_Conexão) +
+                                              " foi perdida" +
+                                              (desfeita ? "; a gravação em andamento foi desfeita" : "")};
+        falha = Falha_Traduzida(Última);
+    }
+    bool Recusa_Pela_Perda(Falha_Banco& falha) {
+        Guarda_Perda(true, falha);
+        return false;
+    }
+    int Geração = 0;  // how many times the connection was made anew
 
     Comando_Banco* Prepara(const QString& sql, Falha_Banco& falha) override {
         if (auto it = Comandos.find(sql); it != Comandos.end()) {
@@ -481,11 +667,24 @@ class Sessão_Servidor final : public Sessão {
         // A statement refused as it is prepared must not spoil the transaction's earlier work either.
         const bool protegida = Transação_SQL && Algo_Na_Transação;
         if (protegida) Executa_Simples(C, "SAVEPOINT preparo");
-        PGresult* r = PQprepare(C, nome.constData(), texto.toUtf8().constData(), 0, nullptr);
+        const QByteArray texto_servidor = texto.toUtf8();
+        PGresult* r = PQprepare(C, nome.constData(), texto_servidor.constData(), 0, nullptr);
         bool ok = PQresultStatus(r) == PGRES_COMMAND_OK;
         Falha_Servidor f;
         if (!ok) f = Falha_Do_Resultado(C, r);
         PQclear(r);
+        if (!ok && Perdeu(f)) {
+            // A read is prepared again over the new connection; what a lost transaction held is gone.
+            const bool desfeita = Recupera(f.Mensagem);
+            if (!desfeita && Conectada() && !Nomes_Relidos) {
+                Nomes_Relidos = true;
+                Comando_Banco* de_novo = Prepara(sql, falha);
+                Nomes_Relidos = false;
+                return de_novo;
+            }
+            Guarda_Perda(desfeita, falha);
+            return nullptr;
+        }
         if (protegida)
             Executa_Simples(C, ok ? "RELEASE SAVEPOINT preparo"
                                   : "ROLLBACK TO SAVEPOINT preparo; RELEASE SAVEPOINT preparo");
@@ -503,7 +702,7 @@ class Sessão_Servidor final : public Sessão {
             Guarda(f, falha);
             return nullptr;
         }
-        auto* comando = new Comando_Servidor(this, nome, valores, escrita, inclusão);
+        auto* comando = new Comando_Servidor(this, nome, texto_servidor, valores, escrita, inclusão, Geração);
         comando->Descreve(PQdescribePrepared(C, nome.constData()));
         Comandos.insert(sql, comando);
         return comando;
@@ -511,6 +710,7 @@ class Sessão_Servidor final : public Sessão {
 
     bool Executa(const QString& sql, Falha_Banco& falha) override {
         Esquece_Contagens();
+        if (Transação_Perdida) return Recusa_Pela_Perda(falha);
         if (Nomes.isEmpty()) Lê_Nomes();
         int valores = 0;
         const QString texto = Traduz_Para_Servidor(sql, Nomes, valores);
@@ -526,7 +726,10 @@ class Sessão_Servidor final : public Sessão {
         } else {
             ok = Executa_Simples(C, texto, &f);
         }
-        if (!ok) Guarda(f, falha);
+        if (!ok && Perdeu(f))
+            Guarda_Perda(Recupera(f.Mensagem), falha);
+        else if (!ok)
+            Guarda(f, falha);
         return ok;
     }
 
@@ -534,7 +737,10 @@ class Sessão_Servidor final : public Sessão {
     bool Executa_Direto(const QString& sql, Falha_Banco& falha) {
         Falha_Servidor f;
         const bool ok = Executa_Simples(C, sql, &f);
-        if (!ok) Guarda(f, falha);
+        if (!ok && Perdeu(f))
+            Guarda_Perda(Recupera(f.Mensagem), falha);
+        else if (!ok)
+            Guarda(f, falha);
         Esquece_Estruturas();
         return ok;
     }
@@ -556,9 +762,9 @@ class Sessão_Servidor final : public Sessão {
 
     QStringList Tabelas() override {
         QStringList nomes;
-        PGresult* r = PQexec(C,
-                             "SELECT c.relname FROM pg_class c JOIN pg_namespace n ON n.oid = c.relnamespace "
-                             "WHERE n.nspname = current_schema() AND c.relkind = 'r' ORDER BY c.relname");
+        PGresult* r =
+            Lê("SELECT c.relname FROM pg_class c JOIN pg_namespace n ON n.oid = c.relnamespace "
+               "WHERE n.nspname = current_schema() AND c.relkind = 'r' ORDER BY c.relname");
         for (int i = 0; PQresultStatus(r) == PGRES_TUPLES_OK && i < PQntuples(r); ++i)
             nomes << QString::fromUtf8(PQgetvalue(r, i, 0));
         PQclear(r);
@@ -571,6 +777,7 @@ class Sessão_Servidor final : public Sessão {
         const auto chave = qMakePair(tabela.toLower(), linha);
         if (Travas.contains(chave)) return true;
         Falha_Banco ignorada;
+        if (Transação_Perdida) return Recusa_Pela_Perda(ignorada);
         if (!Transação_SQL) {
             if (!Começa_Transação(ignorada)) return false;
             Transação_Da_Trava = !Transação_Lógica;
@@ -578,7 +785,13 @@ class Sessão_Servidor final : public Sessão {
         const QString sql = "SAVEPOINT trava; SELECT 1 FROM " + Citação(Nome_Criado(tabela)) +
                             " WHERE rowid = " + QString::number(linha) +
                             " FOR UPDATE NOWAIT; RELEASE SAVEPOINT trava";
-        if (!Executa_Simples(C, sql)) {
+        Falha_Servidor f;
+        if (!Executa_Simples(C, sql, &f)) {
+            if (Perdeu(f)) {
+                Guarda_Perda(Recupera(f.Mensagem), ignorada);
+                return false;
+            }
+            Última = f;
             Executa_Simples(C, "ROLLBACK TO SAVEPOINT trava; RELEASE SAVEPOINT trava");
             if (Transação_Da_Trava && Travas.isEmpty()) Termina_Transação_Da_Trava();
             return false;
@@ -609,7 +822,7 @@ class Sessão_Servidor final : public Sessão {
         Última = f;
         falha = Falha_Traduzida(f);
     }
-    void Guarda_Resultado(const PGresult* r) { Última = Falha_Do_Resultado(C, r); }
+    void Guarda_Falha(const Falha_Servidor& f) { Última = f; }
     void Anota_Id(qint64 id) { Id_Inserido = id; }
 
   protected:
@@ -618,7 +831,17 @@ class Sessão_Servidor final : public Sessão {
   private:
     bool Começa_Transação(Falha_Banco& falha) {
         Falha_Servidor f;
-        if (!Executa_Simples(C, "BEGIN", &f)) {
+        bool ok = Executa_Simples(C, "BEGIN", &f);
+        // Nothing was in flight: over a connection made anew the transaction simply begins.
+        if (!ok && Perdeu(f)) {
+            Recupera(f.Mensagem);
+            ok = Conectada() && Executa_Simples(C, "BEGIN", &f);
+            if (!ok) {
+                Guarda_Perda(false, falha);
+                return false;
+            }
+        }
+        if (!ok) {
             Guarda(f, falha);
             return false;
         }
@@ -634,6 +857,7 @@ class Sessão_Servidor final : public Sessão {
     void Fim_Da_Transação() {
         Transação_SQL = false;
         Transação_Lógica = false;
+        Transação_Perdida = false;
         Transação_Da_Trava = false;
         Travas.clear();
     }
@@ -644,11 +868,11 @@ class Sessão_Servidor final : public Sessão {
     // The names of the schema's tables and fields, as they were created.
     void Lê_Nomes() {
         Nomes.clear();
-        PGresult* r = PQexec(C,
-                             "SELECT c.relname, a.attname FROM pg_class c "
-                             "JOIN pg_namespace n ON n.oid = c.relnamespace "
-                             "LEFT JOIN pg_attribute a ON a.attrelid = c.oid AND a.attnum > 0 AND NOT "
-                             "a.attisdropped WHERE n.nspname = current_schema() AND c.relkind = 'r'");
+        PGresult* r =
+            Lê("SELECT c.relname, a.attname FROM pg_class c "
+               "JOIN pg_namespace n ON n.oid = c.relnamespace "
+               "LEFT JOIN pg_attribute a ON a.attrelid = c.oid AND a.attnum > 0 AND NOT "
+               "a.attisdropped WHERE n.nspname = current_schema() AND c.relkind = 'r'");
         for (int i = 0; PQresultStatus(r) == PGRES_TUPLES_OK && i < PQntuples(r); ++i)
             for (int k = 0; k < 2; ++k)
                 if (!PQgetisnull(r, i, k)) {
@@ -660,7 +884,20 @@ class Sessão_Servidor final : public Sessão {
         if (Nomes.isEmpty()) Nomes.insert(QString(), QString());  // read, and empty
     }
 
+    // A statement that reads the catalogue, asked again once over a connection made anew.
+    PGresult* Lê(const QByteArray& sql) {
+        PGresult* r = PQexec(C, sql.constData());
+        if (PQresultStatus(r) == PGRES_TUPLES_OK) return r;
+        const Falha_Servidor f = Falha_Do_Resultado(C, r);
+        if (!Perdeu(f)) return r;
+        PQclear(r);
+        Recupera(f.Mensagem);
+        return PQexec(C, sql.constData());
+    }
+
     PGconn* C;
+    const QString Texto_Conexão;
+    const QString Esquema;
     QHash<QString, Comando_Banco*> Comandos;
     QHash<QString, QString> Nomes;
     bool Nomes_Relidos = false;
@@ -671,9 +908,26 @@ class Sessão_Servidor final : public Sessão {
     bool Transação_Da_Trava = false;
 };
 
+bool Comando_Servidor::Preparado(Falha_Servidor& f) {
+    if (Geração_Preparo == S->Geração) return true;
+    PGresult* r = PQprepare(S->Conexão(), Nome.constData(), Texto_SQL.constData(), 0, nullptr);
+    const bool ok = PQresultStatus(r) == PGRES_COMMAND_OK;
+    if (ok)
+        Geração_Preparo = S->Geração;
+    else
+        f = Falha_Do_Resultado(S->Conexão(), r);
+    PQclear(r);
+    return ok;
+}
+
 int Comando_Servidor::Passo() {
     if (R == nullptr) {
-        PGconn* c = S->Conexão();
+        // The writes that would follow a transaction the server undid are refused until it ends.
+        if (Escrita && S->Transação_Perdida) {
+            Falha_Banco ignorada;
+            S->Guarda_Perda(true, ignorada);
+            return 1;
+        }
         QVector<const char*> ponteiros(Valores);
         QVector<QByteArray> textos(Valores);
         Ligados.resize(Valores);
@@ -685,28 +939,46 @@ int Comando_Servidor::Passo() {
                 ponteiros[i] = nullptr;
             }
         }
-        // A write refused inside a transaction must not spoil what the transaction did before it: it runs
-        // inside a savepoint. With nothing done yet, the transaction is simply begun again on a refusal.
-        const bool em_transação = Escrita && S->Transação_SQL;
-        const bool protegida = em_transação && S->Algo_Na_Transação;
-        if (protegida) Executa_Simples(c, "SAVEPOINT escrita");
-        R = PQexecPrepared(c, Nome.constData(), Valores, ponteiros.data(), nullptr, nullptr, 0);
-        const ExecStatusType estado = PQresultStatus(R);
-        const bool ok = estado == PGRES_TUPLES_OK || estado == PGRES_COMMAND_OK;
-        if (protegida)
-            Executa_Simples(c, ok ? "RELEASE SAVEPOINT escrita"
-                                  : "ROLLBACK TO SAVEPOINT escrita; RELEASE SAVEPOINT escrita");
-        if (!ok) {
-            S->Guarda_Resultado(R);
+        for (int vez = 0;; ++vez) {
+            PGconn* c = S->Conexão();
+            // A write refused inside a transaction must not spoil what the transaction did before it: it
+            // runs inside a savepoint. With nothing done yet, the transaction is simply begun again on a
+            // refusal.
+            const bool em_transação = Escrita && S->Transação_SQL;
+            const bool protegida = em_transação && S->Algo_Na_Transação;
+            Falha_Servidor f;
+            bool ok = Preparado(f);
+            if (ok) {
+                if (protegida) Executa_Simples(c, "SAVEPOINT escrita");
+                R = PQexecPrepared(c, Nome.constData(), Valores, ponteiros.data(), nullptr, nullptr, 0);
+                const ExecStatusType estado = PQresultStatus(R);
+                ok = estado == PGRES_TUPLES_OK || estado == PGRES_COMMAND_OK;
+                if (!ok) f = Falha_Do_Resultado(c, R);
+                if (protegida)
+                    Executa_Simples(c, ok ? "RELEASE SAVEPOINT escrita"
+                                          : "ROLLBACK TO SAVEPOINT escrita; RELEASE SAVEPOINT escrita");
+            }
+            if (ok) {
+                if (em_transação) S->Algo_Na_Transação = true;
+                break;
+            }
             Reinicia();
+            if (S->Perdeu(f)) {
+                // Told once; a read outside a transaction is simply asked again over the new connection.
+                const bool desfeita = S->Recupera(f.Mensagem);
+                if (vez == 0 && !Escrita && !desfeita && S->Conectada()) continue;
+                Falha_Banco ignorada;
+                S->Guarda_Perda(desfeita, ignorada);
+                return 1;
+            }
+            S->Guarda_Falha(f);
             if (em_transação && !protegida) S->Recomeça_Transação();
             return 1;
         }
-        if (em_transação) S->Algo_Na_Transação = true;
         if (Inclusão) {
             if (PQntuples(R) == 1) S->Anota_Id(std::strtoll(PQgetvalue(R, 0, 0), nullptr, 10));
             Reinicia();
-            R = PQmakeEmptyPGresult(c, PGRES_COMMAND_OK);
+            R = PQmakeEmptyPGresult(S->Conexão(), PGRES_COMMAND_OK);
             Linha = 0;
             return Fim_Comando;
         }
@@ -755,27 +1027,25 @@ std::shared_ptr<Estrutura_Tabela> Sessão_Servidor::Lê_Estrutura(const QString&
     auto estrutura = std::make_shared<Estrutura_Tabela>();
     estrutura->Nome = criado;
     const QString oid = "(" + Valor_Texto_SQL(Citação(criado)) + "::regclass)";
-    PGresult* r = PQexec(C, ("SELECT a.attname, format_type(a.atttypid, a.atttypmod), "
-                             "coalesce(col_description(a.attrelid, a.attnum), ''), a.attidentity <> '' "
-                             "FROM pg_attribute a WHERE a.attrelid = " +
-                             oid +
-                             " AND a.attnum > 0 AND NOT a.attisdropped AND a.attname <> 'rowid' "
-                             "ORDER BY a.attnum")
-                                .toUtf8()
-                                .constData());
+    PGresult* r = Lê(("SELECT a.attname, format_type(a.atttypid, a.atttypmod), "
+                      "coalesce(col_description(a.attrelid, a.attnum), ''), a.attidentity <> '' "
+                      "FROM pg_attribute a WHERE a.attrelid = " +
+                      oid +
+                      " AND a.attnum > 0 AND NOT a.attisdropped AND a.attname <> 'rowid' "
+                      "ORDER BY a.attnum")
+                         .toUtf8());
     for (int i = 0; PQresultStatus(r) == PGRES_TUPLES_OK && i < PQntuples(r); ++i)
         estrutura->Campos.append(Campo_Do_Tipo_Servidor(
             QString::fromUtf8(PQgetvalue(r, i, 0)), QString::fromUtf8(PQgetvalue(r, i, 1)),
             QString::fromUtf8(PQgetvalue(r, i, 2)), PQgetvalue(r, i, 3)[0] == 't'));
     PQclear(r);
     // The indexes of the catalogue carry their name in a comment; the store's own have none.
-    r = PQexec(C, ("SELECT obj_description(i.indexrelid, 'pg_class'), i.indisunique, "
-                   "(SELECT string_agg(a.attname, E'\\n' ORDER BY k.n) FROM unnest(i.indkey) "
-                   "WITH ORDINALITY k(num, n) JOIN pg_attribute a ON a.attrelid = i.indrelid AND a.attnum = "
-                   "k.num) FROM pg_index i WHERE i.indrelid = " +
-                   oid + " ORDER BY i.indexrelid")
-                      .toUtf8()
-                      .constData());
+    r = Lê(("SELECT obj_description(i.indexrelid, 'pg_class'), i.indisunique, "
+            "(SELECT string_agg(a.attname, E'\\n' ORDER BY k.n) FROM unnest(i.indkey) "
+            "WITH ORDINALITY k(num, n) JOIN pg_attribute a ON a.attrelid = i.indrelid AND a.attnum = "
+            "k.num) FROM pg_index i WHERE i.indrelid = " +
+            oid + " ORDER BY i.indexrelid")
+               .toUtf8());
     for (int i = 0; PQresultStatus(r) == PGRES_TUPLES_OK && i < PQntuples(r); ++i) {
         if (PQgetisnull(r, i, 0)) continue;
         const QString comentário = QString::fromUtf8(PQgetvalue(r, i, 0));
@@ -807,7 +1077,7 @@ std::shared_ptr<Sessão> Abre_Sessão_Servidor(const QString& chave, const QStri
         return nullptr;
     }
     Executa_Simples(c, "SET search_path TO " + Citação(esquema));
-    return std::make_shared<Sessão_Servidor>(chave, c);
+    return std::make_shared<Sessão_Servidor>(chave, c, conexão, esquema);
 }
 
 bool Executa_No_Servidor_Avulso(const QString& caminho_banco, const QStringList& comandos) {

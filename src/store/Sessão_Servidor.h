@@ -23,8 +23,26 @@ bool Cria_Esquema_Servidor(const QString& conexão, const QString& esquema, Falh
 bool Exclui_Esquema_Servidor(const QString& conexão, const QString& esquema, Falha_Banco& falha);
 bool Renomeia_Esquema_Servidor(const QString& conexão, const QString& esquema, const QString& novo,
                                Falha_Banco& falha);
-// Why the server does not answer, as libpq tells it on one line; empty when it answers.
+// Why the server cannot be reached, in one Portuguese sentence (a host that does not answer, a user and
+// password refused...) followed by libpq's own words as the detail; empty when it answers.
 QString Motivo_Sem_Conexão(const QString& conexão);
+// How many times this process found its connection to the server lost. A long walk or an import that
+// sees it change stops: what the lost transaction held was undone.
+int Perdas_De_Conexão();
+
+// Held while a start brings the server's bank up to this version: a second workstation starting meanwhile
+// waits, and then finds the work done. Released with its own connection, also when the process ends.
+struct pg_conn;
+class Vez_Da_Atualização {
+  public:
+    explicit Vez_Da_Atualização(const QString& conexão);
+    ~Vez_Da_Atualização();
+    Vez_Da_Atualização(const Vez_Da_Atualização&) = delete;
+    Vez_Da_Atualização& operator=(const Vez_Da_Atualização&) = delete;
+
+  private:
+    pg_conn* C = nullptr;
+};
 // How many tables the server database holds (a schema without tables counts as one); -1 with `falha` set
 // when the server cannot be reached.
 int Tabelas_No_Servidor(const QString& conexão, Falha_Banco& falha);

@@ -10,6 +10,7 @@
 #include <QProgressBar>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <optional>
 
 #include "common/Globais.h"
 #include "forms/Formulário.h"
@@ -20,10 +21,28 @@
 #include "platform/Plataforma.h"
 #include "store/Catálogo.h"
 #include "store/Funções_Banco.h"
+#include "store/Sessão_Servidor.h"
 #include "store/schema/Esquema.h"
 #include "utilities/Zip.h"
 
 namespace {
+// The server that this installation has already met, kept beside Servidor.txt: a folder that has started
+// on its server once is no longer a workstation joining it.
+QString Caminho_Servidor_Conhecido() {
+    return Caminho_Dados() + "/Servidor_Conhecido.txt";
+}
+
+bool Estação_Conhece_Servidor(const QString& servidor) {
+    QFile arquivo(Caminho_Servidor_Conhecido());
+    return arquivo.open(QIODevice::ReadOnly) && QString::fromUtf8(arquivo.readAll()).trimmed() == servidor;
+}
+
+void Marca_Servidor_Conhecido(const QString& servidor) {
+    if (Estação_Conhece_Servidor(servidor)) return;
+    QFile arquivo(Caminho_Servidor_Conhecido());
+    if (arquivo.open(QIODevice::WriteOnly | QIODevice::Truncate)) arquivo.write(servidor.toUtf8() + "\n");
+}
+
 Ligação* const Sete_Conexões[] = {
     &Conexão,     &Conexão_Secundária, &Conexão_Terciária, &Conexão_Quaternária, &Conexão_Temporária,
     &Conexão_Dbf, &Conexão_Manutenção};
@@ -121,15 +140,11 @@ void frmAtualiza_Versão::Form_Load() {
 void frmAtualiza_Versão::tmrTempo_Timer() {
     Rotina r(this, "tmrTempo_Timer");
     // A server that does not answer leaves nothing to open: the user is told why, and the program ends.
+    // The reason comes as a Portuguese sentence that names the server, with libpq's words as its detail.
     if (QString motivo; !Servidor_Disponível(motivo)) {
-        Mensagem_Erro =
-            QString(
-                "O servidor de banco de dados indicado no arquivo Dados/Servidor.txt não respondeu.\r\r") +
-            "Resposta da conexão: " + motivo +
-            "\r\rVerifique se o servidor está ligado e acessível pela rede e abra o sistema novamente";
+        Mensagem_Erro = motivo;
         Registra_Ocorrência(-2147467259, objectName(), "tmrTempo_Timer", 0);
-        Plataforma_Atual().Caixa_Mensagem(Mensagem_Erro + ".", Título_Programa, Ícone_Caixa::Crítico,
-                                          Botões_Caixa::Ok);
+        Plataforma_Atual().Caixa_Mensagem(motivo, Título_Programa, Ícone_Caixa::Crítico, Botões_Caixa::Ok);
         Plataforma_Atual().Encerra_Agora(1);
         return;
     }
@@ -154,6 +169,18 @@ void frmAtualiza_Versão::tmrTempo_Timer() {
         Plataforma_Atual().Encerra_Agora(1);
         return;
     }
+    // On a server, one start at a time builds or brings up the bank: a second workstation starting
+    // meanwhile waits here, and then finds the work done.
+    const QString servidor = Conexão_Do_Servidor(Caminho_Banco_Principal());
+    std::optional<Vez_Da_Atualização> vez;
+    if (!servidor.isEmpty()) {
+        Plataforma_Atual().Processa_Eventos();
+        vez.emplace(servidor);
+    }
+    // A workstation meeting a server bank that was there before it: it joins a bank that others use.
+    const bool junta_se =
+        !servidor.isEmpty() && Existe_Banco(Caminho_Banco_Principal()) && !Estação_Conhece_Servidor(servidor);
+    if (!servidor.isEmpty()) Marca_Servidor_Conhecido(servidor);
     if (!Existe_Banco(Caminho_Banco_Principal())) {
         Catálogo::Cria_Banco(Conexão_Criação(Caminho_Banco_Principal()));
         Ligação criação;
@@ -189,6 +216,14 @@ void frmAtualiza_Versão::tmrTempo_Timer() {
                                                    Tabela.Fields("Versão_Menor").Value().toInt(),
                                                    Tabela.Fields("Versão_Revisão").Value().toInt());
     Tabela.Reinicia();
+
+    // The seed files belong to an installation's first meeting with its own bank: on a bank already in
+    // use they would empty and rebuild shared tables and move the shared audit trail aside. They are kept
+    // in Dados/Arquivo, and the start goes on to the login; a version upgrade, if due, still runs, once
+    // for the bank.
+    if (junta_se && versão_banco.toLong() > 0)
+        for (const QString& semente : {Caminho_Banco_Temporário(), Caminho_Dados() + "/Temp.Zip"})
+            if (QFile::exists(semente)) Guarda_No_Arquivo(semente);
 
     // The versions are compared as text.
     if (QFile::exists(Caminho_Banco_Temporário()) || versão_banco < Versão_Programa())
