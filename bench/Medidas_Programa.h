@@ -4,12 +4,15 @@
 #include <benchmark/benchmark.h>
 
 #include <QLineEdit>
+#include <QLocale>
+#include <QRadioButton>
 #include <QString>
 #include <cstdint>
 #include <cstring>
 #include <random>
 
 #include "common/Globais.h"
+#include "forms/Controles.h"
 #include "questions/frmPergunta.h"
 #include "search/frmLocaliza_Informação.h"
 #include "store/Funções_Banco.h"
@@ -76,4 +79,18 @@ inline void Próximo_No_Cadastro(benchmark::State& estado, const Plataforma_Rote
             break;
         }
     }
+}
+
+// What a step of the register shows, put by hand into the same widgets: the question and its four
+// answers trimmed, the kind, and the caption with the code, so that the raw sides of "Próximo" do the
+// visible work that the window does. The texts come in UTF-8, as both engines give them.
+inline void Mostra_Pergunta_À_Mão(frmPergunta& tela, int código, const char* const textos[5],
+                                  const char* tipo) {
+    static const QLocale brasil(QLocale::Portuguese, QLocale::Brazil);
+    tela.txtPergunta->setPlainText(QString::fromUtf8(textos[0]).trimmed());
+    QLineEdit* const respostas[] = {tela.txtResposta_Correta, tela.txtResposta_Incorreta_1,
+                                    tela.txtResposta_Incorreta_2, tela.txtResposta_Incorreta_3};
+    for (int i = 0; i < 4; ++i) respostas[i]->setText(QString::fromUtf8(textos[i + 1]).trimmed());
+    tela.optTipo[qstrcmp(tipo, "G") == 0 ? 0 : 1]->setChecked(true);
+    tela.setWindowTitle("Consulta da Pergunta " + brasil.toString(código));
 }

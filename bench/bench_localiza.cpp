@@ -148,9 +148,11 @@ void BM_Próximo_Pelo_Programa(benchmark::State& estado) {
     Reinicia_Estado_Global();
 }
 
-// By hand: the next row in code order, carrying the last rowid, every column read as text.
+// By hand: the next row in code order, carrying the last rowid, every column read as text, and what the
+// register shows of it put into the same widgets (a register window used only for its widgets).
 void BM_Próximo_SQLite_Puro(benchmark::State& estado) {
     Instalação instalação;
+    frmPergunta tela;
     Reinicia_Estado_Global();
     sqlite3* banco = Abre_Banco_Puro();
     sqlite3_stmt* próxima;
@@ -163,6 +165,12 @@ void BM_Próximo_SQLite_Puro(benchmark::State& estado) {
             if (sqlite3_step(próxima) == SQLITE_ROW) {
                 última = sqlite3_column_int64(próxima, 0);
                 Lê_Colunas(próxima);
+                const char* textos[5];
+                for (int c = 0; c < 5; ++c)
+                    textos[c] =
+                        reinterpret_cast<const char*>(sqlite3_column_text(próxima, c == 0 ? 1 : c + 2));
+                Mostra_Pergunta_À_Mão(tela, sqlite3_column_int(próxima, 2), textos,
+                                      reinterpret_cast<const char*>(sqlite3_column_text(próxima, 7)));
             }
             sqlite3_reset(próxima);
         }

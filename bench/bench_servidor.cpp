@@ -9,6 +9,7 @@
 #include <QDateTime>
 #include <QLineEdit>
 #include <QVector>
+#include <cstdlib>
 
 #include "common/Globais.h"
 #include "game/Regras_Jogo.h"
@@ -377,9 +378,11 @@ void BM_Próximo_Pelo_Programa(benchmark::State& estado) {
     Próximo_No_Cadastro(estado, Banco_Grande().Plataforma, Passos);
 }
 
-// By hand: the next row in code order, carrying the last code, every column read.
+// By hand: the next row in code order, carrying the last code, every column read, and what the register
+// shows of it put into the same widgets (a register window used only for its widgets).
 void BM_Próximo_Libpq_Puro(benchmark::State& estado) {
     Banco_Grande();
+    frmPergunta tela;
     PGconn* banco = Abre_Libpq(Caminho_Banco_Principal());
     Prepara_Libpq(banco, "proxima",
                   "SELECT * FROM \"tblPergunta\" WHERE \"Código_Pergunta\" > $1 ORDER BY \"Código_Pergunta\" "
@@ -392,6 +395,9 @@ void BM_Próximo_Libpq_Puro(benchmark::State& estado) {
             if (PQntuples(r) == 1) {
                 última = PQgetvalue(r, 0, 1);
                 for (int c = 0; c < PQnfields(r); ++c) benchmark::DoNotOptimize(PQgetvalue(r, 0, c));
+                const char* textos[5];
+                for (int c = 0; c < 5; ++c) textos[c] = PQgetvalue(r, 0, c == 0 ? 0 : c + 1);
+                Mostra_Pergunta_À_Mão(tela, std::atoi(PQgetvalue(r, 0, 1)), textos, PQgetvalue(r, 0, 6));
             }
             PQclear(r);
         }

@@ -69,9 +69,14 @@ void Habilitar_Comandos(QWidget* Formulário) {
 }
 
 void Limpar_Campos(QWidget* Formulário) {
+    Limpar_Campos(Formulário, {});
+}
+
+void Limpar_Campos(QWidget* Formulário, const QList<QWidget*>& exceto) {
     Rotina r(Fonte_Funções_Públicas, "Limpar_Campos");
     Ponteiro_Ocupado cursor(Ícone_Processamento);
     for (QWidget* controle : Formulário->findChildren<QWidget*>()) {
+        if (exceto.contains(controle)) continue;
         if (auto* data = dynamic_cast<Caixa_Data*>(controle)) {
             data->Set_Value(QVariant());
         } else if (auto* número = dynamic_cast<Caixa_Número*>(controle)) {
@@ -229,8 +234,8 @@ void Formulário_Cadastro::Passos_Comuns_Form_Load() {
 
 QString Formulário_Cadastro::Legenda_Registro() const {
     const int código = Tabela.Fields(Campo_Código).Value().toInt();
-    const QString número =
-        código == 0 ? QString() : QLocale(QLocale::Portuguese, QLocale::Brazil).toString(código);
+    static const QLocale brasil(QLocale::Portuguese, QLocale::Brazil);
+    const QString número = código == 0 ? QString() : brasil.toString(código);
     const bool exclusão = Operação == "Exclusão" && !Frase_Exclusão.isEmpty();
     return Operação + (exclusão ? Frase_Exclusão : Frase_Registro) + número;
 }
@@ -239,13 +244,14 @@ void Formulário_Cadastro::Exibir_Campos() {
     Rotina r(this, "Exibir_Campos");
     Finaliza_Transação();
     Operação = "Consulta";
-    Limpar_Campos(this);
-    if (!Exibição_Liberada) return;
+    if (!Exibição_Liberada) return Limpar_Campos(this);
     if (!Tabela_Dynaset.Source.isEmpty()) Localiza_Registro_Dynaset();
     if (Tabela.Eof() || Tabela.Bof()) {
+        Limpar_Campos(this);
         Auxílio_Novo_Cadastro(this, Palavra_Registro, Palavra_Masculina);
         return;
     }
+    Limpar_Campos(this, Campos_Sempre_Mostrados());
     Mostra_Registro();
     Linha_Mostrada = Linha_Atual();
     QString legenda = Legenda_Registro();

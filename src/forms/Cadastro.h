@@ -22,6 +22,8 @@ bool Confirma(QWidget* Formulário);
 void Habilitar_Comandos(QWidget* Formulário);
 // Empties text boxes, drop-down lists, data labels, date and number boxes and check boxes.
 void Limpar_Campos(QWidget* Formulário);
+// The same, leaving alone the fields in `exceto`: fields about to be filled again need no clearing first.
+void Limpar_Campos(QWidget* Formulário, const QList<QWidget*>& exceto);
 void Habilitar_Botão_OK(QWidget* Formulário);
 // Índice 1 walks back, 2 forward; on the locate result while one is active.
 void Movimenta_Registro(Registros& Tabela_Movimentar, int Índice);
@@ -60,6 +62,9 @@ class Formulário_Cadastro : public Formulário {
     bool Continua_Após_Conexão_Perdida();
     // The fields from the current row of Tabela, texts trimmed.
     virtual void Mostra_Registro() = 0;
+    // The fields that Mostra_Registro always fills, whatever the row: showing a row does not clear them
+    // first, as clearing a text box costs as much as filling it and nobody sees the blank in between.
+    virtual QList<QWidget*> Campos_Sempre_Mostrados() { return {}; }
     // The fields into the row of Tabela (AddNew already done for an inclusion), with the register's rules.
     virtual void Grava_Campos() = 0;
     virtual QWidget* Primeiro_Campo() = 0;

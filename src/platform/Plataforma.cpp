@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <cstdlib>
+#include <utility>
 
 namespace {
 Plataforma* Plataforma_Instalada = nullptr;
@@ -21,8 +23,22 @@ Plataforma* Define_Plataforma(Plataforma* nova) {
 }
 
 QString Caminho_Programa() {
-    const QString forçado = qEnvironmentVariable("QUIZORA_PASTA");
-    if (!forçado.isEmpty()) return QDir(forçado).absolutePath();
+    // Asked at every busy cursor and path: the forced folder's absolute form is kept while the variable
+    // holds the same text.
+    static QByteArray forçado_lido;
+    static QString forçado_absoluto;
+    if (const char* forçado = std::getenv("QUIZORA_PASTA"); forçado != nullptr && *forçado != 0) {
+        if (forçado_absoluto.isEmpty() || forçado_lido != forçado) {
+            forçado_lido = forçado;
+            forçado_absoluto = QDir(QFile::decodeName(forçado_lido)).absolutePath();
+            // A relative folder follows the current one, which may change.
+            if (forçado[0] != '/') {
+                forçado_lido.clear();
+                return std::exchange(forçado_absoluto, QString());
+            }
+        }
+        return forçado_absoluto;
+    }
     if (!Pasta_Escolhida.isEmpty()) return Pasta_Escolhida;
     if (QCoreApplication::instance() != nullptr) return QCoreApplication::applicationDirPath();
     return QDir::currentPath();

@@ -65,6 +65,11 @@ void Janela_Pergunta::Mostra_Campos_Pergunta() {
     txtResposta_Incorreta_3->setText(Tabela.Fields("Resposta_Incorreta_3").Value().toString().trimmed());
 }
 
+QList<QWidget*> Janela_Pergunta::Campos_Sempre_Mostrados() {
+    return {txtPergunta, txtResposta_Correta, txtResposta_Incorreta_1, txtResposta_Incorreta_2,
+            txtResposta_Incorreta_3};
+}
+
 void Janela_Pergunta::Grava_Campos_Pergunta() {
     Tabela.Fields("Pergunta").Set_Value(txtPergunta->Text());
     Tabela.Fields("Resposta_Correta").Set_Value(txtResposta_Correta->text());

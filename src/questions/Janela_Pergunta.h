@@ -29,6 +29,8 @@ class Janela_Pergunta : public Formulário_Cadastro {
     // Puts the text and the answers in the frame, rows 0 to 7 of the grid it returns.
     QGridLayout* Monta_Campos_Pergunta(QGroupBox* moldura);
     void Mostra_Campos_Pergunta();
+    // Mostra_Campos_Pergunta fills the text and the four answers of every row.
+    QList<QWidget*> Campos_Sempre_Mostrados() override;
     void Grava_Campos_Pergunta();
     QWidget* Primeiro_Campo() override;
     // The question keeps its typed form; only the answers take the stored capitalisation.
