@@ -9,6 +9,7 @@
 #include "store/Catálogo.h"
 #include "store/Comando_Banco.h"
 #include "store/Funções_Banco.h"
+#include "store/Sessão_Servidor.h"
 #include "store/Tradutor_SQL.h"
 #include "store/schema/Esquema.h"
 
@@ -105,9 +106,11 @@ int Mês_De(const QDate& dia) {
     return dia.year() * 100 + dia.month();
 }
 
-void Registra_No_Log(const Falha_Banco& falha, const QString& rotina) {
+void Registra_No_Log(
+    const Falha_Banco& falha, const QString& rotina,
+    const QString& texto = "Não foi possível registrar a jogada nas estatísticas dos jogos") {
     const QString anterior = Mensagem_Erro;
-    Mensagem_Erro = "Não foi possível registrar a jogada nas estatísticas dos jogos (" + falha.Descrição + ")";
+    Mensagem_Erro = texto + " (" + falha.Descrição + ")";
     Registra_Ocorrência(falha.Número, Fonte_Estatísticas, rotina, 0);
     Mensagem_Erro = anterior;
 }
@@ -119,10 +122,26 @@ QString Caminho_Banco_Estatísticas() {
 
 bool Garante_Banco_Estatísticas() {
     const QString caminho = Caminho_Banco_Estatísticas();
+    // A file that is not a database any more (a disk that failed, a copy cut short) is set aside under a
+    // dated name, and the statistics start again: the program never stops for them.
+    if (Existe_Banco(caminho)) {
+        Falha_Banco falha;
+        if (!Sessão::Procura(caminho) && !Sessão::Abre(caminho, falha) &&
+            !Conexão_Do_Servidor(caminho).isEmpty())
+            return false;  // a server that does not answer: nothing to set aside
+        if (falha.Houve()) {
+            Registra_No_Log(falha, "Garante_Banco_Estatísticas",
+                            "O banco de dados das estatísticas dos jogos não pôde ser aberto e foi refeito");
+            const QString destino =
+                Guarda_Arquivo_Banco(caminho, Caminho_Dados() + "/Arquivo", Plataforma_Atual().Agora());
+            if (destino.isEmpty()) Exclui_Arquivo_Banco(caminho);
+        }
+    }
     if (!Existe_Banco(caminho)) {
         Falha_Banco falha;
         if (!Sessão::Cria_Arquivo(caminho, falha)) {
-            Registra_No_Log(falha, "Garante_Banco_Estatísticas");
+            Registra_No_Log(falha, "Garante_Banco_Estatísticas",
+                            "Não foi possível criar o banco de dados das estatísticas dos jogos");
             return false;
         }
     }
@@ -183,22 +202,21 @@ bool Grava_Jogada(const Jogada& j, Falha_Banco& falha) {
     }
     if (ok) {
         if (Comando_Banco* c = sessão->Prepara(Soma_Mensal, falha)) {
-            const std::array<qint64, 15> valores = {
-                mês,
-                j.Código_Pergunta,
-                0,
-                pulo ? 0 : 1,
-                certa ? 1 : 0,
-                j.Número_Resposta == 1,
-                j.Número_Resposta == 2,
-                j.Número_Resposta == 3,
-                pulo ? 1 : 0,
-                j.Ajuda == Ajuda_Dado_Texto,
-                j.Ajuda == Ajuda_Dado_Texto && j.Número_Dado == 1,
-                j.Ajuda == Ajuda_Dado_Texto && j.Número_Dado == 2,
-                j.Ajuda == Ajuda_Dado_Texto && j.Número_Dado == 3,
-                j.Ajuda == Ajuda_Apóstolos_Texto,
-                j.Ajuda == Ajuda_Deus_Texto};
+            const std::array<qint64, 15> valores = {mês,
+                                                    j.Código_Pergunta,
+                                                    0,
+                                                    pulo ? 0 : 1,
+                                                    certa ? 1 : 0,
+                                                    j.Número_Resposta == 1,
+                                                    j.Número_Resposta == 2,
+                                                    j.Número_Resposta == 3,
+                                                    pulo ? 1 : 0,
+                                                    j.Ajuda == Ajuda_Dado_Texto,
+                                                    j.Ajuda == Ajuda_Dado_Texto && j.Número_Dado == 1,
+                                                    j.Ajuda == Ajuda_Dado_Texto && j.Número_Dado == 2,
+                                                    j.Ajuda == Ajuda_Dado_Texto && j.Número_Dado == 3,
+                                                    j.Ajuda == Ajuda_Apóstolos_Texto,
+                                                    j.Ajuda == Ajuda_Deus_Texto};
             for (int i = 0; i < 15; ++i) c->Liga_Inteiro(i + 1, valores[i]);
             Liga(c, 3, j.Tipo.left(1));
             ok = Passo_Até_O_Fim(*sessão, c, falha);
@@ -260,7 +278,8 @@ void Gravador_Jogadas::Resposta(const Estado_Jogo& jogo, int jogador, int índic
     Grava(jogada, jogo, jogador);
 }
 
-void Gravador_Jogadas::Ajuda(const Estado_Jogo& jogo, int jogador, int índice, const Desfecho_Ajuda& desfecho) {
+void Gravador_Jogadas::Ajuda(const Estado_Jogo& jogo, int jogador, int índice,
+                             const Desfecho_Ajuda& desfecho) {
     if (desfecho.Efeito == Efeito_Ajuda::Recusada) return;
     if (desfecho.Efeito == Efeito_Ajuda::Pulo) {
         Jogada jogada;
@@ -314,7 +333,8 @@ void Textos_Das_Perguntas(QVector<Números_Pergunta>& perguntas) {
     Falha_Banco falha;
     auto principal = Sessão::Abre(Caminho_Banco_Principal(), falha);
     if (!principal) return;
-    Comando_Banco* c = principal->Prepara("SELECT Pergunta FROM tblPergunta WHERE Código_Pergunta = ?", falha);
+    Comando_Banco* c =
+        principal->Prepara("SELECT Pergunta FROM tblPergunta WHERE Código_Pergunta = ?", falha);
     if (c == nullptr) return;
     for (Números_Pergunta& p : perguntas) {
         c->Reinicia();
@@ -438,8 +458,9 @@ bool Calcula(const Filtro_Estatísticas& filtro, Números_Estatísticas& n, Falh
         sessão->Falha_Da_Última(falha, r);
         return false;
     }
-    std::stable_sort(competidores.begin(), competidores.end(),
-                     [](const Números_Competidor& a, const Números_Competidor& b) { return a.Jogos > b.Jogos; });
+    std::stable_sort(
+        competidores.begin(), competidores.end(),
+        [](const Números_Competidor& a, const Números_Competidor& b) { return a.Jogos > b.Jogos; });
     if (competidores.size() > Competidores_No_Gráfico) competidores.resize(Competidores_No_Gráfico);
     n.Competidores = competidores;
 
@@ -453,7 +474,8 @@ bool Calcula(const Filtro_Estatísticas& filtro, Números_Estatísticas& n, Falh
     for (const Números_Pergunta& p : n.Perguntas) {
         if (p.Respostas >= Mínimo_Respostas_Extremos) respondidas.append(p);
         if (p.Respostas >= Mínimo_Respostas_Sem_Acerto && p.Acertos == 0) n.Nunca_Acertadas.append(p);
-        const int maior_incorreta = *std::max_element(p.Escolhas_Incorretas.begin(), p.Escolhas_Incorretas.end());
+        const int maior_incorreta =
+            *std::max_element(p.Escolhas_Incorretas.begin(), p.Escolhas_Incorretas.end());
         if (maior_incorreta > p.Acertos) n.Incorreta_Preferida.append(p);
     }
     n.Mais_Difíceis = respondidas;
@@ -529,9 +551,9 @@ QString Linha(const QStringList& campos) {
 }
 
 QString Tabela_Perguntas(const QString& título, const QVector<Números_Pergunta>& perguntas) {
-    QString s = Linha({título}) +
-                Linha({"Código", "Pergunta", "Tipo", "Respostas", "Acertos", "Percentual de acertos",
-                       "1ª incorreta escolhida", "2ª incorreta escolhida", "3ª incorreta escolhida", "Pulos"});
+    QString s = Linha({título}) + Linha({"Código", "Pergunta", "Tipo", "Respostas", "Acertos",
+                                         "Percentual de acertos", "1ª incorreta escolhida",
+                                         "2ª incorreta escolhida", "3ª incorreta escolhida", "Pulos"});
     for (const Números_Pergunta& p : perguntas)
         s += Linha({QString::number(p.Código_Pergunta), p.Pergunta, p.Tipo, QString::number(p.Respostas),
                     QString::number(p.Acertos), Número_CSV(p.Percentual(), 1),
@@ -547,8 +569,8 @@ QString Nome_Tipo(const QString& tipo) {
 
 QByteArray Texto_CSV(const Números_Estatísticas& n, const Filtro_Estatísticas& filtro) {
     QString s = Linha({"Estatísticas dos Jogos",
-                       "Período: " + (filtro.Mês_Inicial > 0 ? Texto_Mês(filtro.Mês_Inicial) : "início") + " a " +
-                           (filtro.Mês_Final < 999999 ? Texto_Mês(filtro.Mês_Final) : "hoje"),
+                       "Período: " + (filtro.Mês_Inicial > 0 ? Texto_Mês(filtro.Mês_Inicial) : "início") +
+                           " a " + (filtro.Mês_Final < 999999 ? Texto_Mês(filtro.Mês_Final) : "hoje"),
                        "Tipo: " + Nome_Tipo(filtro.Tipo)}) +
                 "\r\n";
     s += Tabela_Perguntas("Acertos por pergunta", n.Perguntas);
@@ -556,17 +578,20 @@ QByteArray Texto_CSV(const Números_Estatísticas& n, const Filtro_Estatísticas
     s += Tabela_Perguntas("As 20 perguntas mais fáceis", n.Mais_Fáceis);
     s += Linha({"Acertos por tipo"}) + Linha({"Tipo", "Respostas", "Acertos", "Percentual de acertos"});
     for (auto it = n.Por_Tipo.cbegin(); it != n.Por_Tipo.cend(); ++it)
-        s += Linha({Nome_Tipo(it.key()), QString::number(it.value().first), QString::number(it.value().second),
-                    Número_CSV(it.value().first ? 100.0 * it.value().second / it.value().first : 0, 1)});
+        s +=
+            Linha({Nome_Tipo(it.key()), QString::number(it.value().first), QString::number(it.value().second),
+                   Número_CSV(it.value().first ? 100.0 * it.value().second / it.value().first : 0, 1)});
     s += "\r\n" + Linha({"Ajudas usadas"}) + Linha({"Ajuda", "Vezes"});
     for (const QString& ajuda : {Ajuda_Pulo, Ajuda_Dado_Texto, Ajuda_Apóstolos_Texto, Ajuda_Deus_Texto})
         s += Linha({ajuda, QString::number(n.Ajudas.value(ajuda))});
     s += "\r\n" + Linha({"Faces do dado"}) + Linha({"Respostas eliminadas", "Vezes"});
-    for (int face = 1; face <= 3; ++face) s += Linha({QString::number(face), QString::number(n.Faces_Dado[face])});
+    for (int face = 1; face <= 3; ++face)
+        s += Linha({QString::number(face), QString::number(n.Faces_Dado[face])});
     s += "\r\n" + Linha({"Jogos e respostas por mês"}) + Linha({"Mês", "Jogos", "Respostas"});
     for (const Números_Mês& m : n.Por_Mês)
         s += Linha({Texto_Mês(m.Mês), QString::number(m.Jogos), QString::number(m.Respostas)});
-    s += "\r\n" + Linha({"Pontos dos competidores por jogo"}) + Linha({"Competidor", "Início do jogo", "Pontos"});
+    s += "\r\n" + Linha({"Pontos dos competidores por jogo"}) +
+         Linha({"Competidor", "Início do jogo", "Pontos"});
     for (const Números_Competidor& c : n.Competidores)
         for (const auto& [início, pontos] : c.Pontos_Por_Jogo)
             s += Linha({c.Jogador, início.toString("dd/MM/yyyy HH:mm:ss"), Número_CSV(pontos, 0)});

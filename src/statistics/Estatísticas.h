@@ -40,7 +40,7 @@ QString Caminho_Banco_Estatísticas();
 
 // Outcomes of a turn (field Desfecho) and helps (field Ajuda), as stored.
 inline const QString Desfecho_Certa = "Certa";
-inline const QString Desfecho_Errada = "Errada";      // wrong, a help taken away
+inline const QString Desfecho_Errada = "Errada";        // wrong, a help taken away
 inline const QString Desfecho_Eliminado = "Eliminado";  // wrong with no help left: out of the game
 inline const QString Desfecho_Pulada = "Pulada";
 inline const QString Ajuda_Nenhuma = "Nenhuma";
@@ -102,9 +102,9 @@ class Gravador_Jogadas {
 // ---------- the figures ----------
 
 struct Filtro_Estatísticas {
-    int Mês_Inicial = 0;       // yyyymm; 0 from the first
-    int Mês_Final = 999999;    // yyyymm
-    QString Tipo = "A";        // "A" both kinds, "B" biblical, "G" general knowledge
+    int Mês_Inicial = 0;     // yyyymm; 0 from the first
+    int Mês_Final = 999999;  // yyyymm
+    QString Tipo = "A";      // "A" both kinds, "B" biblical, "G" general knowledge
 };
 
 struct Números_Pergunta {
@@ -132,7 +132,7 @@ struct Números_Competidor {
     QVector<QPair<QDateTime, double>> Pontos_Por_Jogo;
 };
 
-inline constexpr int Quantidade_Extremos = 20;      // the hardest and the easiest questions
+inline constexpr int Quantidade_Extremos = 20;  // the hardest and the easiest questions
 inline constexpr int Mínimo_Respostas_Extremos = 3;
 inline constexpr int Mínimo_Respostas_Sem_Acerto = 5;
 inline constexpr int Competidores_No_Gráfico = 10;
@@ -143,7 +143,7 @@ struct Números_Estatísticas {
     int Acertos = 0;
     int Pulos = 0;
     int Jogos = 0;
-    QVector<Números_Pergunta> Perguntas;  // every question answered or skipped in the period, by code
+    QVector<Números_Pergunta> Perguntas;      // every question answered or skipped in the period, by code
     QVector<Números_Pergunta> Mais_Difíceis;  // lowest share first, among those of 3 answers or more
     QVector<Números_Pergunta> Mais_Fáceis;    // highest share first
     QMap<QString, QPair<int, int>> Por_Tipo;  // "B"/"G": answers and right answers
@@ -171,7 +171,7 @@ QByteArray Texto_CSV(const Números_Estatísticas& números, const Filtro_Estat�
 // Reads a CSV written by Texto_CSV back into sections: each section's title and its rows of fields.
 QMap<QString, QList<QStringList>> Lê_CSV(const QByteArray& texto);
 
-QString Texto_Mês(int mês);  // "11/2026"
+QString Texto_Mês(int mês);                   // "11/2026"
 QString Texto_Percentual(double percentual);  // "58%"
 
 }  // namespace Estatísticas

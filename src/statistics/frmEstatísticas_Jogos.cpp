@@ -205,8 +205,8 @@ void frmEstatísticas_Jogos::cmdAtualiza_Click() {
     if (Sem_Direito) return;
     const Filtro_Estatísticas filtro = Filtro_Atual();
     if (filtro.Mês_Inicial > filtro.Mês_Final) {
-        Plataforma_Atual().Caixa_Mensagem("O primeiro mês do período deve vir antes do último.", Título_Programa,
-                                          Ícone_Caixa::Exclamação, Botões_Caixa::Ok);
+        Plataforma_Atual().Caixa_Mensagem("O primeiro mês do período deve vir antes do último.",
+                                          Título_Programa, Ícone_Caixa::Exclamação, Botões_Caixa::Ok);
         dbMês_Inicial->setFocus();
         return;
     }
@@ -290,8 +290,8 @@ void frmEstatísticas_Jogos::Desenha_Gráficos() {
     };
     troca(chtMais_Difíceis, Gráfico_Extremos("As 20 perguntas mais difíceis (respondidas 3 vezes ou mais)",
                                              n.Mais_Difíceis, this));
-    troca(chtMais_Fáceis, Gráfico_Extremos("As 20 perguntas mais fáceis (respondidas 3 vezes ou mais)",
-                                           n.Mais_Fáceis, this));
+    troca(chtMais_Fáceis,
+          Gráfico_Extremos("As 20 perguntas mais fáceis (respondidas 3 vezes ou mais)", n.Mais_Fáceis, this));
 
     {
         QChart* gráfico = Novo_Gráfico("Acertos por tipo de pergunta");
@@ -300,10 +300,9 @@ void frmEstatísticas_Jogos::Desenha_Gráficos() {
         auto* acertos = new QBarSet("Acertos");
         QStringList categorias;
         for (auto it = n.Por_Tipo.cbegin(); it != n.Por_Tipo.cend(); ++it) {
-            categorias << QString("%1 (%2)").arg(Nome_Tipo(it.key()),
-                                                 it.value().first ? Texto_Percentual(100.0 * it.value().second /
-                                                                                     it.value().first)
-                                                                  : "0%");
+            categorias << QString("%1 (%2)").arg(
+                Nome_Tipo(it.key()),
+                it.value().first ? Texto_Percentual(100.0 * it.value().second / it.value().first) : "0%");
             *respostas << it.value().first;
             *acertos << it.value().second;
         }
@@ -428,7 +427,7 @@ void frmEstatísticas_Jogos::cmdExporta_Click() {
     if (Sem_Direito) return;
     const QString sugestão = Caminho_Programa() + "/Relatórios/Estatísticas dos Jogos.csv";
     const QString arquivo = Plataforma_Atual().Escolhe_Arquivo("Exportar as estatísticas dos jogos",
-                                                              "Planilhas CSV (*.csv)", sugestão, true);
+                                                               "Planilhas CSV (*.csv)", sugestão, true);
     if (arquivo.isEmpty()) return;
     QFile saída(arquivo);
     const QByteArray texto = Texto_CSV(Números, Filtro_Atual());
@@ -444,14 +443,15 @@ void frmEstatísticas_Jogos::cmdExporta_Click() {
     }
     if (!ok) {
         QFile::remove(provisório);
-        Plataforma_Atual().Caixa_Mensagem("Não foi possível gravar o arquivo " + QDir::toNativeSeparators(arquivo) +
-                                              ".\r\rVerifique se há espaço no disco e permissão de gravação na pasta.",
-                                          Título_Programa, Ícone_Caixa::Exclamação, Botões_Caixa::Ok);
+        Plataforma_Atual().Caixa_Mensagem(
+            "Não foi possível gravar o arquivo " + QDir::toNativeSeparators(arquivo) +
+                ".\r\rVerifique se há espaço no disco e permissão de gravação na pasta.",
+            Título_Programa, Ícone_Caixa::Exclamação, Botões_Caixa::Ok);
         return;
     }
-    Plataforma_Atual().Caixa_Mensagem("As estatísticas foram exportadas para " +
-                                          QDir::toNativeSeparators(arquivo) + ".",
-                                      Título_Programa, Ícone_Caixa::Informação, Botões_Caixa::Ok);
+    Plataforma_Atual().Caixa_Mensagem(
+        "As estatísticas foram exportadas para " + QDir::toNativeSeparators(arquivo) + ".", Título_Programa,
+        Ícone_Caixa::Informação, Botões_Caixa::Ok);
 }
 
 namespace {
@@ -540,7 +540,8 @@ void frmEstatísticas_Jogos::cmdImprime_Click() {
     Imprime_Pares("JOGOS E RESPOSTAS POR MÊS", "MÊS:", "JOGOS:", "RESPOSTAS:", meses);
     QList<QStringList> competidores;
     for (const Números_Competidor& c : n.Competidores)
-        competidores << QStringList{c.Jogador, QString::number(c.Jogos), Formata_Expressão(c.Pontos, 12, 0, false)};
+        competidores << QStringList{c.Jogador, QString::number(c.Jogos),
+                                    Formata_Expressão(c.Pontos, 12, 0, false)};
     Imprime_Pares("COMPETIDORES DE MAIS JOGOS", "COMPETIDOR:", "JOGOS:", "PONTOS:", competidores);
     Imprime_Perguntas("NUNCA ACERTADAS EM 5 RESPOSTAS OU MAIS", n.Nunca_Acertadas);
     Imprime_Perguntas("UMA RESPOSTA INCORRETA ESCOLHIDA MAIS VEZES QUE A CORRETA", n.Incorreta_Preferida);
