@@ -9,6 +9,7 @@
 #include <QDateEdit>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QHorizontalBarSeries>
@@ -429,7 +430,7 @@ void frmEstatísticas_Jogos::cmdExporta_Click() {
     const QString arquivo = Plataforma_Atual().Escolhe_Arquivo("Exportar as estatísticas dos jogos",
                                                                "Planilhas CSV (*.csv)", sugestão, true);
     if (arquivo.isEmpty()) return;
-    QFile saída(arquivo);
+    QDir().mkpath(QFileInfo(arquivo).absolutePath());
     const QByteArray texto = Texto_CSV(Números, Filtro_Atual());
     // Written aside and moved over the old file, so that a full disk leaves the old one whole.
     const QString provisório = arquivo + ".gravando";

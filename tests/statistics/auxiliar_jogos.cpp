@@ -4,6 +4,7 @@
 // games fall one week apart from June 2026 on, with three or four of a few competitors, who pick right
 // answers, wrong ones, skips and helps by chance.
 #include <QApplication>
+#include <QCheckBox>
 #include <QLineEdit>
 #include <cstdio>
 #include <random>

@@ -6,6 +6,10 @@
 #include <QApplication>
 #include <QBarSet>
 #include <QCheckBox>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QChartView>
 #include <QFile>
 #include <QHorizontalBarSeries>
@@ -17,6 +21,7 @@
 #include "common/Cp1252.h"
 #include "common/Globais.h"
 #include "failure/Trata_Erro.h"
+#include "forms/Controles.h"
 #include "game/frmJogo.h"
 #include "questions/frmPergunta.h"
 #include "reports/frmImpressão.h"
@@ -77,7 +82,7 @@ QList<Linha_Jogada> Linhas_Gravadas() {
 int Entradas_Do_Log() {
     QFile log(Caminho_Log_Ocorrências());
     if (!log.open(QIODevice::ReadOnly)) return 0;
-    return static_cast<int>(log.readAll().count("Descrição do Erro:"));
+    return static_cast<int>(De_Cp1252(log.readAll()).count("Descrição do Erro:"));
 }
 
 class Janela_Estatísticas_Teste : public ::testing::Test {

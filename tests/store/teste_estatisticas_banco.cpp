@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 
+#include "common/Cp1252.h"
 #include "common/Globais.h"
 #include "failure/Trata_Erro.h"
 #include "statistics/Estatísticas.h"
@@ -55,7 +56,7 @@ qint64 Conta(const QString& sql) {
 int Entradas_Do_Log() {
     QFile log(Caminho_Log_Ocorrências());
     if (!log.open(QIODevice::ReadOnly)) return 0;
-    return static_cast<int>(log.readAll().count("Descrição do Erro:"));
+    return static_cast<int>(De_Cp1252(log.readAll()).count("Descrição do Erro:"));
 }
 
 class Estatísticas_Banco_Teste : public ::testing::Test {
