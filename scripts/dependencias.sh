@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian 12 packages that building and testing need, when any is missing.
 set -euo pipefail
-pacotes=(g++ cmake ninja-build pkg-config qt6-base-dev qt6-multimedia-dev libsqlite3-dev libpq-dev postgresql-15 libzip-dev libshp-dev
+pacotes=(g++ cmake ninja-build pkg-config qt6-base-dev qt6-multimedia-dev qt6-charts-dev libsqlite3-dev libpq-dev postgresql-15 libzip-dev libshp-dev
          libgtest-dev libgmock-dev libbenchmark-dev fonts-liberation2 xvfb xauth
          arj dpkg-dev desktop-file-utils appstream file qt6-translations-l10n)
 faltam=()

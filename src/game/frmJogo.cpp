@@ -413,6 +413,7 @@ void frmJogo::Nova_Rodada() {
     lblPergunta->setText(Jogo.Pergunta_Atual.Pergunta);
     Mostra_Respostas();
     Finaliza_Transação();
+    Gravador.Pergunta_Exibida(Jogo);
 }
 
 void frmJogo::Próximo_Competidor() {
@@ -490,6 +491,7 @@ void frmJogo::optResposta_Click(int Index) {
     const int jogador = Jogo.Jogador_Atual;
     const Desfecho_Resposta desfecho = Responde(Jogo, Index);
     if (desfecho.Efeito == Efeito_Resposta::Ignorada) return;
+    Gravador.Resposta(Jogo, jogador, Index, desfecho);
     Mostra_Resposta_Correta();
     Mostra_Jogador(jogador);
     if (desfecho.Efeito == Efeito_Resposta::Certa) {
@@ -519,6 +521,7 @@ void frmJogo::chkAjuda_Click(int Index) {
     fraAjuda->setEnabled(false);
     const Desfecho_Ajuda desfecho = Usa_Ajuda(Jogo, Index);
     if (desfecho.Efeito == Efeito_Ajuda::Recusada) return;
+    Gravador.Ajuda(Jogo, Jogo.Jogador_Atual, Index, desfecho);
     if (desfecho.Efeito == Efeito_Ajuda::Pulo) {
         Mostra_Resposta_Correta();
         Próximo_Competidor();

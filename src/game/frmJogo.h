@@ -10,6 +10,7 @@
 #include "forms/Formulário.h"
 #include "forms/Tela_Cheia.h"
 #include "game/Regras_Jogo.h"
+#include "statistics/Estatísticas.h"
 
 class QCheckBox;
 class QGroupBox;
@@ -89,4 +90,6 @@ class frmJogo : public Formulário, public Fonte_Perguntas {
 
     bool Lista_Fechada = false;
     bool Rolando = false;
+    // Every turn goes to the games' statistics.
+    Estatísticas::Gravador_Jogadas Gravador;
 };

@@ -22,6 +22,7 @@
 #include "platform/Plataforma.h"
 #include "store/Catálogo.h"
 #include "store/Funções_Banco.h"
+#include "statistics/Estatísticas.h"
 
 frmPergunta::frmPergunta(QWidget* pai) : Janela_Pergunta("frmPergunta", pai) {
     Tópico_Ajuda = "Pergunta";
@@ -52,6 +53,10 @@ frmPergunta::frmPergunta(QWidget* pai) : Janela_Pergunta("frmPergunta", pai) {
     tipos->addStretch();
     optTipo[0]->setChecked(true);
     grade->addWidget(fraTipo_Pergunta, 8, 0, 1, 2);
+    lblEstatística = new QLabel(fraPergunta);
+    lblEstatística->setObjectName("lblEstatística");
+    lblEstatística->setAccessibleName("Estatística da pergunta");
+    grade->addWidget(lblEstatística, 9, 0, 1, 2);
 
     pgbBarra_De_Progresso = new QProgressBar(Área_Campos);
     pgbBarra_De_Progresso->setObjectName("pgbBarra_De_Progresso");
@@ -98,6 +103,11 @@ void frmPergunta::Mostra_Registro() {
     Mostra_Campos_Pergunta();
     const bool geral = Tabela.Fields("Tipo").Value().toString() == "G";
     optTipo[geral ? 0 : 1]->setChecked(true);
+    lblEstatística->setText(Estatísticas::Resumo_Pergunta(Tabela.Fields("Código_Pergunta").Value().toInt()));
+}
+
+void frmPergunta::Padrões_Inclusão() {
+    lblEstatística->clear();
 }
 
 void frmPergunta::Grava_Campos() {

@@ -22,6 +22,8 @@ class frmPergunta : public Janela_Pergunta {
     std::array<QRadioButton*, 2> optTipo{};  // 0 general knowledge, 1 biblical
     QProgressBar* pgbBarra_De_Progresso;
     QPushButton* cmdExportação;
+    // Read-only: how the question shown has fared in the games.
+    QLabel* lblEstatística;
 
     void Abre_Tabelas() override;
     // The whole bank into tblPergunta of the scratch database, for the maker; each question keeps the
@@ -32,6 +34,7 @@ class frmPergunta : public Janela_Pergunta {
     void Mostra_Registro() override;
     void Grava_Campos() override;
     void Habilita_Botões_Próprios(bool habilitados) override;
+    void Padrões_Inclusão() override;
 
   private:
     // Whether Temp.Mdb can take the export; otherwise the user is told why, and nothing has changed.

@@ -23,6 +23,7 @@
 #include "revelations/Revelações.h"
 #include "activities/frmDinâmica.h"
 #include "activities/frmImpressão_Dinâmica.h"
+#include "statistics/frmEstatísticas_Jogos.h"
 #include "revelations/frmRevelações_De_Deus.h"
 #include "game/frmHall.h"
 #include "game/frmInício_Jogo.h"
@@ -135,6 +136,8 @@ void frmPrincipal::Monta_Menu() {
     QMenu* relatório_cadastro = cadastros->addMenu("&Relatórios");
     relatório_cadastro->setObjectName("mnuRelatório_Cadastro");
     Abre_Com<frmImpressão_Dinâmica>(this, Entrada(relatório_cadastro, "mnuImpressão_Dinâmica", "&Dinâmicas"));
+    Abre_Com<frmEstatísticas_Jogos>(
+        this, Entrada(relatório_cadastro, "mnuEstatísticas_Jogos", "&Estatísticas dos Jogos"));
     Abre_Com<frmImporta_Pergunta>(this, Entrada(cadastros, "mnuImporta_Pergunta", "&Importar Perguntas..."));
     QAction* novo_jogo = menuBar()->addAction("&Novo Jogo");
     novo_jogo->setObjectName("mnuNovo_Jogo");

@@ -176,6 +176,7 @@ QString Esquema_Do_Servidor(const QString& caminho_banco) {
     if (nome.compare("Dados.Mdb", Qt::CaseInsensitive) == 0) return "dados";
     if (nome.compare("Manutenção.Mdb", Qt::CaseInsensitive) == 0) return "manutencao";
     if (nome.compare("Cópia do Banco de Dados.Mdb", Qt::CaseInsensitive) == 0) return "copia";
+    if (nome.compare("Estatísticas.Mdb", Qt::CaseInsensitive) == 0) return "estatisticas";
     return QString();
 }
 

@@ -3,7 +3,7 @@
 // in the file Dados/Servidor.txt: one libpq connection string ("host=... dbname=... user=..."; passwords
 // stay in libpq's own ~/.pgpass or service file). The main database (Dados.Mdb) is then the schema "dados"
 // of that server database, the audit database (Manutenção.Mdb) the schema "manutencao", and the transient
-// copy of the upgrade the schema "copia"; Temp.Mdb stays a local SQLite file.
+// copy of the upgrade the schema "copia", the games' statistics (Estatísticas.Mdb) the schema "estatisticas"; Temp.Mdb stays a local SQLite file.
 #include <QHash>
 #include <QString>
 #include <memory>

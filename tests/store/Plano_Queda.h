@@ -1,6 +1,7 @@
 #pragma once
 // What the crash test's writer commits in each transaction, shared by the writer and the test so that
 // the test can rebuild the table a run must have left.
+#include <QDateTime>
 #include <QMap>
 #include <QString>
 #include <QStringList>
@@ -26,6 +27,11 @@ inline QString Jogador_Queda(int rodada, int n) {
 
 inline QString Par_Queda(int rodada, int n) {
     return Jogador_Queda(rodada, n) + " par";
+}
+
+// Each run is one game in the statistics, started at its own moment; transaction n is its turn n.
+inline QDateTime Início_Jogo_Queda(int rodada) {
+    return QDateTime(QDate(2026, 11, 23), QTime(8, 0)).addSecs(60 * rodada);
 }
 
 inline Passo_Queda Passo_Da_Transação(int rodada, int n) {

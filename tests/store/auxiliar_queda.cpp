@@ -1,7 +1,8 @@
 // A copy of the program that writes until it is killed, for the crash test. Usage:
 //   auxiliar_queda <folder> <run number>
 // Prints "PRONTO" once the store is open, then for each transaction n = 1, 2, ... prints "INICIA n"
-// before it starts and "GRAVOU n" after Finaliza_Transação returns. What transaction n writes is
+// before it starts and "GRAVOU n" after Finaliza_Transação returns and the turn n of its game is in
+// Estatísticas.Mdb. What transaction n writes is
 // given by Plano_Queda.h, which the test replays to know what must be in the database.
 #include <QCoreApplication>
 #include <cstdio>
@@ -10,6 +11,7 @@
 #include "common/Globais.h"
 #include "store/Funções_Banco.h"
 #include "store/Plano_Queda.h"
+#include "statistics/Estatísticas.h"
 #include "support/Plataforma_Roteirizada.h"
 
 namespace {
@@ -90,6 +92,22 @@ int main(int argc, char** argv) {
         Finaliza_Transação();
         Confere_Sem_Caixas("Finaliza_Transação");
         if (Estado_Transação != "Finalizou Transação") return 7;
+        // The turn of a game that the transaction stands for, in the games' statistics.
+        Estatísticas::Jogada jogada;
+        jogada.Data_Jogada = QDateTime::currentDateTime();
+        jogada.Início_Jogo = Início_Jogo_Queda(rodada);
+        jogada.Jogador = Jogador_Queda(rodada, n);
+        jogada.Posição = 1;
+        jogada.Código_Pergunta = n;
+        jogada.Tipo = "G";
+        jogada.Desfecho = n % 2 ? Estatísticas::Desfecho_Certa : Estatísticas::Desfecho_Errada;
+        jogada.Número_Resposta = n % 2 ? 0 : 1;
+        jogada.Valor = n;
+        Falha_Banco falha;
+        if (!Estatísticas::Grava_Jogada(jogada, falha)) {
+            std::fprintf(stderr, "estatísticas: %s\n", qPrintable(falha.Descrição));
+            return 8;
+        }
         std::printf("GRAVOU %d\n", n);
         std::fflush(stdout);
     }

@@ -1,6 +1,7 @@
 // A copy of the program killed at random moments while it writes: everything it reported as committed is
-// in Dados.Mdb with its audit row in Manutenção.Mdb, no transaction is there by halves, both files pass
-// SQLite's own check, and the program opens them again and goes on writing.
+// in Dados.Mdb with its audit row in Manutenção.Mdb and its game turn in Estatísticas.Mdb, no transaction
+// is there by halves, the three files pass SQLite's own check, and the program opens them again and goes
+// on writing.
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
@@ -17,6 +18,7 @@
 #include "store/Comparação.h"
 #include "store/Funções_Banco.h"
 #include "store/Plano_Queda.h"
+#include "statistics/Estatísticas.h"
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
 #include "support/Servidor_Teste.h"
@@ -198,8 +200,36 @@ TEST_F(Queda_Teste, KilledWriterLosesNoCommittedTransactionAndLeavesBothFilesSou
 
     Banco_Cru dados(Caminho_Banco_Principal());
     Banco_Cru manutenção(Caminho_Banco_Manutenção());
+    Banco_Cru estatísticas(Estatísticas::Caminho_Banco_Estatísticas());
     EXPECT_EQ(dados.Integridade(), "ok");
     EXPECT_EQ(manutenção.Integridade(), "ok");
+    EXPECT_EQ(estatísticas.Integridade(), "ok");
+
+    // Every turn reported played is in the statistics, with no gap, and the summaries add up to the turns:
+    // a turn and its summaries are one transaction.
+    QMap<int, QList<int>> vezes_por_rodada;
+    for (const QStringList& linha : estatísticas.Linhas("SELECT Jogador, Código_Pergunta FROM tblJogada"))
+        vezes_por_rodada[linha[0].section(' ', 1).section('-', 0, 0).toInt()] << linha[1].toInt();
+    for (int rodada = 0; rodada < Rodadas; ++rodada) {
+        QList<int> vezes = vezes_por_rodada.value(rodada);
+        std::sort(vezes.begin(), vezes.end());
+        const int gravada = relatos[rodada].Gravada;
+        const bool sem_falta = vezes.size() >= gravada && vezes.size() <= gravada + 1 &&
+                               (vezes.isEmpty() || (vezes.first() == 1 && vezes.last() == vezes.size()));
+        EXPECT_TRUE(sem_falta) << "rodada " << rodada << ": " << vezes.size() << " vezes gravadas, "
+                               << gravada << " relatadas";
+    }
+    const QString total_jogadas = estatísticas.Linhas("SELECT COUNT(*) FROM tblJogada").value(0).value(0);
+    EXPECT_EQ(estatísticas.Linhas("SELECT SUM(Respostas) FROM tblResumo_Mensal").value(0).value(0),
+              total_jogadas);
+    EXPECT_EQ(estatísticas.Linhas("SELECT SUM(Respostas) FROM tblResumo_Jogador").value(0).value(0),
+              total_jogadas);
+    EXPECT_EQ(estatísticas
+                  .Linhas("SELECT COUNT(*) FROM tblResumo_Jogador WHERE Respostas <> (SELECT COUNT(*) "
+                          "FROM tblJogada j WHERE j.Início_Jogo = tblResumo_Jogador.Início_Jogo)")
+                  .value(0)
+                  .value(0),
+              "0");
 
     // Each run's rows are exactly those of its reported transactions, plus the next one whole if it was
     // started: a commit can land between Finaliza_Transação and the report of it.
@@ -271,4 +301,12 @@ TEST_F(Queda_Teste, KilledWriterLosesNoCommittedTransactionAndLeavesBothFilesSou
     Abre_Tabela("Select * From tblPontuação Where Jogador = 'Depois da queda'");
     ASSERT_FALSE(Tabela.Eof());
     EXPECT_EQ(Tabela.Fields("Pontuação").Value().toDouble(), 7.5);
+    Estatísticas::Jogada jogada;
+    jogada.Data_Jogada = jogada.Início_Jogo = QDateTime(QDate(2026, 11, 24), QTime(9, 0));
+    jogada.Jogador = "Depois da queda";
+    jogada.Posição = 1;
+    jogada.Desfecho = Estatísticas::Desfecho_Certa;
+    jogada.Número_Resposta = 0;
+    Falha_Banco falha;
+    EXPECT_TRUE(Estatísticas::Grava_Jogada(jogada, falha)) << falha.Descrição.toStdString();
 }

@@ -3,6 +3,7 @@
 #include <QDir>
 
 #include "common/Globais.h"
+#include "statistics/Estatísticas.h"
 #include "failure/Trata_Erro.h"
 #include "store/Catálogo.h"
 #include "store/Funções_Banco.h"
@@ -21,6 +22,7 @@ void Reinicia_Estado_Global() {
         c->Close();
         c->ConnectionString.clear();
     }
+    Estatísticas::Fecha_Banco_Estatísticas();
     Estado_Transação.clear();
     Limpa_Cache_Lastrec();
     Mensagem_Erro.clear();

@@ -23,6 +23,7 @@
 #include "store/Funções_Banco.h"
 #include "store/Sessão_Servidor.h"
 #include "store/schema/Esquema.h"
+#include "statistics/Estatísticas.h"
 #include "utilities/Zip.h"
 
 namespace {
@@ -190,6 +191,9 @@ void frmAtualiza_Versão::tmrTempo_Timer() {
         Catálogo::Cria_Tabela(criação, d.Nome, d.Campos);
     }
     if (!Existe_Banco(Caminho_Banco_Manutenção())) Cria_Banco_de_Dados_Manutenção();
+    // The games' statistics live in a file of their own, made or completed here on every start, so that
+    // the schemas of the main and the audit databases stay as they are.
+    Estatísticas::Garante_Banco_Estatísticas();
 
     const QString textos[] = {Conexão_Principal(), Conexão_Principal(), Conexão_Principal(),
                               Conexão_Principal(), Conexão_Principal(), Conexão_Dbase(),
