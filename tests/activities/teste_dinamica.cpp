@@ -432,3 +432,31 @@ TEST_F(Dinamica, TheSheetAndTheListingOfTheSeedActivitiesMatchTheirExpectedFiles
     listagem.cmdOk_Click();
     confere(Listagem(), "Impressão das Dinâmicas.Rtf");
 }
+
+// A cancelled inclusion leaves its text on screen; an alteration starts from the stored activity.
+TEST_F(Dinamica, AnAlterationAfterACancelledInclusionStartsFromTheStoredActivity) {
+    Cadastra("Roda de Conversa", "Salão", "Cadeiras", "Conversar em roda.", "01/02/2019");
+    frmDinâmica janela;
+    janela.cmdInclusão_Click();
+    janela.txtDinâmica->setText("Rascunho");
+    janela.txtMateriais->setPlainText("Nada");
+    janela.txtInstruções->setPlainText("Instruções do rascunho.");
+    janela.optTipo_Dinâmica[0]->setChecked(true);
+    janela.dbData_Última_Realização->setText("14/03/2019");
+    janela.cmdCancelar_Click();
+    ASSERT_EQ(janela.txtDinâmica->text(), "Rascunho");
+
+    janela.cmdAlteração_Click();
+    EXPECT_EQ(Operação, "Alteração");
+    EXPECT_EQ(janela.txtDinâmica->text(), "Roda de Conversa");
+    EXPECT_EQ(janela.txtMateriais->toPlainText(), "Cadeiras");
+    EXPECT_EQ(janela.txtInstruções->toPlainText(), "Conversar em roda.");
+    EXPECT_TRUE(janela.optTipo_Dinâmica[1]->isChecked());
+    EXPECT_EQ(janela.dbData_Última_Realização->Text(), "01/02/2019");
+    EXPECT_TRUE(Plataforma.Caixas.isEmpty());
+    janela.cmdOk_Click();
+    EXPECT_EQ(Campo("Dinâmica"), "Roda de Conversa");
+    EXPECT_EQ(Campo("Instruções"), "Conversar em roda.");
+    EXPECT_EQ(Campo("Tipo_Dinâmica"), "Salão");
+    EXPECT_EQ(Campo("Data_Última_Realização"), "01/02/2019");
+}

@@ -454,3 +454,46 @@ TEST_F(Cadastro_Pergunta_Teste, EscapeCancelsAnEditAndLeavesFromConsulta) {
     EXPECT_FALSE(janela.isVisible());
     EXPECT_FALSE(Em_Cadastro);
 }
+
+// The text of a cancelled inclusion stays on screen, but an alteration or an exclusion shows the stored
+// row again before anything is asked or written: the draft never becomes an edit of the question.
+TEST_F(Cadastro_Pergunta_Teste, AfterACancelledInclusionAlterationAndExclusionStartFromTheStoredRow) {
+    Cadastra_Perguntas(2);
+    frmPergunta janela;
+    auto rascunho = [&janela] {
+        janela.cmdInclusão_Click();
+        Preenche(janela, "Rascunho que não foi gravado", {"rascunho certa", "r1", "r2", "r3"});
+        janela.optTipo[1]->setChecked(true);
+        janela.cmdCancelar_Click();
+        ASSERT_EQ(janela.txtPergunta->Text(), "Rascunho que não foi gravado");
+    };
+    rascunho();
+    Plataforma.Caixas.clear();
+    janela.cmdAlteração_Click();
+    EXPECT_EQ(Operação, "Alteração");
+    EXPECT_EQ(janela.windowTitle(), "Alteração da Pergunta 1");
+    EXPECT_EQ(janela.txtPergunta->Text(), "Pergunta número 1?");
+    EXPECT_EQ(janela.txtResposta_Correta->text(), "Certa 1");
+    EXPECT_EQ(janela.txtResposta_Incorreta_3->text(), "Errada C1");
+    EXPECT_TRUE(janela.optTipo[0]->isChecked());
+    EXPECT_TRUE(Plataforma.Caixas.isEmpty());  // nobody else changed the row: nothing to tell
+    janela.txtResposta_Incorreta_1->setText("Errada Mudada");
+    janela.cmdOk_Click();  // Sim
+    EXPECT_EQ(Campo(1, "Pergunta").toString(), "Pergunta número 1?");
+    EXPECT_EQ(Campo(1, "Resposta_Correta").toString(), "Certa 1");
+    EXPECT_EQ(Campo(1, "Resposta_Incorreta_1").toString(), "Errada Mudada");
+    EXPECT_EQ(Campo(1, "Tipo").toString(), "G");
+
+    // The exclusion asks with the stored question on screen, and deletes that one.
+    rascunho();
+    QStringList na_tela;
+    Plataforma.Ao_Esperar = [&] { na_tela << janela.txtPergunta->Text() + "|" + janela.windowTitle(); };
+    janela.cmdExclusão_Click();  // Sim, and the explosion
+    Plataforma.Ao_Esperar = nullptr;
+    ASSERT_FALSE(na_tela.isEmpty());
+    EXPECT_EQ(na_tela.first(), "Pergunta número 1?|Exclusão da Pergunta 1");
+    EXPECT_FALSE(Campo(1, "Pergunta").isValid());
+    EXPECT_EQ(Campo(2, "Pergunta").toString(), "Pergunta número 2?");
+    EXPECT_EQ(Linhas(), 1);
+    EXPECT_FALSE(Transação_Aberta());
+}
