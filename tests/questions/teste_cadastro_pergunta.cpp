@@ -497,3 +497,40 @@ TEST_F(Cadastro_Pergunta_Teste, AfterACancelledInclusionAlterationAndExclusionSt
     EXPECT_EQ(Linhas(), 1);
     EXPECT_FALSE(Transação_Aberta());
 }
+
+// A question that another copy adds after the register opened is shown when the locate dialog picks it.
+TEST_F(Cadastro_Pergunta_Teste, AQuestionAnotherCopyAddedIsShownWhenLocated) {
+    Cadastra_Perguntas(3);
+    frmPergunta janela;
+    Ativa(janela);
+    ASSERT_EQ(janela.windowTitle(), "Consulta da Pergunta 1");
+    ASSERT_TRUE(Executa_Como_Outra_Estação(
+        {"INSERT INTO tblPergunta (Pergunta, Resposta_Correta, Resposta_Incorreta_1, Resposta_Incorreta_2, "
+         "Resposta_Incorreta_3, Tipo, Já_Comparada, Já_Verificada) VALUES ('Onde fica o Kilimanjaro?', "
+         "'Tanzânia', 'Quênia', 'Uganda', 'Etiópia', 'G', false, false)"}));
+
+    QTimer::singleShot(0, [] {
+        auto* localiza = dynamic_cast<frmLocaliza_Informação*>(QApplication::activeModalWidget());
+        ASSERT_NE(localiza, nullptr);
+        localiza->optOpção_Click(6);
+        localiza->txtConteúdo->setText("Kilimanjaro");
+        localiza->cmdOk_Click();  // a single hit closes the dialog
+    });
+    janela.cmdLocaliza_Click();
+    ASSERT_EQ(Código_Localizado, 4);
+    EXPECT_EQ(janela.txtPergunta->Text(), "Onde fica o Kilimanjaro?");
+    EXPECT_EQ(janela.txtResposta_Correta->text(), "Tanzânia");
+    EXPECT_TRUE(janela.windowTitle().startsWith("Consulta da Pergunta 4 | Mostrando apenas"))
+        << janela.windowTitle().toStdString();
+
+    // It can be altered like any other, and the walk over the whole table reaches it afterwards.
+    janela.cmdAlteração_Click();
+    EXPECT_EQ(Operação, "Alteração");
+    EXPECT_EQ(janela.txtPergunta->Text(), "Onde fica o Kilimanjaro?");
+    janela.cmdOk_Click();
+    EXPECT_EQ(janela.windowTitle(), "Consulta da Pergunta 4");
+    janela.cmdMovimenta_Registro_Click(1);
+    EXPECT_EQ(janela.windowTitle(), "Consulta da Pergunta 3");
+    janela.cmdMovimenta_Registro_Click(2);
+    EXPECT_EQ(janela.windowTitle(), "Consulta da Pergunta 4");
+}
