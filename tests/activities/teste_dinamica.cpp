@@ -460,3 +460,46 @@ TEST_F(Dinamica, AnAlterationAfterACancelledInclusionStartsFromTheStoredActivity
     EXPECT_EQ(Campo("Tipo_Dinâmica"), "Salão");
     EXPECT_EQ(Campo("Data_Última_Realização"), "01/02/2019");
 }
+
+// OK and Cancelar are out of reach while the export walks the table, as in the question export: a click
+// would write the fields on screen into the activity that the walk has reached.
+TEST_F(Dinamica, OkAndCancelarAreOutOfReachWhileTheExportWalks) {
+    Cadastra("Abraço", "Salão", "", "Abraçar.");
+    Cadastra("Zebra", "Ar Livre", "Bola", "Correr.");
+    frmDinâmica janela;
+    janela.show();
+    int passos = 0;
+    Plataforma.Ao_Esperar = [&] {
+        ++passos;
+        EXPECT_FALSE(janela.cmdOk->isEnabled());
+        EXPECT_FALSE(janela.cmdCancelar->isEnabled());
+        EXPECT_FALSE(janela.cmdSair->isEnabled());
+        janela.txtDinâmica->setText("Escrita Durante a Exportação");
+        janela.cmdOk->click();
+        janela.cmdCancelar->click();
+        janela.cmdExportação_Click();
+    };
+    janela.cmdExportação->click();
+    Plataforma.Ao_Esperar = nullptr;
+    EXPECT_EQ(passos, 2);
+    EXPECT_FALSE(Transação_Aberta());
+    EXPECT_EQ(Operação, "Consulta");
+    EXPECT_FALSE(janela.cmdOk->isEnabled());
+    EXPECT_FALSE(janela.cmdCancelar->isEnabled());
+    EXPECT_TRUE(janela.cmdSair->isEnabled());
+    EXPECT_TRUE(janela.cmdExportação->isEnabled());
+    QStringList nomes;
+    Registros lidas;
+    lidas.Open("Select * From tblDinâmica Order By Código_Dinâmica", Conexão, Opção_Abertura::Texto);
+    for (; !lidas.Eof(); lidas.MoveNext()) nomes << lidas.Fields("Dinâmica").Value().toString();
+    EXPECT_EQ(nomes, (QStringList{"Abraço", "Zebra"}));
+    // The export ran once, whatever was clicked: the scratch table holds each activity once.
+    Ligação rascunho;
+    rascunho.Open(Conexão_Rascunho());
+    Registros cópia;
+    cópia.Open("Select * From tblDinâmica", rascunho, Opção_Abertura::Tabela);
+    EXPECT_EQ(cópia.RecordCount(), 2);
+    cópia.Close();
+    rascunho.Close();
+    janela.hide();
+}
