@@ -279,8 +279,14 @@ void frmDinâmica::cmdImpressão_Click() {
 
 void frmDinâmica::cmdExportação_Click() {
     Rotina r(this, "cmdExportação_Click");
+    if (Exportando) return;
+    Exportando = true;
     Habilitar_Comandos(this);
     Habilita_Botões_Próprios(false);
+    // OK and Cancelar have nothing to do during an export: a click on them would write the fields on
+    // screen into the activity that the walk has reached.
+    cmdOk->setEnabled(false);
+    cmdCancelar->setEnabled(false);
     if (!QFile::exists(Caminho_Banco_Temporário()))
         Catálogo::Cria_Banco(Conexão_Criação(Caminho_Banco_Temporário()));
     Reaponta_Conexão(Conexão_Temporária, Conexão_Rascunho());
@@ -326,5 +332,8 @@ void frmDinâmica::cmdExportação_Click() {
         Tabela.Seek(mostrada, Tipo_Busca::Primeiro_Igual);
     }
     Habilitar_Comandos(this);
+    cmdOk->setEnabled(false);
+    cmdCancelar->setEnabled(false);
     Habilita_Botões_Próprios(true);
+    Exportando = false;
 }

@@ -49,4 +49,7 @@ class frmDinâmica : public Formulário_Cadastro {
     QWidget* Primeiro_Campo() override;
     void Transforma_Campos() override;
     void Habilita_Botões_Próprios(bool habilitados) override;
+
+  private:
+    bool Exportando = false;
 };

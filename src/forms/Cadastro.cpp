@@ -282,7 +282,20 @@ bool Formulário_Cadastro::Trava_Registro_Mostrado(int mensagem_tabela_vazia) {
     }
     Inicia_Transação();
     Trava(Tabela, Conexão, false);
-    return Travou;
+    if (!Travou) return false;
+    // The lock reads the row again: the fields show it as stored before anything is done with it.
+    Registro_Mudou = Mostra_Registro_Gravado();
+    return true;
+}
+
+bool Formulário_Cadastro::Mostra_Registro_Gravado() {
+    if (Tabela.Eof() || Tabela.Bof()) return false;
+    const QVariantList agora = Linha_Atual();
+    const bool mudou = agora != Linha_Mostrada;
+    Limpar_Campos(this);
+    Mostra_Registro();
+    Linha_Mostrada = agora;
+    return mudou;
 }
 
 void Formulário_Cadastro::cmdInclusão_Click() {
@@ -302,14 +315,11 @@ void Formulário_Cadastro::cmdAlteração_Click() {
     Rotina r(this, "cmdAlteração_Click");
     if (Recusa_Sem_Direito(Pode_Alterar)) return;
     if (!Guarda_Alteração() || !Trava_Registro_Mostrado(22)) return;
-    // The lock reads the row again: if another workstation saved it since it was shown, the user edits
-    // what is stored now, not the old text.
-    if (const QVariantList agora = Linha_Atual(); agora != Linha_Mostrada) {
-        Mostra_Registro();
-        Linha_Mostrada = agora;
+    // If another workstation saved the row since it was shown, the user edits what is stored now, and
+    // is told so.
+    if (Registro_Mudou)
         Plataforma_Atual().Caixa_Mensagem(Tradução_Erro_Fixa(3197), Título_Programa, Ícone_Caixa::Informação,
                                           Botões_Caixa::Ok);
-    }
     Operação = "Alteração";
     setWindowTitle(Legenda_Registro());
     Habilitar_Comandos(this);

@@ -83,9 +83,13 @@ class Formulário_Cadastro : public Formulário {
     void Campo_Obrigatório(QWidget* campo, bool último);
     // A right missing: message 4, and the button stops. A missing right never disables a button.
     bool Recusa_Sem_Direito(bool pode);
-    // The shown row locked inside a new transaction; false, after its message, on an empty table or a row
-    // that another user holds.
+    // The shown row locked inside a new transaction and shown again as it is stored; false, after its
+    // message, on an empty table or a row that another user holds.
     bool Trava_Registro_Mostrado(int mensagem_tabela_vazia);
+    // Fills the fields anew from the current row of Tabela, so that an alteration or an exclusion never
+    // starts from what the fields held (the text of a cancelled inclusion, an older version of the row).
+    // True when the row differs from the one the window showed last: another workstation saved it.
+    bool Mostra_Registro_Gravado();
     // "Consulta da Pergunta 1.234".
     QString Legenda_Registro() const;
     // The whole current row of Tabela, as it was read.
@@ -102,6 +106,9 @@ class Formulário_Cadastro : public Formulário {
     bool Localiza_Verifica_Direito = true;   // false: the locate button is open to everyone
     bool Chave_Digitada = false;             // a key that users type: a duplicate reopens the tables
     bool Oculta_Após_Excluir_Único = false;  // a deleted single locate hit leaves the window blank
+
+    // Whether the row locked by the last Trava_Registro_Mostrado differed from the one shown before.
+    bool Registro_Mudou = false;
 
   private:
     // The row as it stood when the window showed it: an alteration compares it with the row as

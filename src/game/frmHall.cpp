@@ -3,6 +3,7 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -153,4 +154,9 @@ void frmHall::cmdSair_Click() {
     Em_Cadastro = false;
     Chamado_Pelo_Jogo = false;
     accept();
+}
+
+void frmHall::keyPressEvent(QKeyEvent* evento) {
+    if (evento->key() != Qt::Key_Escape) return Formulário::keyPressEvent(evento);
+    if (isFullScreen()) Tela->Alterna();
 }

@@ -33,6 +33,10 @@ class frmHall : public Formulário {
 
     void cmdSair_Click();
 
+  protected:
+    // Escape only leaves full screen: the hall closes by Sair alone.
+    void keyPressEvent(QKeyEvent* evento) override;
+
   private:
     void Form_Load();
     void Classifica_Jogo();

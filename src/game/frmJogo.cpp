@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QFocusEvent>
 #include <QFontMetrics>
+#include <QKeyEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -235,6 +236,11 @@ bool frmJogo::eventFilter(QObject* objeto, QEvent* evento) {
         break;
     }
     return Formulário::eventFilter(objeto, evento);
+}
+
+void frmJogo::keyPressEvent(QKeyEvent* evento) {
+    if (evento->key() != Qt::Key_Escape) return Formulário::keyPressEvent(evento);
+    if (isFullScreen()) Tela->Alterna();
 }
 
 void frmJogo::Form_Load() {

@@ -77,6 +77,8 @@ class frmJogo : public Formulário, public Fonte_Perguntas {
 
   protected:
     bool eventFilter(QObject* objeto, QEvent* evento) override;
+    // Escape only leaves full screen: a game ends by Sair alone.
+    void keyPressEvent(QKeyEvent* evento) override;
 
   private:
     void Form_Load();

@@ -3,6 +3,7 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -162,4 +163,9 @@ void frmSorteio::cmdSair_Click() {
     if (Em_Sorteio) return;  // the draw finishes first; closing mid-spin would leave it half done
     Em_Cadastro = false;
     accept();
+}
+
+void frmSorteio::keyPressEvent(QKeyEvent* evento) {
+    if (evento->key() != Qt::Key_Escape) return Formulário::keyPressEvent(evento);
+    if (isFullScreen()) Tela->Alterna();
 }

@@ -39,6 +39,10 @@ class frmSorteio : public Formulário {
     void cmdSorteia_Click();
     void cmdSair_Click();
 
+  protected:
+    // Escape only leaves full screen: the raffle closes by Sair alone.
+    void keyPressEvent(QKeyEvent* evento) override;
+
   private:
     void Form_Load();
 

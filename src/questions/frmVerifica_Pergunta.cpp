@@ -245,6 +245,7 @@ void frmVerifica_Pergunta::cmdAlteração_Click() {
     Inicia_Transação();
     Trava(Tabela, Conexão, false);
     if (!Travou) return;
+    Mostra_Registro_Gravado();
     Operação = "Alteração";
     setWindowTitle(Legenda_Registro());
     for (QPushButton* b :

@@ -793,8 +793,10 @@ void Registros::Seek(const QVariantList& chave, Tipo_Busca tipo, std::source_loc
             convertido = chave[i].toString();
         valores << convertido;
     }
-    // One look-up in the index, which also reads the row found: the first row of the keyset at the key,
-    // in the order of the seek. The statement's text is made once for each source, index and kind.
+    // One look-up in the index, which also reads the row found: the first row of the source at the key,
+    // in the order of the seek. Like a table read directly, a seek sees the rows there now, those that
+    // others added after the keyset was taken included. The statement's text is made once for each
+    // source, index and kind.
     static QHash<QString, QString> textos;
     const QString chave_texto = Origem + Colunas_Chave + '\n' + Campos_Da_Tabela + '\n' +
                                 QString::number(static_cast<int>(tipo)) + '\n' + QString::number(partes);
@@ -836,7 +838,7 @@ void Registros::Seek(const QVariantList& chave, Tipo_Busca tipo, std::source_loc
     if (comando == nullptr) return Falha(falha.Número, falha.Descrição, onde);
     Carimbo_Dados carimbo;
     const bool com_carimbo = Sessão_->Carimbo(carimbo);
-    comando->Liga_Inteiro(1, Limite_Id);
+    comando->Liga_Inteiro(1, std::numeric_limits<qint64>::max());
     for (int i = 0; i < valores.size(); ++i) Liga_Valor(comando, i + 2, valores[i]);
     Entrada achada;
     const bool achou = comando->Passo() == Linha_Pronta;
@@ -846,6 +848,24 @@ void Registros::Seek(const QVariantList& chave, Tipo_Busca tipo, std::source_loc
         Linha = Campos_Lidos(*Estrutura, comando, 1 + static_cast<int>(Ordem.size()));
     }
     comando->Reinicia();
+    // A row added by another workstation since the keyset was taken: the keyset takes in the rows up to
+    // it, so that the walk goes on from there, and a count already given grows by those of the source.
+    if (achou && achada.Id > Limite_Id) {
+        if (Contagem >= 0) {
+            Comando_Banco* conta = Sessão_->Prepara("SELECT count(*) " + Origem + " AND rowid > ?", falha);
+            if (conta == nullptr) return Falha(falha.Número, falha.Descrição, onde);
+            conta->Liga_Inteiro(1, achada.Id);
+            conta->Liga_Inteiro(2, Limite_Id);
+            const int r = conta->Passo();
+            if (r == Linha_Pronta) Contagem += static_cast<int>(conta->Inteiro(0));
+            conta->Reinicia();
+            if (r != Linha_Pronta) {
+                Sessão_->Falha_Da_Última(falha, r);
+                return Falha(falha.Número, falha.Descrição, onde);
+            }
+        }
+        Limite_Id = achada.Id;
+    }
     if (achou) {
         if (com_carimbo) {
             achada.Valores = Linha;

@@ -197,11 +197,14 @@ void frmUsuário::Preenche_Grade() {
             Tabela_Terciária.MoveNext();
             continue;
         }
-        // Rows of a user literally named "Usuário" are removed as they are shown.
+        // Rows of a user literally named "Usuário" are removed as they are shown; while an edit holds its
+        // transaction (the row shown again once locked) they wait for the next showing.
         if (usuário == "Usuário") {
-            Inicia_Transação();
-            Exclui_Direito(Tabela_Terciária.Fields("Código_Permissão").Value().toInt());
-            Finaliza_Transação();
+            if (!Transação_Aberta()) {
+                Inicia_Transação();
+                Exclui_Direito(Tabela_Terciária.Fields("Código_Permissão").Value().toInt());
+                Finaliza_Transação();
+            }
             Tabela_Terciária.MoveNext();
             continue;
         }
@@ -222,24 +225,34 @@ void frmUsuário::Preenche_Grade() {
     Monta_Flex_Grid(flxPermissão_de_Acesso);
 }
 
-bool frmUsuário::Volta_Ao_Registro(int código) {
+QString frmUsuário::Usuário_Gravado() {
+    if (Tabela.Eof() || Tabela.Bof()) return QString();
+    return Tabela.Fields("Usuário").Value().toString().trimmed();
+}
+
+bool frmUsuário::Volta_Ao_Registro(const QString& índice, int código) {
     Tabela.Reinicia();
     Abre_Tabela("tblUsuário");
     Tabela.Set_Index("idxCódigo_Usuário");
+    bool achou = false;
     if (código == 0) {
         if (Lastrec(Tabela.Source, Conexão) != 0) Tabela.MoveFirst();
-        return false;
+    } else {
+        Tabela.Seek(código, Tipo_Busca::Primeiro_Igual);
+        achou = !Tabela.Eof() && !Tabela.Bof();
     }
-    Tabela.Seek(código, Tipo_Busca::Primeiro_Igual);
-    return !Tabela.Eof() && !Tabela.Bof();
+    // The row found stays current in the other order.
+    if (achou && !índice.isEmpty() && índice != Tabela.Index()) Tabela.Set_Index(índice);
+    return achou;
 }
 
 void frmUsuário::cmdInclusão_Click() {
     Rotina r(this, "cmdInclusão_Click");
     if (Recusa_Sem_Direito(Pode_Incluir)) return;
     const int código = Tabela.Eof() || Tabela.Bof() ? 0 : Tabela.Fields("Código_Usuário").Value().toInt();
+    const QString índice = Tabela.Index();
     Autentica_Senha(this);
-    Volta_Ao_Registro(código);
+    Volta_Ao_Registro(índice, código);
     if (!Senha_Autenticada) return;
     Inicia_Transação();
     fraPermissão->setEnabled(false);
@@ -255,13 +268,15 @@ void frmUsuário::cmdInclusão_Click() {
 void frmUsuário::cmdAlteração_Click() {
     Rotina r(this, "cmdAlteração_Click");
     if (Recusa_Sem_Direito(Pode_Alterar)) return;
-    if (Usuário_Atual != Usuário_Supervisor && !Usuário_Mostrado_É_O_Atual()) {
+    // Whose row it is, as stored: the fields may still hold the text of a cancelled inclusion.
+    if (Usuário_Atual != Usuário_Supervisor && Usuário_Gravado() != Usuário_Atual) {
         Exibe_Mensagem(8);
         return;
     }
     const int código = Tabela.Eof() || Tabela.Bof() ? 0 : Tabela.Fields("Código_Usuário").Value().toInt();
+    const QString índice = Tabela.Index();
     Autentica_Senha(this);
-    const bool achou = Volta_Ao_Registro(código);
+    const bool achou = Volta_Ao_Registro(índice, código);
     if (!Senha_Autenticada) return;
     if (Lastrec(Tabela.Source, Conexão) != 0 && !achou) {  // another workstation removed it meanwhile
         Exibir_Campos();
@@ -309,13 +324,15 @@ void frmUsuário::Exclui_Direitos(const QString& usuário) {
 void frmUsuário::cmdExclusão_Click() {
     Rotina r(this, "cmdExclusão_Click");
     if (Recusa_Sem_Direito(Pode_Excluir)) return;
-    if (txtUsuário->text() == Usuário_Supervisor || txtUsuário->text() == Usuário_Autor) {
+    const QString nome = Usuário_Gravado();
+    if (nome == Usuário_Supervisor || nome == Usuário_Autor) {
         Exibe_Mensagem(7);
         return;
     }
     const int código = Tabela.Eof() || Tabela.Bof() ? 0 : Tabela.Fields("Código_Usuário").Value().toInt();
     Autentica_Senha(this);
-    const bool achou = Volta_Ao_Registro(código);
+    // From an exclusion on, the register walks by name until it is opened again.
+    const bool achou = Volta_Ao_Registro("idxUsuário", código);
     if (!Senha_Autenticada) return;
     if (Lastrec(Tabela.Source, Conexão) != 0 && !achou) {
         Exibir_Campos();

@@ -54,8 +54,11 @@ class frmUsuário : public Formulário_Cadastro {
 
   private:
     bool Usuário_Mostrado_É_O_Atual() const;
-    // Brings Tabela back to the shown row after the password dialog has used it; false if it is gone.
-    bool Volta_Ao_Registro(int código);
+    // The name of the user in the current row of Tabela as stored, whatever the fields hold.
+    static QString Usuário_Gravado();
+    // Brings Tabela back to the shown row after the password dialog has used it, walking in the order of
+    // `índice` from there; false if the row is gone.
+    bool Volta_Ao_Registro(const QString& índice, int código);
     void Preenche_Grade();
     void Limpa_Grade();
     void Grava_Direitos();

@@ -4,7 +4,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
-#include <QImageReader>
 #include <QLabel>
 #include <QPixmap>
 #include <QStandardPaths>
@@ -20,9 +19,6 @@
 #include "utilities/Ajuda.h"
 
 namespace {
-constexpr int Largura_Mínima = 320;
-constexpr int Altura_Mínima = 200;
-
 QList<Montagem> Montagens_de_Rede() {
     QList<Montagem> de_rede;
     for (const Montagem& montagem : Montagens_Da_Tabela(Montagens_Atuais()))
@@ -111,12 +107,9 @@ void Muda_Fundo_Tela(Lista_Arquivos* filImagens, QLabel* imgFundo) {
     while (!candidatos.isEmpty()) {
         const int sorteado = Sorteia(static_cast<int>(candidatos.size()));
         const QString arquivo = QDir(filImagens->Path()).filePath(candidatos[sorteado]);
-        // An icon or a thumbnail stretched over the window is no background: it is passed over as a
-        // damaged file is.
-        const QSize tamanho = QImageReader(arquivo).size();
-        const QImage imagem = tamanho.width() >= Largura_Mínima && tamanho.height() >= Altura_Mínima
-                                  ? QImage(arquivo)
-                                  : QImage();
+        // Every picture has the same chance, whatever its size: a library of small pictures is stretched
+        // over the window as a large one is. Only a file that is no picture is passed over.
+        const QImage imagem(arquivo);
         if (imagem.isNull()) {
             candidatos.removeAt(sorteado);
             Plataforma_Atual().Processa_Eventos();

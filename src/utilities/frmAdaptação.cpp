@@ -306,7 +306,11 @@ bool frmAdaptação::Inclui_Adaptação(const QString& texto, const QVariant& da
     Tabela.Fields("Código_Sistema").Set_Value(código_sistema);
     Tabela.Fields("Nome_Sistema").Set_Value(Texto_Ou_Nulo(nome_sistema.trimmed().left(50).trimmed()));
     Grava(Tabela, false);
-    if (Registro_Duplicado) return false;
+    // A refused row has been told and logged by the write; the import goes on with the next one.
+    if (Registro_Duplicado) {
+        ++Recusadas;
+        return false;
+    }
     ++Importadas;
     return true;
 }
@@ -402,6 +406,7 @@ void frmAdaptação::dbData_Solicitação_LostFocus() {
     Rotina r(this, "dbData_Solicitação_LostFocus");
     if (!Importando) return;
     Importadas = 0;
+    Recusadas = 0;
     Avisou = false;
     const QString arquivo =
         Plataforma_Atual()
@@ -418,15 +423,20 @@ void frmAdaptação::dbData_Solicitação_LostFocus() {
             Importa_Banco(arquivo);
         else
             Importa_Log(arquivo);
-        if (!Avisou)
-            Plataforma_Atual().Caixa_Mensagem(
-                Importadas == 0
+        if (!Avisou) {
+            QString texto =
+                Importadas == 0 && Recusadas == 0
                     ? "Nenhuma adaptação foi encontrada no arquivo " + QFileInfo(arquivo).fileName() + "."
-                    : QString("Importação concluída: %1 adaptaç%2 incluída%3.")
+                    : QString("Importação concluída: %1 adaptaç%2 incluída%3")
                           .arg(Importadas)
                           .arg(Importadas == 1 ? "ão" : "ões")
-                          .arg(Importadas == 1 ? "" : "s"),
-                Título_Programa, Ícone_Caixa::Informação, Botões_Caixa::Ok);
+                          .arg(Importadas == 1 ? "" : "s");
+            if (Recusadas > 0)
+                texto += QString(", %1 recusada%2").arg(Recusadas).arg(Recusadas == 1 ? "" : "s");
+            if (Importadas != 0 || Recusadas != 0) texto += ".";
+            Plataforma_Atual().Caixa_Mensagem(texto, Título_Programa, Ícone_Caixa::Informação,
+                                              Botões_Caixa::Ok);
+        }
     }
     Encerra_Importação();
 }
@@ -504,7 +514,8 @@ void frmAdaptação::Importa_Arj(const QString& arquivo) {
     Reaponta_Conexão(Conexão_Temporária, Conexão_Dbase());
     const QString tabela_norvane = QFileInfo(norvane).completeBaseName();
     const QString tabela_memorand = QFileInfo(memorand).completeBaseName();
-    const int total = Lastrec(tabela_norvane + " Where Clien_Norv <> ''", Conexão_Dbf);
+    // Every row is imported, so every row counts for the progress.
+    const int total = Lastrec(tabela_norvane, Conexão_Dbf);
     Abre_Tabela_Temporária(tabela_memorand);
     Abre_Tabela_Dbf(tabela_norvane);
 
@@ -517,46 +528,33 @@ void frmAdaptação::Importa_Arj(const QString& arquivo) {
         Tabela_Temporária.MoveNext();
     }
 
+    // Every row of the client table becomes a request, one without a client too; a row that the store
+    // refuses is told by the write and the others come in.
     Inicia_Transação();
     Início_Progresso = Plataforma_Atual().Agora();
     int lidas = 0;
-    bool recusada = false;
     if (!(Tabela_Dbf.Bof() && Tabela_Dbf.Eof())) Tabela_Dbf.MoveFirst();
     while (!Tabela_Dbf.Eof()) {
-        // A row without client is no request: the count above leaves it out too.
         const QString cliente = Tabela_Dbf.Fields("Clien_Norv").Value().toString().trimmed();
-        if (!cliente.isEmpty()) {
-            Barra_de_Progresso(0, total, ++lidas, this);
-            const QString texto =
-                memos.value(Tabela_Dbf.Fields("Cd_Me_Norv").Value().toString().trimmed()).trimmed();
-            int código_sistema = 0;
-            if (!Instalação_Comum()) {
-                Tabela_Secundária.Seek(cliente);
-                if (!Tabela_Secundária.Eof())
-                    código_sistema = Tabela_Secundária.Fields("Código_Sistema").Value().toInt();
-            }
-            if (!Inclui_Adaptação(texto, Tabela_Dbf.Fields("So_Da_Norv").Value(), código_sistema, cliente)) {
-                recusada = true;
-                break;
-            }
+        Barra_de_Progresso(0, total, ++lidas, this);
+        const QString texto =
+            memos.value(Tabela_Dbf.Fields("Cd_Me_Norv").Value().toString().trimmed()).trimmed();
+        int código_sistema = 0;
+        if (!Instalação_Comum() && !cliente.isEmpty()) {
+            Tabela_Secundária.Seek(cliente);
+            if (!Tabela_Secundária.Eof())
+                código_sistema = Tabela_Secundária.Fields("Código_Sistema").Value().toInt();
         }
+        Inclui_Adaptação(texto, Tabela_Dbf.Fields("So_Da_Norv").Value(), código_sistema, cliente);
         Tabela_Dbf.MoveNext();
         Plataforma_Atual().Processa_Eventos();
     }
-    if (recusada) {
-        Desfaz_Transação();
-        Importadas = 0;
-    } else {
-        Finaliza_Transação();
-    }
+    Finaliza_Transação();
     Tabela_Dbf.Reinicia();
     Tabela_Temporária.Reinicia();
     Restaura_Conexão_Temporária();
     QDir(Pasta_Dbase()).removeRecursively();
     Reaponta_Conexão(Conexão_Dbf, Conexão_Dbase());
-    if (recusada)
-        Avisa("A importação foi desfeita: nenhuma adaptação do arquivo " + QFileInfo(arquivo).fileName() +
-              " foi incluída.");
 }
 
 void frmAdaptação::Importa_Banco(const QString& arquivo) {
@@ -625,28 +623,21 @@ void frmAdaptação::Importa_Log(const QString& arquivo) {
     Inicia_Transação();
     Início_Progresso = Plataforma_Atual().Agora();
     bool No_Erro = false;
-    bool recusada = false;
     QString texto;
-    for (int i = 0; i < linhas.size() && !recusada; ++i) {
+    // An entry that the store refuses is told by the write; the following entries still come in.
+    for (int i = 0; i < linhas.size(); ++i) {
         const QString& linha = linhas[i];
         Barra_de_Progresso(0, linhas.size(), i + 1, this);
         if (linha.contains(separador) && No_Erro) {
             Transforma_Campos();
-            recusada = !Inclui_Adaptação(texto, Plataforma_Atual().Agora().date(),
-                                         txtCódigo_Sistema->text().trimmed().toInt(), lblSistema->text());
+            Inclui_Adaptação(texto, Plataforma_Atual().Agora().date(),
+                             txtCódigo_Sistema->text().trimmed().toInt(), lblSistema->text());
             texto.clear();
             No_Erro = false;
         }
         if (linha.contains("Descrição do Erro:")) No_Erro = true;
         if (No_Erro) texto += linha.trimmed() + "\r\n\r\n";
         Plataforma_Atual().Processa_Eventos();
-    }
-    if (recusada) {
-        Desfaz_Transação();
-        Importadas = 0;
-        Avisa("A importação foi desfeita: nenhuma adaptação do arquivo " + QFileInfo(arquivo).fileName() +
-              " foi incluída.");
-        return;
     }
     Finaliza_Transação();
 }

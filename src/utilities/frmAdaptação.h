@@ -41,8 +41,9 @@ class frmAdaptação : public Formulário_Cadastro {
     void cmdImportação_Click();
     // The second step of the import: the file dialog, then the import the chosen file calls for.
     void dbData_Solicitação_LostFocus();
-    // How many requests the last import added.
+    // How many requests the last import added, and how many of its rows the store refused.
     int Importadas = 0;
+    int Recusadas = 0;
 
   private:
     bool Avisou = false;  // the last import has told the user why it stopped

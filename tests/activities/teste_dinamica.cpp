@@ -432,3 +432,74 @@ TEST_F(Dinamica, TheSheetAndTheListingOfTheSeedActivitiesMatchTheirExpectedFiles
     listagem.cmdOk_Click();
     confere(Listagem(), "Impressão das Dinâmicas.Rtf");
 }
+
+// A cancelled inclusion leaves its text on screen; an alteration starts from the stored activity.
+TEST_F(Dinamica, AnAlterationAfterACancelledInclusionStartsFromTheStoredActivity) {
+    Cadastra("Roda de Conversa", "Salão", "Cadeiras", "Conversar em roda.", "01/02/2019");
+    frmDinâmica janela;
+    janela.cmdInclusão_Click();
+    janela.txtDinâmica->setText("Rascunho");
+    janela.txtMateriais->setPlainText("Nada");
+    janela.txtInstruções->setPlainText("Instruções do rascunho.");
+    janela.optTipo_Dinâmica[0]->setChecked(true);
+    janela.dbData_Última_Realização->setText("14/03/2019");
+    janela.cmdCancelar_Click();
+    ASSERT_EQ(janela.txtDinâmica->text(), "Rascunho");
+
+    janela.cmdAlteração_Click();
+    EXPECT_EQ(Operação, "Alteração");
+    EXPECT_EQ(janela.txtDinâmica->text(), "Roda de Conversa");
+    EXPECT_EQ(janela.txtMateriais->toPlainText(), "Cadeiras");
+    EXPECT_EQ(janela.txtInstruções->toPlainText(), "Conversar em roda.");
+    EXPECT_TRUE(janela.optTipo_Dinâmica[1]->isChecked());
+    EXPECT_EQ(janela.dbData_Última_Realização->Text(), "01/02/2019");
+    EXPECT_TRUE(Plataforma.Caixas.isEmpty());
+    janela.cmdOk_Click();
+    EXPECT_EQ(Campo("Dinâmica"), "Roda de Conversa");
+    EXPECT_EQ(Campo("Instruções"), "Conversar em roda.");
+    EXPECT_EQ(Campo("Tipo_Dinâmica"), "Salão");
+    EXPECT_EQ(Campo("Data_Última_Realização"), "01/02/2019");
+}
+
+// OK and Cancelar are out of reach while the export walks the table, as in the question export: a click
+// would write the fields on screen into the activity that the walk has reached.
+TEST_F(Dinamica, OkAndCancelarAreOutOfReachWhileTheExportWalks) {
+    Cadastra("Abraço", "Salão", "", "Abraçar.");
+    Cadastra("Zebra", "Ar Livre", "Bola", "Correr.");
+    frmDinâmica janela;
+    janela.show();
+    int passos = 0;
+    Plataforma.Ao_Esperar = [&] {
+        ++passos;
+        EXPECT_FALSE(janela.cmdOk->isEnabled());
+        EXPECT_FALSE(janela.cmdCancelar->isEnabled());
+        EXPECT_FALSE(janela.cmdSair->isEnabled());
+        janela.txtDinâmica->setText("Escrita Durante a Exportação");
+        janela.cmdOk->click();
+        janela.cmdCancelar->click();
+        janela.cmdExportação_Click();
+    };
+    janela.cmdExportação->click();
+    Plataforma.Ao_Esperar = nullptr;
+    EXPECT_EQ(passos, 2);
+    EXPECT_FALSE(Transação_Aberta());
+    EXPECT_EQ(Operação, "Consulta");
+    EXPECT_FALSE(janela.cmdOk->isEnabled());
+    EXPECT_FALSE(janela.cmdCancelar->isEnabled());
+    EXPECT_TRUE(janela.cmdSair->isEnabled());
+    EXPECT_TRUE(janela.cmdExportação->isEnabled());
+    QStringList nomes;
+    Registros lidas;
+    lidas.Open("Select * From tblDinâmica Order By Código_Dinâmica", Conexão, Opção_Abertura::Texto);
+    for (; !lidas.Eof(); lidas.MoveNext()) nomes << lidas.Fields("Dinâmica").Value().toString();
+    EXPECT_EQ(nomes, (QStringList{"Abraço", "Zebra"}));
+    // The export ran once, whatever was clicked: the scratch table holds each activity once.
+    Ligação rascunho;
+    rascunho.Open(Conexão_Rascunho());
+    Registros cópia;
+    cópia.Open("Select * From tblDinâmica", rascunho, Opção_Abertura::Tabela);
+    EXPECT_EQ(cópia.RecordCount(), 2);
+    cópia.Close();
+    rascunho.Close();
+    janela.hide();
+}

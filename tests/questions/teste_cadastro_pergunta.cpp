@@ -454,3 +454,83 @@ TEST_F(Cadastro_Pergunta_Teste, EscapeCancelsAnEditAndLeavesFromConsulta) {
     EXPECT_FALSE(janela.isVisible());
     EXPECT_FALSE(Em_Cadastro);
 }
+
+// The text of a cancelled inclusion stays on screen, but an alteration or an exclusion shows the stored
+// row again before anything is asked or written: the draft never becomes an edit of the question.
+TEST_F(Cadastro_Pergunta_Teste, AfterACancelledInclusionAlterationAndExclusionStartFromTheStoredRow) {
+    Cadastra_Perguntas(2);
+    frmPergunta janela;
+    auto rascunho = [&janela] {
+        janela.cmdInclusão_Click();
+        Preenche(janela, "Rascunho que não foi gravado", {"rascunho certa", "r1", "r2", "r3"});
+        janela.optTipo[1]->setChecked(true);
+        janela.cmdCancelar_Click();
+        ASSERT_EQ(janela.txtPergunta->Text(), "Rascunho que não foi gravado");
+    };
+    rascunho();
+    Plataforma.Caixas.clear();
+    janela.cmdAlteração_Click();
+    EXPECT_EQ(Operação, "Alteração");
+    EXPECT_EQ(janela.windowTitle(), "Alteração da Pergunta 1");
+    EXPECT_EQ(janela.txtPergunta->Text(), "Pergunta número 1?");
+    EXPECT_EQ(janela.txtResposta_Correta->text(), "Certa 1");
+    EXPECT_EQ(janela.txtResposta_Incorreta_3->text(), "Errada C1");
+    EXPECT_TRUE(janela.optTipo[0]->isChecked());
+    EXPECT_TRUE(Plataforma.Caixas.isEmpty());  // nobody else changed the row: nothing to tell
+    janela.txtResposta_Incorreta_1->setText("Errada Mudada");
+    janela.cmdOk_Click();  // Sim
+    EXPECT_EQ(Campo(1, "Pergunta").toString(), "Pergunta número 1?");
+    EXPECT_EQ(Campo(1, "Resposta_Correta").toString(), "Certa 1");
+    EXPECT_EQ(Campo(1, "Resposta_Incorreta_1").toString(), "Errada Mudada");
+    EXPECT_EQ(Campo(1, "Tipo").toString(), "G");
+
+    // The exclusion asks with the stored question on screen, and deletes that one.
+    rascunho();
+    QStringList na_tela;
+    Plataforma.Ao_Esperar = [&] { na_tela << janela.txtPergunta->Text() + "|" + janela.windowTitle(); };
+    janela.cmdExclusão_Click();  // Sim, and the explosion
+    Plataforma.Ao_Esperar = nullptr;
+    ASSERT_FALSE(na_tela.isEmpty());
+    EXPECT_EQ(na_tela.first(), "Pergunta número 1?|Exclusão da Pergunta 1");
+    EXPECT_FALSE(Campo(1, "Pergunta").isValid());
+    EXPECT_EQ(Campo(2, "Pergunta").toString(), "Pergunta número 2?");
+    EXPECT_EQ(Linhas(), 1);
+    EXPECT_FALSE(Transação_Aberta());
+}
+
+// A question that another copy adds after the register opened is shown when the locate dialog picks it.
+TEST_F(Cadastro_Pergunta_Teste, AQuestionAnotherCopyAddedIsShownWhenLocated) {
+    Cadastra_Perguntas(3);
+    frmPergunta janela;
+    Ativa(janela);
+    ASSERT_EQ(janela.windowTitle(), "Consulta da Pergunta 1");
+    ASSERT_TRUE(Executa_Como_Outra_Estação(
+        {"INSERT INTO tblPergunta (Pergunta, Resposta_Correta, Resposta_Incorreta_1, Resposta_Incorreta_2, "
+         "Resposta_Incorreta_3, Tipo, Já_Comparada, Já_Verificada) VALUES ('Onde fica o Kilimanjaro?', "
+         "'Tanzânia', 'Quênia', 'Uganda', 'Etiópia', 'G', false, false)"}));
+
+    QTimer::singleShot(0, [] {
+        auto* localiza = dynamic_cast<frmLocaliza_Informação*>(QApplication::activeModalWidget());
+        ASSERT_NE(localiza, nullptr);
+        localiza->optOpção_Click(6);
+        localiza->txtConteúdo->setText("Kilimanjaro");
+        localiza->cmdOk_Click();  // a single hit closes the dialog
+    });
+    janela.cmdLocaliza_Click();
+    ASSERT_EQ(Código_Localizado, 4);
+    EXPECT_EQ(janela.txtPergunta->Text(), "Onde fica o Kilimanjaro?");
+    EXPECT_EQ(janela.txtResposta_Correta->text(), "Tanzânia");
+    EXPECT_TRUE(janela.windowTitle().startsWith("Consulta da Pergunta 4 | Mostrando apenas"))
+        << janela.windowTitle().toStdString();
+
+    // It can be altered like any other, and the walk over the whole table reaches it afterwards.
+    janela.cmdAlteração_Click();
+    EXPECT_EQ(Operação, "Alteração");
+    EXPECT_EQ(janela.txtPergunta->Text(), "Onde fica o Kilimanjaro?");
+    janela.cmdOk_Click();
+    EXPECT_EQ(janela.windowTitle(), "Consulta da Pergunta 4");
+    janela.cmdMovimenta_Registro_Click(1);
+    EXPECT_EQ(janela.windowTitle(), "Consulta da Pergunta 3");
+    janela.cmdMovimenta_Registro_Click(2);
+    EXPECT_EQ(janela.windowTitle(), "Consulta da Pergunta 4");
+}

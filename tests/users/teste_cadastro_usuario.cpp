@@ -520,3 +520,51 @@ TEST_F(Cadastro_Usuario_Teste, AnEmptiedTableGivesMessages22And23) {
     EXPECT_EQ(Operação, "Consulta");
 }
 }  // namespace
+
+// The name typed for a cancelled inclusion decides nothing: the exclusion shows the stored user again and
+// asks about that one. From an exclusion on, the register walks by name until it is opened again.
+TEST_F(Cadastro_Usuario_Teste, AfterAnExclusionTheWalkGoesByNameAndADraftDecidesNothing) {
+    for (const char* nome : {"Zeca Prado", "Ana Lima", "Bia Souza", "Carlos Reis"})
+        Cria_Usuário(QString::fromUtf8(nome), "x");
+    frmUsuário j;
+    Mostra(j, "Zeca Prado");
+    Responde_Senha("lumen");
+    j.cmdInclusão_Click();
+    j.txtUsuário->setText("Supervisor");
+    j.cmdCancelar_Click();
+    ASSERT_EQ(j.txtUsuário->text(), "Supervisor");
+
+    Plataforma.Caixas.clear();
+    QStringList na_tela;
+    Plataforma.Ao_Esperar = [&] { na_tela << j.txtUsuário->text(); };
+    Responde_Senha("lumen");
+    j.cmdExclusão_Click();  // Sim
+    Plataforma.Ao_Esperar = nullptr;
+    EXPECT_EQ(Textos(), QStringList{"Confirma EXCLUSÃO?"});
+    ASSERT_FALSE(na_tela.isEmpty());
+    EXPECT_EQ(na_tela.last(), "Zeca Prado");
+    EXPECT_FALSE(Lê_Usuário("Zeca Prado").Existe);
+    EXPECT_TRUE(Lê_Usuário("Supervisor").Existe);
+
+    // Zeca was the last by name: the window stands on the one before him, and walks back by name.
+    EXPECT_EQ(j.txtUsuário->text(), "Supervisor");
+    QStringList vistos;
+    for (int i = 0; i < 2; ++i) {
+        j.cmdMovimenta_Registro_Click(1);
+        vistos << j.txtUsuário->text();
+    }
+    EXPECT_EQ(vistos, (QStringList{"Ornelio Varga", "Carlos Reis"}));
+    // An alteration keeps that order.
+    Responde_Senha("lumen");
+    j.cmdAlteração_Click();
+    EXPECT_EQ(Operação, "Alteração");
+    EXPECT_EQ(j.txtUsuário->text(), "Carlos Reis");
+    j.cmdCancelar_Click();
+    j.cmdMovimenta_Registro_Click(1);
+    EXPECT_EQ(j.txtUsuário->text(), "Bia Souza");
+    Plataforma.Caixas.clear();
+    j.cmdMovimenta_Registro_Click(1);
+    j.cmdMovimenta_Registro_Click(1);
+    EXPECT_EQ(j.txtUsuário->text(), "Ana Lima");
+    EXPECT_EQ(Textos(), QStringList{Aviso(11)});
+}

@@ -283,16 +283,21 @@ TEST_F(Adaptação_Teste, TheArjImportJoinsTheMemoPiecesOfEachClientAndLeavesNoT
     const QString arj = Arquivo_Arj_Memorandos();
     frmAdaptação j;
     Importa(j, arj);
-    EXPECT_EQ(Plataforma.Textos_Caixas(), QStringList{"Importação concluída: 2 adaptações incluídas."});
+    EXPECT_EQ(Plataforma.Textos_Caixas(), QStringList{"Importação concluída: 3 adaptações incluídas."});
     const auto linhas = Linhas();
-    ASSERT_EQ(linhas.size(), 2);
+    ASSERT_EQ(linhas.size(), 3);
     EXPECT_EQ(linhas[0].Texto, "Trocar a cor do fundo");
     EXPECT_EQ(linhas[0].Data.toDate(), QDate(2019, 3, 10));
     EXPECT_EQ(linhas[0].Nome_Sistema, "Igreja Central");
     EXPECT_EQ(linhas[0].Código_Sistema, 0);
+    // A row without a client is a request as well, without a system's name.
+    EXPECT_EQ(linhas[1].Texto, "sem cliente");
+    EXPECT_EQ(linhas[1].Data.toDate(), QDate(2019, 3, 11));
+    EXPECT_EQ(linhas[1].Nome_Sistema, "");
+    EXPECT_EQ(linhas[1].Código_Sistema, 0);
     // A memo with no pieces becomes a request with an empty text; the DOS page is read as such.
-    EXPECT_EQ(linhas[1].Texto, "");
-    EXPECT_EQ(linhas[1].Nome_Sistema, "Escola Béria");
+    EXPECT_EQ(linhas[2].Texto, "");
+    EXPECT_EQ(linhas[2].Nome_Sistema, "Escola Béria");
     EXPECT_FALSE(QDir(Pasta_Dbase()).exists());
     EXPECT_EQ(Conexão_Temporária.ConnectionString, Conexão_Principal());
 }
@@ -317,9 +322,10 @@ TEST_F(Adaptação_Teste, AtTheWorkingInstallationTheClientIsSoughtAmongTheSyste
     EXPECT_FALSE(j.txtCódigo_Sistema->isHidden());
     Importa(j, arj);
     const auto linhas = Linhas();
-    ASSERT_EQ(linhas.size(), 2);
+    ASSERT_EQ(linhas.size(), 3);
     EXPECT_EQ(linhas[0].Código_Sistema, 2);
-    EXPECT_EQ(linhas[1].Código_Sistema, 1);
+    EXPECT_EQ(linhas[1].Código_Sistema, 0);  // no client to seek
+    EXPECT_EQ(linhas[2].Código_Sistema, 1);
 }
 
 TEST_F(Adaptação_Teste, BadArchivesEndInAMessageAndLeaveTheRegisterAsItWas) {
@@ -399,19 +405,47 @@ TEST_F(Adaptação_Teste, AFileDialogClosedWithoutAFileEndsTheImportWithNothingD
     EXPECT_TRUE(Linhas().isEmpty());
 }
 
-TEST_F(Adaptação_Teste, ALogImportRefusedHalfwayIsUndoneWhole) {
-    // A unique system name lets the first entry in and refuses the second one.
+// A row that the store refuses goes to the error handler, and the rows after it still come in.
+TEST_F(Adaptação_Teste, ARefusedRowIsToldAndTheRestOfTheFileComesIn) {
+    // A unique system name: the second entry of the log, which has the same name, is refused.
     Catálogo::Adiciona_Índice(Conexão, "tblAdaptação",
                               {"idxNome_Sistema", Tipo_Índice::Único, {"Nome_Sistema"}});
-    Registra_Falhas({"Primeira falha", "Segunda falha", "Terceira falha"});
+    Registra_Falhas({"Primeira falha", "Segunda falha"});
     Plataforma.Caixas.clear();
-    frmAdaptação j;
-    Importa(j, Caminho_Programa() + "/Log de Ocorrências.Log");
-    EXPECT_TRUE(Linhas().isEmpty());
-    EXPECT_EQ(
-        Plataforma.Textos_Caixas(),
-        QStringList({"Informação já cadastrada no banco de dados.",
-                     "A importação foi desfeita: nenhuma adaptação do arquivo Log de Ocorrências.Log foi "
-                     "incluída."}));
+    {
+        frmAdaptação j;
+        Importa(j, Caminho_Programa() + "/Log de Ocorrências.Log");
+    }
+    EXPECT_EQ(Plataforma.Textos_Caixas(),
+              QStringList({"Informação já cadastrada no banco de dados.",
+                           "Importação concluída: 1 adaptação incluída, 1 recusada."}));
+    ASSERT_EQ(Linhas().size(), 1);
+    EXPECT_TRUE(Linhas()[0].Texto.startsWith("Descrição do Erro: Primeira falha."));
+    EXPECT_FALSE(Transação_Aberta());
+
+    // The archive: its second "Igreja Central" is refused; the client after it and the row without a
+    // client come in.
+    Conexão.Execute("Delete From tblAdaptação");
+    Limpa_Cache_Lastrec();
+    const QString pasta = Pasta_Fixtures + "/repetido";
+    QDir().mkpath(pasta);
+    ASSERT_TRUE(Escreve_Tabelas_Memorandos(pasta, "LDID/2",
+                                           {{"Igreja Central", "10", "20190310"},
+                                            {"Igreja Central", "11", "20190311"},
+                                            {"", "12", "20190312"},
+                                            {"Escola Nova", "13", "20190313"}},
+                                           {{"10", "um"}, {"11", "dois"}, {"12", "tres"}, {"13", "quatro"}}));
+    ASSERT_TRUE(Compacta_Arj(pasta + "/norvane2.arj", pasta, {"NORVANE.dbf", "MEMORAND.dbf"}));
+    Plataforma.Caixas.clear();
+    {
+        frmAdaptação j;
+        Importa(j, pasta + "/norvane2.arj");
+    }
+    EXPECT_EQ(Plataforma.Textos_Caixas(),
+              QStringList({"Informação já cadastrada no banco de dados.",
+                           "Importação concluída: 3 adaptações incluídas, 1 recusada."}));
+    QStringList textos;
+    for (const Linha_Adaptação& l : Linhas()) textos << l.Texto + "|" + l.Nome_Sistema;
+    EXPECT_EQ(textos, (QStringList{"um|Igreja Central", "tres|", "quatro|Escola Nova"}));
     EXPECT_FALSE(Transação_Aberta());
 }

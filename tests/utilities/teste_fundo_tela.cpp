@@ -206,11 +206,10 @@ TEST_F(Fundo_Tela_Teste, TheThreeLibrariesInTurnAndTheFallbackWrittenOnceTheWind
     EXPECT_EQ(Campos("Supervisor"), qMakePair(QString(), ícones));
 }
 
-// Only files the draw can show are drawn: a damaged one or an icon is passed over, and a library without a
-// good picture, however many files it holds, leaves the background as it is.
+// Only files the draw can show are drawn: a damaged one is passed over, and a library without a good
+// picture, however many files it holds, leaves the background as it is.
 TEST_F(Fundo_Tela_Teste, DamagedAndForeignFilesAreNeverDrawnAndAnEmptyLibraryKeepsTheBackground) {
-    const QString mista =
-        Biblioteca("Mista", {{"ruim.jpg", 0}, {"ruim2.gif", 0}, {"ícone.png", -1}, {"boa.png", 12}});
+    const QString mista = Biblioteca("Mista", {{"ruim.jpg", 0}, {"ruim2.gif", 0}, {"boa.png", 12}});
     QFile(mista + "/notas.txt").open(QIODevice::WriteOnly);
     Ajusta("Supervisor", mista, "", true);
     for (int vez = 0; vez < 6; ++vez) {
@@ -227,6 +226,32 @@ TEST_F(Fundo_Tela_Teste, DamagedAndForeignFilesAreNeverDrawnAndAnEmptyLibraryKee
     EXPECT_EQ(Largura_Fundo(), 12);
     EXPECT_EQ(Plataforma.Papéis_de_Parede.size(), chamadas);
     EXPECT_EQ(filImagens.ListCount(), 1);  // the one damaged picture; the texts are not listed
+}
+
+// Small pictures are pictures too: a library of icons and thumbnails changes the background, and so do
+// the program's own pictures when they are the fallback, whatever their size.
+TEST_F(Fundo_Tela_Teste, ALibraryOfSmallPicturesChangesTheBackground) {
+    const QString pequenas = Pasta.Caminho() + "/Pequenas";
+    ASSERT_TRUE(QDir().mkpath(pequenas));
+    QImage miniatura(64, 48, QImage::Format_RGB32);
+    miniatura.fill(Qt::darkRed);
+    ASSERT_TRUE(miniatura.save(pequenas + "/miniatura.bmp"));
+    Ajusta("Supervisor", pequenas, "", true);
+    Muda_Fundo_Tela(&filImagens, &imgFundo);
+    EXPECT_EQ(imgFundo.pixmap().size(), QSize(64, 48));
+    EXPECT_EQ(Plataforma.Papéis_de_Parede, QStringList{Bitmap()});
+
+    // The fallback: the program's pictures, here one icon-sized picture and nothing else.
+    imgFundo.clear();
+    const QString ícones = Pasta.Caminho() + "/Ícones";
+    ASSERT_TRUE(QDir().mkpath(ícones));
+    QImage ícone(128, 128, QImage::Format_RGB32);
+    ícone.fill(Qt::darkBlue);
+    ASSERT_TRUE(ícone.save(ícones + "/Quizora.png"));
+    Ajusta("Supervisor", Pasta.Caminho() + "/Sumiu", "", false);
+    Muda_Fundo_Tela(&filImagens, &imgFundo);
+    EXPECT_EQ(filImagens.Path(), ícones);
+    EXPECT_EQ(imgFundo.pixmap().size(), QSize(128, 128));
 }
 
 // The menu entry tells the user how to choose a library when no picture could be shown.

@@ -1,0 +1,119 @@
+// Escape in the game, the hall of fame and the raffle: it takes a window out of full screen and does
+// nothing else; only Sair ends them.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSpinBox>
+#include <QTest>
+
+#include "common/Globais.h"
+#include "game/frmHall.h"
+#include "game/frmJogo.h"
+#include "game/frmSorteio.h"
+#include "support/Instalação_Teste.h"
+#include "support/Pasta_Teste.h"
+#include "support/Plataforma_Roteirizada.h"
+
+namespace {
+class Escape_Jogo_Teste : public ::testing::Test {
+  protected:
+    Pasta_Teste Pasta;
+    Plataforma_Roteirizada Plataforma;
+
+    void SetUp() override {
+        Instala_Programa_Para_Janelas();
+        Plataforma.Caixas.clear();
+        Tipo_Pergunta = "A";
+        frmJogo::Ao_Terminar_Padrão = nullptr;
+    }
+    void TearDown() override { frmJogo::Ao_Terminar_Padrão = nullptr; }
+
+    static void Ativa(QDialog& janela) {
+        janela.show();
+        QApplication::setActiveWindow(&janela);
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&janela));
+    }
+
+    // Escape on the focused control, as the keyboard sends it; then the window's state.
+    static void Escape(QWidget& janela) {
+        QWidget* foco = QApplication::focusWidget();
+        QTest::keyClick(foco != nullptr ? foco : &janela, Qt::Key_Escape);
+    }
+};
+}  // namespace
+
+TEST_F(Escape_Jogo_Teste, EscapeMidGameKeepsTheTurnAndOnlyLeavesFullScreen) {
+    Cadastra_Perguntas(30);
+    frmJogo janela;
+    Ativa(janela);
+    for (int i : {1, 2, 3}) {
+        if (i < 3) janela.txtJogador[i]->setText(i == 1 ? "Ana" : "Bruno");
+        janela.txtJogador_GotFocus(i);
+        janela.txtJogador_Validate(i);
+        janela.txtJogador_LostFocus(i);
+    }
+    ASSERT_TRUE(janela.fraResposta->isEnabled());
+    const QString pergunta = janela.lblPergunta->text();
+    const int jogador = janela.Jogo.Jogador_Atual;
+    janela.optResposta[0]->setFocus();
+
+    Escape(janela);
+    EXPECT_TRUE(janela.isVisible());
+    EXPECT_EQ(janela.result(), 0);
+    EXPECT_TRUE(janela.fraResposta->isEnabled());
+    EXPECT_EQ(janela.lblPergunta->text(), pergunta);
+    EXPECT_EQ(janela.Jogo.Jogador_Atual, jogador);
+
+    // In full screen Escape brings the window back, and the game goes on.
+    QTest::keyClick(&janela, Qt::Key_F11);
+    ASSERT_TRUE(janela.isFullScreen());
+    Escape(janela);
+    EXPECT_FALSE(janela.isFullScreen());
+    EXPECT_FALSE(janela.Tela->Ativa());
+    EXPECT_TRUE(janela.isVisible());
+    EXPECT_EQ(janela.lblPergunta->text(), pergunta);
+    Escape(janela);
+    EXPECT_TRUE(janela.isVisible());
+
+    // Sair still ends it.
+    janela.cmdSair->click();
+    EXPECT_FALSE(janela.isVisible());
+    EXPECT_EQ(janela.result(), QDialog::Rejected);
+}
+
+TEST_F(Escape_Jogo_Teste, EscapeLeavesTheHallAndTheRaffleOpenAndOnlyLeavesFullScreen) {
+    frmHall hall;
+    Ativa(hall);
+    Escape(hall);
+    EXPECT_TRUE(hall.isVisible());
+    QTest::keyClick(&hall, Qt::Key_F11);
+    ASSERT_TRUE(hall.isFullScreen());
+    Escape(hall);
+    EXPECT_FALSE(hall.isFullScreen());
+    EXPECT_TRUE(hall.isVisible());
+    hall.cmdSair->click();
+    EXPECT_FALSE(hall.isVisible());
+
+    frmSorteio sorteio;
+    Ativa(sorteio);
+    sorteio.nbNúmero_Final->setValue(50);
+    sorteio.cmdSorteia_Click();
+    const QString sorteado = sorteio.nbNúmero_Sorteado->text();
+    ASSERT_FALSE(sorteado.isEmpty());
+    Escape(sorteio);
+    EXPECT_TRUE(sorteio.isVisible());
+    QTest::keyClick(&sorteio, Qt::Key_F11);
+    ASSERT_TRUE(sorteio.isFullScreen());
+    Escape(sorteio);
+    EXPECT_FALSE(sorteio.isFullScreen());
+    EXPECT_TRUE(sorteio.isVisible());
+    EXPECT_EQ(sorteio.nbNúmero_Sorteado->text(), sorteado);
+    EXPECT_EQ(sorteio.Sorteio.Números_Sorteados.size(), 1);
+    sorteio.cmdSair->click();
+    EXPECT_FALSE(sorteio.isVisible());
+}
