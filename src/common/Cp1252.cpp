@@ -9,18 +9,19 @@ constexpr char16_t Faixa_80_9F[32] = {0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x
 }  // namespace
 
 QByteArray Para_Cp1252(const QString& texto) {
-    QByteArray saída;
-    saída.reserve(texto.size());
+    // One byte for each character, written in place: every line of a report passes here.
+    QByteArray saída(texto.size(), Qt::Uninitialized);
+    char* destino = saída.data();
     for (const QChar c : texto) {
         const char16_t u = c.unicode();
         if (u < 0x80 || (u >= 0xA0 && u <= 0xFF)) {
-            saída.append(static_cast<char>(u));
+            *destino++ = static_cast<char>(u);
             continue;
         }
         char byte = '?';
         for (int i = 0; i < 32; ++i)
             if (Faixa_80_9F[i] != 0 && Faixa_80_9F[i] == u) byte = static_cast<char>(0x80 + i);
-        saída.append(byte);
+        *destino++ = byte;
     }
     return saída;
 }

@@ -2,10 +2,12 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QProgressBar>
 #include <QWidget>
 #include <cmath>
@@ -55,7 +57,7 @@ void Transformar_Campos(QWidget* Formulário) {
 }
 
 QString Texto_Progresso(double Máximo, double Atual, const QDateTime& início, const QDateTime& agora) {
-    const QLocale local(QLocale::Portuguese, QLocale::Brazil);
+    static const QLocale local(QLocale::Portuguese, QLocale::Brazil);
     const double decorrido = início.msecsTo(agora) / 86400000.0;
     const double por_linha = Atual > 0 ? decorrido / Atual : 0;
     const double restante = 1 + (Máximo - Atual) * por_linha;
@@ -74,14 +76,34 @@ QString Texto_Progresso(double Máximo, double Atual, const QDateTime& início, 
 void Barra_de_Progresso(int Mínimo, double Máximo, double Atual, QWidget* Formulário) {
     Rotina r(Formulário, "Barra_de_Progresso");
     Ponteiro_Ocupado cursor(Ícone_Processamento);
-    auto* barra = Formulário->findChild<QProgressBar*>("pgbBarra_De_Progresso");
+    // A walk calls this at every row: the window's bar is found once for the walk, and the caption's
+    // estimate, which nobody reads faster, is written at most every 40 ms of real time, and always at the
+    // walk's first and last rows. The bar itself always shows the row reached.
+    static QPointer<QWidget> último_formulário;
+    static QPointer<QProgressBar> última_barra;
+    static int último_mínimo = 0;
+    static double último_máximo = 0;
+    static QElapsedTimer desde_a_legenda;
+    const bool mesma_caminhada = último_formulário == Formulário && último_mínimo == Mínimo &&
+                                 último_máximo == Máximo && desde_a_legenda.isValid();
+    QProgressBar* barra = mesma_caminhada ? última_barra.data() : nullptr;
+    if (barra == nullptr) barra = Formulário->findChild<QProgressBar*>("pgbBarra_De_Progresso");
     if (barra != nullptr) {
         barra->setMinimum(Mínimo);
         const int máximo = (Máximo > 0 && Máximo != Mínimo) ? static_cast<int>(Máximo) : Mínimo + 1;
         barra->setMaximum(máximo);
         barra->setValue(Atual > máximo ? máximo : static_cast<int>(Atual));
     }
-    Formulário->setWindowTitle(Texto_Progresso(Máximo, Atual, Início_Progresso, Plataforma_Atual().Agora()));
+    const bool ponta = Atual <= Mínimo || Atual >= Máximo;
+    if (!mesma_caminhada || ponta || desde_a_legenda.elapsed() >= 40) {
+        Formulário->setWindowTitle(
+            Texto_Progresso(Máximo, Atual, Início_Progresso, Plataforma_Atual().Agora()));
+        desde_a_legenda.start();
+    }
+    último_formulário = Formulário;
+    última_barra = barra;
+    último_mínimo = Mínimo;
+    último_máximo = Máximo;
 }
 
 bool Calendário(const QString& Texto, bool Aceita_Vazio, QWidget* Formulário) {

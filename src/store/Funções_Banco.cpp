@@ -1,6 +1,7 @@
 #include "store/Funções_Banco.h"
 
 #include <QDateTime>
+#include <QHash>
 #include <utility>
 
 #include "common/Globais.h"
@@ -44,7 +45,17 @@ QString Pasta_Dbase() {
     return Caminho_Dados() + "/Dbase";
 }
 QString Caminho_Ícone(const QString& arquivo) {
-    return Caminho_Programa() + "/Ícones/" + arquivo;
+    // Every busy cursor asks for its icon: the last path made is given again while nothing changed.
+    static QString último_programa;
+    static QHash<QString, QString> caminhos;
+    const QString programa = Caminho_Programa();
+    if (programa != último_programa) {
+        último_programa = programa;
+        caminhos.clear();
+    }
+    auto achado = caminhos.constFind(arquivo);
+    if (achado == caminhos.constEnd()) achado = caminhos.insert(arquivo, programa + "/Ícones/" + arquivo);
+    return *achado;
 }
 
 QString Conexão_Principal() {
