@@ -112,18 +112,18 @@ void Prepara_Jogadas(int turnos) {
         QString(
             "WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM n WHERE i + 1 < %1), "
             "t AS (SELECT i, i / %2 AS g, 1672531200 + (i / %2) * %3 AS início, "
-            "1 + (i * 7919) %% %4 AS pergunta, (i * 31) %% 10 AS r, (i * 13) %% 11 AS a FROM n) "
+            "1 + (i * 7919) % %4 AS pergunta, (i * 31) % 10 AS r, (i * 13) % 11 AS a FROM n) "
             "INSERT INTO tblJogada (Data_Jogada, Dia, Início_Jogo, Código_Pergunta, Tipo, Jogador, Posição, "
             "Desfecho, Resposta_Escolhida, Número_Resposta, Ajuda, Número_Dado, Valor, Segundos) "
-            "SELECT datetime(início + (i %% %2) * 30, 'unixepoch'), "
-            "CAST(strftime('%%Y%%m%%d', início + (i %% %2) * 30, 'unixepoch') AS INTEGER), "
-            "datetime(início, 'unixepoch'), pergunta, CASE WHEN pergunta %% 2 THEN 'G' ELSE 'B' END, "
-            "'Jogador ' || ((g * 4 + i %% 4) %% 30), 1 + i %% 4, "
+            "SELECT datetime(início + (i % %2) * 30, 'unixepoch'), "
+            "CAST(strftime('%Y%m%d', início + (i % %2) * 30, 'unixepoch') AS INTEGER), "
+            "datetime(início, 'unixepoch'), pergunta, CASE WHEN pergunta % 2 THEN 'G' ELSE 'B' END, "
+            "'Jogador ' || ((g * 4 + i % 4) % 30), 1 + i % 4, "
             "CASE WHEN r < 6 THEN 'Certa' WHEN r < 8 THEN 'Errada' WHEN r = 8 THEN 'Pulada' ELSE 'Eliminado' "
             "END, "
-            "'Resposta', CASE WHEN r < 6 THEN 0 WHEN r < 8 THEN 1 + i %% 3 WHEN r = 8 THEN NULL ELSE 1 END, "
+            "'Resposta', CASE WHEN r < 6 THEN 0 WHEN r < 8 THEN 1 + i % 3 WHEN r = 8 THEN NULL ELSE 1 END, "
             "CASE WHEN r = 8 THEN 'Pulo' WHEN a = 0 THEN 'Dado' WHEN a = 1 THEN 'Apóstolos' WHEN a = 2 THEN "
-            "'Deus' ELSE 'Nenhuma' END, CASE WHEN r <> 8 AND a = 0 THEN 1 + i %% 3 ELSE 0 END, 10, 12.5 FROM "
+            "'Deus' ELSE 'Nenhuma' END, CASE WHEN r <> 8 AND a = 0 THEN 1 + i % 3 ELSE 0 END, 10, 12.5 FROM "
             "t")
             .arg(turnos)
             .arg(Vezes_Por_Jogo)

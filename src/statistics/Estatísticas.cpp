@@ -49,18 +49,24 @@ const QString Soma_Mensal =
     "INSERT INTO tblResumo_Mensal (Mês, Código_Pergunta, Tipo, Respostas, Acertos, Escolha_1, Escolha_2, "
     "Escolha_3, Pulos, Dado, Dado_1, Dado_2, Dado_3, Apóstolos, Deus) "
     "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?) ON CONFLICT (Mês, Código_Pergunta) DO UPDATE SET "
-    "Respostas = Respostas + excluded.Respostas, Acertos = Acertos + excluded.Acertos, "
-    "Escolha_1 = Escolha_1 + excluded.Escolha_1, Escolha_2 = Escolha_2 + excluded.Escolha_2, "
-    "Escolha_3 = Escolha_3 + excluded.Escolha_3, Pulos = Pulos + excluded.Pulos, "
-    "Dado = Dado + excluded.Dado, Dado_1 = Dado_1 + excluded.Dado_1, Dado_2 = Dado_2 + excluded.Dado_2, "
-    "Dado_3 = Dado_3 + excluded.Dado_3, Apóstolos = Apóstolos + excluded.Apóstolos, "
-    "Deus = Deus + excluded.Deus";
+    "Respostas = tblResumo_Mensal.Respostas + excluded.Respostas, Acertos = tblResumo_Mensal.Acertos + "
+    "excluded.Acertos, "
+    "Escolha_1 = tblResumo_Mensal.Escolha_1 + excluded.Escolha_1, Escolha_2 = tblResumo_Mensal.Escolha_2 + "
+    "excluded.Escolha_2, "
+    "Escolha_3 = tblResumo_Mensal.Escolha_3 + excluded.Escolha_3, Pulos = tblResumo_Mensal.Pulos + "
+    "excluded.Pulos, "
+    "Dado = tblResumo_Mensal.Dado + excluded.Dado, Dado_1 = tblResumo_Mensal.Dado_1 + excluded.Dado_1, "
+    "Dado_2 = tblResumo_Mensal.Dado_2 + excluded.Dado_2, "
+    "Dado_3 = tblResumo_Mensal.Dado_3 + excluded.Dado_3, Apóstolos = tblResumo_Mensal.Apóstolos + "
+    "excluded.Apóstolos, "
+    "Deus = tblResumo_Mensal.Deus + excluded.Deus";
 
 const QString Soma_Jogador =
     "INSERT INTO tblResumo_Jogador (Início_Jogo, Mês, Posição, Jogador, Pontos, Respostas, Acertos) "
     "VALUES (?, ?, ?, ?, ?, ?, ?) ON CONFLICT (Início_Jogo, Posição) DO UPDATE SET "
-    "Pontos = Pontos + excluded.Pontos, Respostas = Respostas + excluded.Respostas, "
-    "Acertos = Acertos + excluded.Acertos";
+    "Pontos = tblResumo_Jogador.Pontos + excluded.Pontos, Respostas = tblResumo_Jogador.Respostas + "
+    "excluded.Respostas, "
+    "Acertos = tblResumo_Jogador.Acertos + excluded.Acertos";
 
 // The session that records; held with a logical connection of its own, so that others closing theirs do
 // not take the file away from under it.

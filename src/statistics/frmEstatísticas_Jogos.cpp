@@ -316,7 +316,7 @@ void frmEstatísticas_Jogos::Desenha_Gráficos() {
         gráfico->addAxis(eixo_x, Qt::AlignBottom);
         série->attachAxis(eixo_x);
         auto* eixo_y = new QValueAxis();
-        eixo_y->setLabelFormat("%d");
+        eixo_y->setLabelFormat("%.0f");
         gráfico->addAxis(eixo_y, Qt::AlignLeft);
         série->attachAxis(eixo_y);
         troca(chtPor_Tipo, gráfico);
@@ -359,7 +359,7 @@ void frmEstatísticas_Jogos::Desenha_Gráficos() {
         gráfico->addAxis(eixo_x, Qt::AlignBottom);
         série->attachAxis(eixo_x);
         auto* eixo_y = new QValueAxis();
-        eixo_y->setLabelFormat("%d");
+        eixo_y->setLabelFormat("%.0f");
         gráfico->addAxis(eixo_y, Qt::AlignLeft);
         série->attachAxis(eixo_y);
         troca(chtPor_Mês, gráfico);
@@ -370,10 +370,10 @@ void frmEstatísticas_Jogos::Desenha_Gráficos() {
                                            .arg(Competidores_No_Gráfico)
                                            .arg(Jogos_Por_Competidor));
         auto* eixo_x = new QValueAxis();
-        eixo_x->setLabelFormat("%d");
+        eixo_x->setLabelFormat("%.0f");
         eixo_x->setTitleText("Jogo");
         auto* eixo_y = new QValueAxis();
-        eixo_y->setLabelFormat("%d");
+        eixo_y->setLabelFormat("%.0f");
         eixo_y->setTitleText("Pontos");
         gráfico->addAxis(eixo_x, Qt::AlignBottom);
         gráfico->addAxis(eixo_y, Qt::AlignLeft);

@@ -61,7 +61,7 @@ int main(int argc, char** argv) {
             if (sorte < 8) {
                 for (int ajuda :
                      {Ajuda_Pular_1, Ajuda_Pular_2, Ajuda_Pular_3, Ajuda_Dado, Ajuda_Apóstolos, Ajuda_Deus})
-                    if (janela.chkAjuda[ajuda]->isVisible() && acaso() % 2) {
+                    if (janela.Jogo.Ajuda_Disponível[jogador][ajuda] && acaso() % 2) {
                         janela.chkAjuda[ajuda]->setChecked(true);
                         janela.chkAjuda_Click(ajuda);
                         break;
