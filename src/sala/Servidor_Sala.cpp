@@ -14,6 +14,7 @@
 #include <QWebSocket>
 #include <unistd.h>
 
+#include <utility>
 #include <vector>
 
 namespace {
@@ -42,6 +43,8 @@ class Servidor_Tcp_Limitado : public QTcpServer {
             delete socket;
             return;
         }
+        // Small messages that must arrive now: no waiting to fill a packet.
+        socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
         ++Abertas;
         QPointer<Servidor_Tcp_Limitado> eu(this);
         QObject::connect(socket, &QObject::destroyed, [eu] {
@@ -91,7 +94,9 @@ struct Servidor_Sala::Dados {
     std::vector<std::unique_ptr<Conexão>> Conexões;
     std::array<QString, Máximo_Jogadores + 1> Tokens;
     std::array<Conexão*, Máximo_Jogadores + 1> Donos{};
-    QString Estado_Atual;  // the last "estado" message, sent to every phone that joins
+    QString Estado_Atual;   // the last "estado" message, sent to every phone that joins
+    QStringList Pendentes;  // "estado" messages not yet handed to the phones, in order
+    bool Envio_Marcado = false;
     QElapsedTimer Relógio;
 
     Conexão* Procura(QWebSocket* socket) {
@@ -248,6 +253,7 @@ void Servidor_Sala::Para() {
     }
     D->Conexões.clear();
     D->Donos = {};
+    D->Pendentes.clear();
     D->Http.reset();
     D->Porta = 0;
 }
@@ -271,8 +277,17 @@ QString Servidor_Sala::Endereço() const {
 void Servidor_Sala::Publica(const Retrato_Sala& retrato) {
     Último = retrato;
     D->Estado_Atual = QString::fromUtf8(Escreve_Estado(Último, D->Ocupados()));
-    for (auto& c : D->Conexões)
-        if (c->Admitido) c->Socket->sendTextMessage(D->Estado_Atual);
+    // The phones get every picture in order, from the event loop: the host's screen never waits on them.
+    D->Pendentes << D->Estado_Atual;
+    if (D->Envio_Marcado) return;
+    D->Envio_Marcado = true;
+    QTimer::singleShot(0, &D->Contexto, [this] {
+        D->Envio_Marcado = false;
+        const QStringList mensagens = std::exchange(D->Pendentes, {});
+        for (const QString& m : mensagens)
+            for (auto& c : D->Conexões)
+                if (c->Admitido) c->Socket->sendTextMessage(m);
+    });
 }
 
 bool Servidor_Sala::Assento_Com_Celular(int assento) const {

@@ -8,7 +8,8 @@
 // phone back from sleep gets its seat again), and only for its own seat, on its turn, answer or ask a
 // help. Such a request reaches the game through `Ao_Agir`, from the event loop, never from inside the
 // network's own handlers. Every request is at most 1 KB; a phone sends at most 20 in a burst and 10 a
-// second after that, and one that keeps flooding is cut off; at most 200 phones stay connected.
+// second after that, and one that keeps flooding is cut off; at most 205 phones stay connected (200
+// spectators and the five competitors).
 #include <QHostAddress>
 #include <QString>
 #include <array>
@@ -19,7 +20,8 @@
 
 class QWebSocket;
 
-inline constexpr int Máximo_Celulares = 200;
+// Two hundred phones that watch, and one more for each competitor seat.
+inline constexpr int Máximo_Celulares = 200 + Máximo_Jogadores;
 
 // What a phone asks of the game: an answer (0 to 3) or a help (0 to 5) for `Assento` in turn `Vez`.
 struct Ação_Celular {

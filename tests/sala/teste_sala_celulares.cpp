@@ -441,7 +441,7 @@ TEST_F(Sala_Celulares_Teste, HostileSendersAreDroppedAndTheGameGoesOn) {
     EXPECT_EQ(janela.Jogo.Pontos[1], 0);
     EXPECT_TRUE(janela.Jogo.Vez_Em_Andamento);
 
-    // No more than 200 phones: the next one is turned away.
+    // No more than 205 phones (200 watching, 5 playing): the next ones are turned away.
     std::vector<std::unique_ptr<Celular>> muitos;
     while (static_cast<int>(muitos.size()) < Máximo_Celulares + 2) {
         muitos.push_back(std::make_unique<Celular>(sala->Endereço()));
@@ -449,7 +449,7 @@ TEST_F(Sala_Celulares_Teste, HostileSendersAreDroppedAndTheGameGoesOn) {
     EXPECT_TRUE(Espera([&] {
         int fechados = 0;
         for (auto& c : muitos) fechados += c->Fechado ? 1 : 0;
-        return fechados >= 4;  // 200 minus those already in (ana, lixo)
+        return fechados >= 4;  // the limit less those already in (ana, lixo)
     }));
     muitos.clear();
 
