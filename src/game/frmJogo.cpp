@@ -22,6 +22,7 @@
 #include "failure/Rotina.h"
 #include "platform/Plataforma.h"
 #include "reports/Texto_Relatório.h"
+#include "sala/janelas/Painel_Sala.h"
 #include "store/Funções_Banco.h"
 
 namespace {
@@ -177,6 +178,8 @@ frmJogo::frmJogo(QWidget* pai) : Formulário("frmJogo", pai) {
 
     cmdSair = Botão("cmdSair", "&Sair");
     cmdSair->setMinimumWidth(110);
+    cmdCelulares = Botão("cmdCelulares", "Jogar pelos celulares");
+    fraCelulares = new Painel_Sala(*this);
 
     auto* meio = new QHBoxLayout;
     meio->addWidget(fraResposta, 3);
@@ -187,8 +190,10 @@ frmJogo::frmJogo(QWidget* pai) : Formulário("frmJogo", pai) {
     avisos->addLayout(observação, 1);
     avisos->addLayout(valor, 1);
     lado->addLayout(avisos);
+    lado->addWidget(fraCelulares);
     lado->addStretch();
     auto* botão = new QHBoxLayout;
+    botão->addWidget(cmdCelulares);
     botão->addStretch();
     botão->addWidget(cmdSair);
     lado->addLayout(botão);
@@ -214,6 +219,7 @@ frmJogo::frmJogo(QWidget* pai) : Formulário("frmJogo", pai) {
                                               optResposta[3]});
 
     QObject::connect(cmdSair, &QPushButton::clicked, this, [this] { cmdSair_Click(); });
+    QObject::connect(cmdCelulares, &QPushButton::clicked, this, [this] { cmdCelulares_Click(); });
     Ao_Terminar = [this] {
         if (Ao_Terminar_Padrão) Ao_Terminar_Padrão(*this);
     };
@@ -362,7 +368,9 @@ void frmJogo::txtJogador_LostFocus(int Index) {
         Lista_Fechada = true;
         fraJogadores->setEnabled(false);
         Nova_Rodada();
+        return;
     }
+    Avisa_Mudança();
 }
 
 // ---------------------------------------------------------------------------------------------------
@@ -382,6 +390,7 @@ void frmJogo::Nova_Rodada() {
         }
     }
     imgDado->clear();
+    Face_Dado_Atual = 0;
     Plataforma_Atual().Caixa_Mensagem(
         Jogo.Nome_Jogador[jogador].toUpper() + ", agora é a sua vez de jogar. Boa Sorte!!!", Título_Programa,
         Ícone_Caixa::Informação, Botões_Caixa::Ok);
@@ -420,6 +429,7 @@ void frmJogo::Nova_Rodada() {
     Mostra_Respostas();
     Finaliza_Transação();
     Gravador.Pergunta_Exibida(Jogo);
+    Avisa_Mudança();
 }
 
 void frmJogo::Próximo_Competidor() {
@@ -470,6 +480,7 @@ void frmJogo::Fim_Do_Jogo() {
         Finaliza_Transação();
     }
 
+    Avisa_Mudança();
     if (Ao_Terminar) Ao_Terminar();
     Encerra_Tela();
 }
@@ -510,13 +521,14 @@ void frmJogo::optResposta_Click(int Index) {
         Comentário("", "ERRADO!!!", "Eliminada uma", "das Ajudas!!!");
         if (desfecho.Ajuda_Retirada >= 0 && desfecho.Ajuda_Retirada < Quantidade_Ajudas)
             chkAjuda[desfecho.Ajuda_Retirada]->setVisible(false);
-        if (desfecho.Efeito == Efeito_Resposta::Fora_Do_Jogo)
-            Plataforma_Atual().Caixa_Mensagem(Jogo.Nome_Jogador[jogador].toUpper() +
-                                                  ", você errou e já utilizou todas as ajudas disponíveis!!! "
-                                                  "O jogo continuará para os demais "
-                                                  "competidores...",
-                                              Título_Programa, Ícone_Caixa::Informação, Botões_Caixa::Ok);
     }
+    Avisa_Mudança();
+    if (desfecho.Efeito == Efeito_Resposta::Fora_Do_Jogo)
+        Plataforma_Atual().Caixa_Mensagem(Jogo.Nome_Jogador[jogador].toUpper() +
+                                              ", você errou e já utilizou todas as ajudas disponíveis!!! "
+                                              "O jogo continuará para os demais "
+                                              "competidores...",
+                                          Título_Programa, Ícone_Caixa::Informação, Botões_Caixa::Ok);
     Próximo_Competidor();
 }
 
@@ -530,6 +542,7 @@ void frmJogo::chkAjuda_Click(int Index) {
     Gravador.Ajuda(Jogo, Jogo.Jogador_Atual, Index, desfecho);
     if (desfecho.Efeito == Efeito_Ajuda::Pulo) {
         Mostra_Resposta_Correta();
+        Avisa_Mudança();
         Próximo_Competidor();
         return;
     }
@@ -539,9 +552,12 @@ void frmJogo::chkAjuda_Click(int Index) {
         Rolando = true;
         fraResposta->setEnabled(false);
         for (int face : desfecho.Faces_Dado) {
-            if (face >= 1 && face <= 6)
+            if (face >= 1 && face <= 6) {
                 imgDado->setPixmap(QIcon(Caminho_Ícone(QString("Dado %1.Ico").arg(face))).pixmap(64, 64));
+                Face_Dado_Atual = face;
+            }
             imgDado->repaint();
+            Avisa_Mudança();
             Plataforma_Atual().Processa_Eventos();
             Plataforma_Atual().Dorme(250);
         }
@@ -552,6 +568,7 @@ void frmJogo::chkAjuda_Click(int Index) {
         Comentário("Sugestões de", "respostas que", "podem estar", "corretas:");
     }
     Mostra_Respostas();
+    Avisa_Mudança();
 }
 
 void frmJogo::cmdSair_Click() {
@@ -559,6 +576,21 @@ void frmJogo::cmdSair_Click() {
     if (Rolando) return;
     Em_Cadastro = false;
     reject();
+}
+
+void frmJogo::cmdCelulares_Click() {
+    Rotina r(this, "cmdCelulares_Click");
+    fraCelulares->Alterna();
+    cmdCelulares->setText(Sala_Ativa() ? "Encerrar os celulares" : "Jogar pelos celulares");
+}
+
+Servidor_Sala* frmJogo::Sala_Ativa() const {
+    return fraCelulares->Servidor_Ativo();
+}
+
+void frmJogo::Avisa_Mudança() {
+    for (const auto& observador : Ao_Mudar)
+        if (observador) observador();
 }
 
 // ---------------------------------------------------------------------------------------------------

@@ -6,6 +6,7 @@
 #include <functional>
 
 #include <memory>
+#include <vector>
 
 #include "forms/Formulário.h"
 #include "forms/Tela_Cheia.h"
@@ -18,6 +19,8 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 class QRadioButton;
+class Painel_Sala;
+class Servidor_Sala;
 
 // The kind of questions asked for in frmInício_Jogo: "A" both, "B" biblical, "G" general knowledge.
 inline QString Tipo_Pergunta = "A";
@@ -53,10 +56,19 @@ class frmJogo : public Formulário, public Fonte_Perguntas {
     QLabel* lblPontuação_2;
     QLabel* lblPontuação_3;
     QPushButton* cmdSair;
+    // "Jogar pelos celulares": the room's phones answer for their competitors.
+    QPushButton* cmdCelulares;
+    Painel_Sala* fraCelulares;
     // F11: full screen, for a room.
     std::unique_ptr<Tela_Cheia> Tela;
 
     bool Dado_Rolando() const { return Rolando; }
+    int Face_Dado() const { return Face_Dado_Atual; }  // 0: no die on screen
+    // The room's server while the phones play, else null.
+    Servidor_Sala* Sala_Ativa() const;
+    // Called after every visible change of the game: a new turn, an answer, a help, a face of the die,
+    // the end.
+    std::vector<std::function<void()>> Ao_Mudar;
 
     void txtJogador_GotFocus(int Index);
     void txtJogador_Validate(int Index);
@@ -66,6 +78,7 @@ class frmJogo : public Formulário, public Fonte_Perguntas {
     void Nova_Rodada();
     void Próximo_Competidor();
     void cmdSair_Click();
+    void cmdCelulares_Click();
 
     // The question bank (Tabela) and the history of shown questions (Tabela_Secundária).
     int Quantidade_Perguntas() override;
@@ -89,9 +102,11 @@ class frmJogo : public Formulário, public Fonte_Perguntas {
     void Mostra_Jogador(int jogador);
     void Comentário(const QString& a, const QString& b, const QString& c, const QString& d);
     void Encerra_Tela();
+    void Avisa_Mudança();
 
     bool Lista_Fechada = false;
     bool Rolando = false;
     // Every turn goes to the games' statistics.
     Estatísticas::Gravador_Jogadas Gravador;
+    int Face_Dado_Atual = 0;
 };

@@ -19,6 +19,7 @@ QStringList Tópicos_do_Manual() {
             "Revelações de Deus",
             "Login de Acesso",
             "Novo Jogo",
+            "Jogar pelos Celulares",
             "Hall da Fama",
             "Sorteio de Contemplados",
             "Pergunta",
