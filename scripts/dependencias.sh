@@ -3,7 +3,7 @@
 set -euo pipefail
 pacotes=(g++ cmake ninja-build pkg-config qt6-base-dev qt6-multimedia-dev libsqlite3-dev libpq-dev postgresql-15 libzip-dev libshp-dev
          libgtest-dev libgmock-dev libbenchmark-dev fonts-liberation2 xvfb xauth
-         arj dpkg-dev desktop-file-utils appstream file qt6-translations-l10n)
+         arj dpkg-dev desktop-file-utils appstream file qt6-translations-l10n libqrencode-dev zbar-tools)
 faltam=()
 for p in "${pacotes[@]}"; do
     dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || faltam+=("$p")

@@ -10,6 +10,7 @@
 #include "common/Globais.h"
 #include "failure/Rotina.h"
 #include "reports/Texto_Relatório.h"
+#include "sala/frmTela_Hall.h"
 #include "store/Funções_Banco.h"
 
 QString Texto_Pontuação(double pontos) {
@@ -93,8 +94,13 @@ frmHall::frmHall(QWidget* pai, const Estado_Jogo* jogo)
     layout->addLayout(rodapé);
 
     QObject::connect(cmdSair, &QPushButton::clicked, this, [this] { cmdSair_Click(); });
-    Tela = std::make_unique<Tela_Cheia>(this);
+    Tela_Da_Sala = new frmTela_Hall(*this);
+    Liga_F11(this, Tela_Da_Sala);
     Form_Load();
+}
+
+void frmHall::Form_Activate() {
+    if (Tela_Sala::Alguma_Visível()) Tela_Da_Sala->Mostra();
 }
 
 void frmHall::Form_Load() {

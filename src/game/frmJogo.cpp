@@ -21,6 +21,7 @@
 #include "failure/Rotina.h"
 #include "platform/Plataforma.h"
 #include "reports/Texto_Relatório.h"
+#include "sala/frmTela_Sala.h"
 #include "store/Funções_Banco.h"
 
 namespace {
@@ -208,9 +209,8 @@ frmJogo::frmJogo(QWidget* pai) : Formulário("frmJogo", pai) {
          {lblJogador_Atual, lblPontuação_1, lblPontuação_2, lblPontuação_3, lblResposta_Usuário[0],
           lblResposta_Usuário[1], lblResposta_Usuário[2], lblResposta_Usuário[3]})
         l->setSizePolicy(QSizePolicy::Ignored, l->sizePolicy().verticalPolicy());
-    Tela = std::make_unique<Tela_Cheia>(
-        this, std::initializer_list<QWidget*>{lblPergunta, optResposta[0], optResposta[1], optResposta[2],
-                                              optResposta[3]});
+    Tela_Da_Sala = new frmTela_Sala(*this);
+    Liga_F11(this, Tela_Da_Sala);
 
     QObject::connect(cmdSair, &QPushButton::clicked, this, [this] { cmdSair_Click(); });
     Ao_Terminar = [this] {
@@ -270,6 +270,7 @@ void frmJogo::Form_Load() {
     lblNível_Atual->clear();
     fraJogadores->setEnabled(true);
     txtJogador[1]->setFocus();
+    Avisa_Mudança();
 }
 
 void frmJogo::Abre_Tabelas() {
@@ -339,6 +340,7 @@ void frmJogo::txtJogador_GotFocus(int Index) {
     Rotina r(this, "txtJogador_GotFocus");
     Q_UNUSED(Index);
     Comentário("", "Informe o nome", "dos jogadores...", "");
+    Avisa_Mudança();
 }
 
 void frmJogo::txtJogador_Validate(int Index) {
@@ -356,7 +358,9 @@ void frmJogo::txtJogador_LostFocus(int Index) {
         Lista_Fechada = true;
         fraJogadores->setEnabled(false);
         Nova_Rodada();
+        return;
     }
+    Avisa_Mudança();
 }
 
 // ---------------------------------------------------------------------------------------------------
@@ -376,13 +380,16 @@ void frmJogo::Nova_Rodada() {
         }
     }
     imgDado->clear();
+    Face_Atual = 0;
+    // The room sees the outcome of the last answer and the new competitor's helps while the greeting waits.
+    Avisa_Mudança();
     Plataforma_Atual().Caixa_Mensagem(
         Jogo.Nome_Jogador[jogador].toUpper() + ", agora é a sua vez de jogar. Boa Sorte!!!", Título_Programa,
         Ícone_Caixa::Informação, Botões_Caixa::Ok);
     for (QRadioButton* opção : optResposta) {
         QFont f = opção->font();
         f.setBold(false);
-        f.setPointSizeF(Tamanho_Resposta * Tela->Fator(opção));
+        f.setPointSize(Tamanho_Resposta);
         opção->setFont(f);
         opção->setText(QString());
         opção->setAutoExclusive(false);
@@ -400,6 +407,7 @@ void frmJogo::Nova_Rodada() {
         Finaliza_Transação();
         fraResposta->setEnabled(false);
         fraAjuda->setEnabled(false);
+        Avisa_Mudança();
         Plataforma_Atual().Caixa_Mensagem(Texto_Sem_Pergunta, Título_Programa, Ícone_Caixa::Informação,
                                           Botões_Caixa::Ok);
         Fim_Do_Jogo();
@@ -413,6 +421,7 @@ void frmJogo::Nova_Rodada() {
     lblPergunta->setText(Jogo.Pergunta_Atual.Pergunta);
     Mostra_Respostas();
     Finaliza_Transação();
+    Avisa_Mudança();
 }
 
 void frmJogo::Próximo_Competidor() {
@@ -463,8 +472,10 @@ void frmJogo::Fim_Do_Jogo() {
         Finaliza_Transação();
     }
 
+    Avisa_Mudança();
     if (Ao_Terminar) Ao_Terminar();
     Encerra_Tela();
+    Avisa_Mudança();
 }
 
 void frmJogo::Encerra_Tela() {
@@ -497,11 +508,13 @@ void frmJogo::optResposta_Click(int Index) {
         Comentário("", "PARABÉNS!!!", "Resposta", "correta...");
         lblPontuação_Atual->setText(Pontuação_Exibida(Jogo.Pontos[jogador]));
         lblNível_Atual->setText(QString::number(Jogo.Nível[jogador]));
+        Avisa_Mudança();
     } else {
         Plataforma_Atual().Toca_Som(Caminho_Programa() + "/Sons/erro.wav");
         Comentário("", "ERRADO!!!", "Eliminada uma", "das Ajudas!!!");
         if (desfecho.Ajuda_Retirada >= 0 && desfecho.Ajuda_Retirada < Quantidade_Ajudas)
             chkAjuda[desfecho.Ajuda_Retirada]->setVisible(false);
+        Avisa_Mudança();
         if (desfecho.Efeito == Efeito_Resposta::Fora_Do_Jogo)
             Plataforma_Atual().Caixa_Mensagem(Jogo.Nome_Jogador[jogador].toUpper() +
                                                   ", você errou e já utilizou todas as ajudas disponíveis!!! "
@@ -521,6 +534,7 @@ void frmJogo::chkAjuda_Click(int Index) {
     if (desfecho.Efeito == Efeito_Ajuda::Recusada) return;
     if (desfecho.Efeito == Efeito_Ajuda::Pulo) {
         Mostra_Resposta_Correta();
+        Avisa_Mudança();
         Próximo_Competidor();
         return;
     }
@@ -530,9 +544,12 @@ void frmJogo::chkAjuda_Click(int Index) {
         Rolando = true;
         fraResposta->setEnabled(false);
         for (int face : desfecho.Faces_Dado) {
-            if (face >= 1 && face <= 6)
+            if (face >= 1 && face <= 6) {
                 imgDado->setPixmap(QIcon(Caminho_Ícone(QString("Dado %1.Ico").arg(face))).pixmap(64, 64));
+                Face_Atual = face;
+            }
             imgDado->repaint();
+            Avisa_Mudança();
             Plataforma_Atual().Processa_Eventos();
             Plataforma_Atual().Dorme(250);
         }
@@ -543,6 +560,7 @@ void frmJogo::chkAjuda_Click(int Index) {
         Comentário("Sugestões de", "respostas que", "podem estar", "corretas:");
     }
     Mostra_Respostas();
+    Avisa_Mudança();
 }
 
 void frmJogo::cmdSair_Click() {
@@ -572,7 +590,7 @@ void frmJogo::Mostra_Resposta_Correta() {
             continue;
         QFont f = optResposta[k]->font();
         f.setBold(true);
-        f.setPointSizeF(Tamanho_Resposta_Correta * Tela->Fator(optResposta[k]));
+        f.setPointSize(Tamanho_Resposta_Correta);
         optResposta[k]->setFont(f);
     }
 }
@@ -592,4 +610,10 @@ void frmJogo::Comentário(const QString& a, const QString& b, const QString& c, 
     lblResposta_Usuário[1]->setText(b);
     lblResposta_Usuário[2]->setText(c);
     lblResposta_Usuário[3]->setText(d);
+}
+
+void frmJogo::Avisa_Mudança() {
+    // By index: an observer may add another while it runs.
+    for (std::size_t i = 0; i < Ao_Mudar.size(); ++i)
+        if (const std::function<void()> observador = Ao_Mudar[i]) observador();
 }

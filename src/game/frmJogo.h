@@ -4,11 +4,9 @@
 #include <QString>
 #include <array>
 #include <functional>
-
-#include <memory>
+#include <vector>
 
 #include "forms/Formulário.h"
-#include "forms/Tela_Cheia.h"
 #include "game/Regras_Jogo.h"
 
 class QCheckBox;
@@ -17,6 +15,7 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 class QRadioButton;
+class frmTela_Sala;
 
 // The kind of questions asked for in frmInício_Jogo: "A" both, "B" biblical, "G" general knowledge.
 inline QString Tipo_Pergunta = "A";
@@ -52,10 +51,14 @@ class frmJogo : public Formulário, public Fonte_Perguntas {
     QLabel* lblPontuação_2;
     QLabel* lblPontuação_3;
     QPushButton* cmdSair;
-    // F11: full screen, for a room.
-    std::unique_ptr<Tela_Cheia> Tela;
+    // F11: the game on a screen made for the room (a projector or a television).
+    frmTela_Sala* Tela_Da_Sala;
+    // Called after every change that shows: a new turn, an answer, a help, each face of the die, the end.
+    std::vector<std::function<void()>> Ao_Mudar;
 
     bool Dado_Rolando() const { return Rolando; }
+    // The face that imgDado shows, 0 when none.
+    int Face_Dado() const { return Face_Atual; }
 
     void txtJogador_GotFocus(int Index);
     void txtJogador_Validate(int Index);
@@ -86,7 +89,9 @@ class frmJogo : public Formulário, public Fonte_Perguntas {
     void Mostra_Jogador(int jogador);
     void Comentário(const QString& a, const QString& b, const QString& c, const QString& d);
     void Encerra_Tela();
+    void Avisa_Mudança();
 
     bool Lista_Fechada = false;
     bool Rolando = false;
+    int Face_Atual = 0;
 };
