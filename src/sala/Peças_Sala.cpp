@@ -9,6 +9,7 @@
 #include <QPainterPath>
 #include <QScreen>
 #include <QShortcut>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -114,10 +115,11 @@ void Botão_Sala::Define(const QString& texto) {
     update();
 }
 
-void Botão_Sala::Define_Correção(bool mostrada, bool certa) {
-    if (mostrada == Correção && certa == Certa) return;
+void Botão_Sala::Define_Correção(bool mostrada, bool certa, bool escolhida) {
+    if (mostrada == Correção && certa == Certa && escolhida == Escolhida) return;
     Correção = mostrada;
     Certa = certa;
+    Escolhida = escolhida;
     update();
 }
 
@@ -144,10 +146,12 @@ void Botão_Sala::paintEvent(QPaintEvent*) {
     }
     QColor cor = Cor;
     if (!isEnabled() && Letra.isEmpty()) cor = Cores_Sala::Apagado;
-    if (Apagado()) cor = cor.darker(260);
+    if (Apagado()) cor = cor.darker(Errada_Escolhida() ? 170 : 260);
     if (underMouse() && isEnabled() && !Correção) cor = cor.lighter(115);
     if (isDown()) cor = cor.darker(120);
-    p.setPen(Certa_Mostrada() ? QPen(Cores_Sala::Destaque, 10) : Qt::NoPen);
+    p.setPen(Certa_Mostrada()     ? QPen(Cores_Sala::Destaque, 10)
+             : Errada_Escolhida() ? QPen(Cores_Sala::Erro, 10)
+                                  : Qt::NoPen);
     p.setBrush(cor);
     p.drawRoundedRect(caixa.adjusted(4, 4, -4, -4), Raio, Raio);
     const QColor cor_texto = Apagado() ? QColor(255, 255, 255, 130) : Cores_Sala::Texto;
@@ -164,6 +168,17 @@ void Botão_Sala::paintEvent(QPaintEvent*) {
     }
     Escreve(p, Área_Texto(), text(), Máximo, 12,
             Letra.isEmpty() ? Qt::AlignCenter : Qt::AlignLeft | Qt::AlignVCenter, cor_texto);
+    if (Errada_Escolhida()) {
+        // The answer picked, crossed out.
+        const double l = std::min(height() * 0.45, 80.0);
+        const QPointF c(width() - 24 - l / 2, height() / 2.0);
+        p.setPen(Qt::NoPen);
+        p.setBrush(Cores_Sala::Erro);
+        p.drawEllipse(c, l / 2, l / 2);
+        p.setPen(QPen(Cores_Sala::Texto, l * 0.12, Qt::SolidLine, Qt::RoundCap));
+        p.drawLine(c + QPointF(-l * 0.2, -l * 0.2), c + QPointF(l * 0.2, l * 0.2));
+        p.drawLine(c + QPointF(-l * 0.2, l * 0.2), c + QPointF(l * 0.2, -l * 0.2));
+    }
     if (Certa_Mostrada()) {
         // A tick at the right end: the right answer, seen also by who cannot tell the colours apart.
         const double l = std::min(height() * 0.45, 80.0);
@@ -287,6 +302,13 @@ Tela_Sala::Tela_Sala(const QString& nome, QDialog* janela) : Formulário(nome, j
 
 bool Tela_Sala::eventFilter(QObject* objeto, QEvent* evento) {
     if (objeto == Janela && evento->type() == QEvent::Hide) hide();
+    // The form under this screen got the keyboard back (a window over it closed, the hall of fame): the
+    // keyboard goes where the room looks. A form on another screen keeps it.
+    if (objeto == Janela && evento->type() == QEvent::WindowActivate && isVisible() &&
+        Janela->screen() == screen())
+        QTimer::singleShot(0, this, [this] {
+            if (isVisible()) activateWindow();
+        });
     return Formulário::eventFilter(objeto, evento);
 }
 

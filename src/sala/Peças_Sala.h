@@ -60,11 +60,13 @@ class Botão_Sala : public QAbstractButton {
     Botão_Sala(QWidget* pai, const QString& nome, const QColor& cor, int máximo_pixels);
     void Define(const QString& texto);
     void Define_Letra(const QString& letra) { Letra = letra; }
-    // After an answer the window shows the right one: that tile stands out, the others fade.
-    void Define_Correção(bool mostrada, bool certa);
+    // After an answer the window shows the right one: that tile stands out, the others fade, and the one
+    // picked, when wrong, is crossed out.
+    void Define_Correção(bool mostrada, bool certa, bool escolhida = false);
     bool Vazio() const { return text().isEmpty(); }
     bool Certa_Mostrada() const { return Correção && Certa; }
     bool Apagado() const { return Correção && !Certa; }
+    bool Errada_Escolhida() const { return Correção && !Certa && Escolhida; }
     int Pixels() const;
 
   protected:
@@ -77,7 +79,7 @@ class Botão_Sala : public QAbstractButton {
     QColor Cor;
     QString Letra;
     int Máximo;
-    bool Correção = false, Certa = false;
+    bool Correção = false, Certa = false, Escolhida = false;
 };
 
 // The die, one to six pips; no face draws nothing.

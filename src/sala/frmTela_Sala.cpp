@@ -9,6 +9,7 @@
 #include <QPainter>
 #include <QRadioButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "game/frmJogo.h"
 
@@ -215,7 +216,7 @@ void frmTela_Sala::Atualiza() {
         const QRadioButton* r = Jogo.optResposta[k];
         cmdResposta[k]->Define(Sem_Marca_Atalho(r->text()));
         cmdResposta[k]->setEnabled(r->isEnabled() && !r->text().isEmpty());
-        cmdResposta[k]->Define_Correção(correção, r->font().bold());
+        cmdResposta[k]->Define_Correção(correção, r->font().bold(), r->isChecked());
     }
 
     // The helps still available to the competitor on turn, pressable while the window takes them; none
@@ -253,6 +254,15 @@ void frmTela_Sala::Atualiza() {
         lblComentário->Define_Cores(comentário.isEmpty() ? QColor() : Cores_Sala::Painel, Cores_Sala::Texto);
 
     // The scoreboard: the competitors of the game, or the names typed so far while the list is open.
+    // The line on turn is the competitor the window names as such: while the greeting of the next one
+    // waits, the window still shows the last answer under the last name.
+    int na_vez = 0;
+    if (!nome.isEmpty() && !estado.Terminado) {
+        const int atual = std::clamp(estado.Jogador_Atual, 1, Máximo_Jogadores);
+        for (int i = 1; i <= Máximo_Jogadores && na_vez == 0; ++i)
+            if (Jogo.txtJogador[i]->text() == nome) na_vez = i;
+        if (Jogo.txtJogador[atual]->text() == nome) na_vez = atual;
+    }
     QList<Placar_Sala::Linha> linhas;
     for (int i = 1; i <= Máximo_Jogadores; ++i) {
         const QString nome_i = Jogo.txtJogador[i]->text();
@@ -261,7 +271,7 @@ void frmTela_Sala::Atualiza() {
         l.Nome = nome_i;
         l.Pontos = Jogo.lblPontuação[i]->text().trimmed();
         l.Nível = Jogo.lblNível[i]->text();
-        l.Na_Vez = !nome.isEmpty() && i == estado.Jogador_Atual && !estado.Terminado;
+        l.Na_Vez = i == na_vez;
         l.Ativo = estado.Ativo[i];
         linhas << l;
     }

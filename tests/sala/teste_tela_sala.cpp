@@ -35,8 +35,9 @@ const QSize Tela_Projetor(1920, 1080);
 struct Quadro {
     QString Comentário;
     QString Jogador;
-    int Certa_Marcada = -1;  // the tile marked as the right answer, -1 for none
-    int Dado = 0;            // the large die's face, 0 when it does not show
+    int Certa_Marcada = -1;   // the tile marked as the right answer, -1 for none
+    int Errada_Marcada = -1;  // the wrong tile picked, crossed out
+    int Dado = 0;             // the large die's face, 0 when it does not show
     bool Respostas_Livres = false;
 };
 
@@ -86,6 +87,8 @@ class Tela_Sala_Teste : public ::testing::Test {
         q.Jogador = t.lblJogador_Atual->Texto();
         for (int k = 0; k < 4; ++k)
             if (t.cmdResposta[k]->Certa_Mostrada()) q.Certa_Marcada = k;
+        for (int k = 0; k < 4; ++k)
+            if (t.cmdResposta[k]->Errada_Escolhida()) q.Errada_Marcada = k;
         q.Dado = t.imgDado_Rolando->isVisible() ? t.imgDado_Rolando->Face() : 0;
         for (const Botão_Sala* b : t.cmdResposta) q.Respostas_Livres = q.Respostas_Livres || b->isEnabled();
         return q;
@@ -200,11 +203,13 @@ TEST_F(Tela_Sala_Teste, TheRoomScreenShowsTheWindowThroughAWholeGameOfTwo) {
 
     // Bruno errs: the red banner while Ana's greeting waits, and one more of his helps gone.
     quadros.clear();
-    Clica(tela.cmdResposta[Errada(janela)]);
+    const int errada_bruno = Errada(janela);
+    Clica(tela.cmdResposta[errada_bruno]);
     EXPECT_EQ(Plataforma.Sons.last(), Caminho_Programa() + "/Sons/erro.wav");
     bool viu_erro = false;
     for (const Quadro& q : quadros)
-        viu_erro = viu_erro || q.Comentário == "ERRADO!!! Eliminada uma das Ajudas!!!";
+        viu_erro = viu_erro || (q.Comentário == "ERRADO!!! Eliminada uma das Ajudas!!!" &&
+                                q.Errada_Marcada == errada_bruno && q.Certa_Marcada >= 0);
     EXPECT_TRUE(viu_erro);
     int ajudas_bruno = 0;
     for (bool a : janela.Jogo.Ajuda_Disponível[2]) ajudas_bruno += a ? 1 : 0;
