@@ -11,6 +11,7 @@
 #include "common/Globais.h"
 #include "failure/Rotina.h"
 #include "reports/Texto_Relatório.h"
+#include "sala/frmTela_Hall.h"
 #include "store/Funções_Banco.h"
 
 QString Texto_Pontuação(double pontos) {
@@ -94,8 +95,13 @@ frmHall::frmHall(QWidget* pai, const Estado_Jogo* jogo)
     layout->addLayout(rodapé);
 
     QObject::connect(cmdSair, &QPushButton::clicked, this, [this] { cmdSair_Click(); });
-    Tela = std::make_unique<Tela_Cheia>(this);
+    Tela_Da_Sala = new frmTela_Hall(*this);
+    Liga_F11(this, Tela_Da_Sala);
     Form_Load();
+}
+
+void frmHall::Form_Activate() {
+    if (Tela_Sala::Alguma_Visível()) Tela_Da_Sala->Mostra();
 }
 
 void frmHall::Form_Load() {
@@ -158,5 +164,5 @@ void frmHall::cmdSair_Click() {
 
 void frmHall::keyPressEvent(QKeyEvent* evento) {
     if (evento->key() != Qt::Key_Escape) return Formulário::keyPressEvent(evento);
-    if (isFullScreen()) Tela->Alterna();
+    if (Tela_Da_Sala->isVisible()) Tela_Da_Sala->Volta();
 }

@@ -1,15 +1,13 @@
 #pragma once
 #include <array>
 
-#include <memory>
-
 #include "forms/Formulário.h"
-#include "forms/Tela_Cheia.h"
 #include "game/Regras_Jogo.h"
 
 class QGroupBox;
 class QLabel;
 class QPushButton;
+class frmTela_Hall;
 
 // The ten best scores ever kept; at the end of a game also the ranking of that game.
 class frmHall : public Formulário {
@@ -28,14 +26,15 @@ class frmHall : public Formulário {
     QLabel* lblResposta_1;
     QLabel* lblResposta_2;
     QPushButton* cmdSair;
-    // F11: full screen, for a room.
-    std::unique_ptr<Tela_Cheia> Tela;
+    // F11: the hall on a screen made for the room; it opens there by itself when the game was on one.
+    frmTela_Hall* Tela_Da_Sala;
 
     void cmdSair_Click();
 
   protected:
     // Escape only leaves full screen: the hall closes by Sair alone.
     void keyPressEvent(QKeyEvent* evento) override;
+    void Form_Activate() override;
 
   private:
     void Form_Load();

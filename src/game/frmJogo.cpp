@@ -23,6 +23,7 @@
 #include "platform/Plataforma.h"
 #include "reports/Texto_Relatório.h"
 #include "sala/janelas/Painel_Sala.h"
+#include "sala/frmTela_Sala.h"
 #include "store/Funções_Banco.h"
 
 namespace {
@@ -214,12 +215,12 @@ frmJogo::frmJogo(QWidget* pai) : Formulário("frmJogo", pai) {
          {lblJogador_Atual, lblPontuação_1, lblPontuação_2, lblPontuação_3, lblResposta_Usuário[0],
           lblResposta_Usuário[1], lblResposta_Usuário[2], lblResposta_Usuário[3]})
         l->setSizePolicy(QSizePolicy::Ignored, l->sizePolicy().verticalPolicy());
-    Tela = std::make_unique<Tela_Cheia>(
-        this, std::initializer_list<QWidget*>{lblPergunta, optResposta[0], optResposta[1], optResposta[2],
-                                              optResposta[3]});
+    Tela_Da_Sala = new frmTela_Sala(*this);
+    Liga_F11(this, Tela_Da_Sala);
 
     QObject::connect(cmdSair, &QPushButton::clicked, this, [this] { cmdSair_Click(); });
     QObject::connect(cmdCelulares, &QPushButton::clicked, this, [this] { cmdCelulares_Click(); });
+    Tela_Da_Sala->Ao_Pedir_Celulares = [this] { cmdCelulares_Click(); };
     Ao_Terminar = [this] {
         if (Ao_Terminar_Padrão) Ao_Terminar_Padrão(*this);
     };
@@ -246,7 +247,7 @@ bool frmJogo::eventFilter(QObject* objeto, QEvent* evento) {
 
 void frmJogo::keyPressEvent(QKeyEvent* evento) {
     if (evento->key() != Qt::Key_Escape) return Formulário::keyPressEvent(evento);
-    if (isFullScreen()) Tela->Alterna();
+    if (Tela_Da_Sala->isVisible()) Tela_Da_Sala->Volta();
 }
 
 void frmJogo::Form_Load() {
@@ -282,6 +283,7 @@ void frmJogo::Form_Load() {
     lblNível_Atual->clear();
     fraJogadores->setEnabled(true);
     txtJogador[1]->setFocus();
+    Avisa_Mudança();
 }
 
 void frmJogo::Abre_Tabelas() {
@@ -351,6 +353,7 @@ void frmJogo::txtJogador_GotFocus(int Index) {
     Rotina r(this, "txtJogador_GotFocus");
     Q_UNUSED(Index);
     Comentário("", "Informe o nome", "dos jogadores...", "");
+    Avisa_Mudança();
 }
 
 void frmJogo::txtJogador_Validate(int Index) {
@@ -391,13 +394,15 @@ void frmJogo::Nova_Rodada() {
     }
     imgDado->clear();
     Face_Dado_Atual = 0;
+    // The room sees the outcome of the last answer and the new competitor's helps while the greeting waits.
+    Avisa_Mudança();
     Plataforma_Atual().Caixa_Mensagem(
         Jogo.Nome_Jogador[jogador].toUpper() + ", agora é a sua vez de jogar. Boa Sorte!!!", Título_Programa,
         Ícone_Caixa::Informação, Botões_Caixa::Ok);
     for (QRadioButton* opção : optResposta) {
         QFont f = opção->font();
         f.setBold(false);
-        f.setPointSizeF(Tamanho_Resposta * Tela->Fator(opção));
+        f.setPointSize(Tamanho_Resposta);
         opção->setFont(f);
         opção->setText(QString());
         opção->setAutoExclusive(false);
@@ -415,6 +420,7 @@ void frmJogo::Nova_Rodada() {
         Finaliza_Transação();
         fraResposta->setEnabled(false);
         fraAjuda->setEnabled(false);
+        Avisa_Mudança();
         Plataforma_Atual().Caixa_Mensagem(Texto_Sem_Pergunta, Título_Programa, Ícone_Caixa::Informação,
                                           Botões_Caixa::Ok);
         Fim_Do_Jogo();
@@ -483,6 +489,7 @@ void frmJogo::Fim_Do_Jogo() {
     Avisa_Mudança();
     if (Ao_Terminar) Ao_Terminar();
     Encerra_Tela();
+    Avisa_Mudança();
 }
 
 void frmJogo::Encerra_Tela() {
@@ -516,6 +523,7 @@ void frmJogo::optResposta_Click(int Index) {
         Comentário("", "PARABÉNS!!!", "Resposta", "correta...");
         lblPontuação_Atual->setText(Pontuação_Exibida(Jogo.Pontos[jogador]));
         lblNível_Atual->setText(QString::number(Jogo.Nível[jogador]));
+        Avisa_Mudança();
     } else {
         Plataforma_Atual().Toca_Som(Caminho_Programa() + "/Sons/erro.wav");
         Comentário("", "ERRADO!!!", "Eliminada uma", "das Ajudas!!!");
@@ -582,6 +590,11 @@ void frmJogo::cmdCelulares_Click() {
     Rotina r(this, "cmdCelulares_Click");
     fraCelulares->Alterna();
     cmdCelulares->setText(Sala_Ativa() ? "Encerrar os celulares" : "Jogar pelos celulares");
+    // The room's screen shows the same address and code as the window, with its QR code.
+    if (Servidor_Sala* sala = Sala_Ativa())
+        Tela_Da_Sala->Mostra_Sala(sala->Endereço(), sala->Código());
+    else
+        Tela_Da_Sala->Esconde_Sala();
 }
 
 Servidor_Sala* frmJogo::Sala_Ativa() const {
@@ -613,7 +626,7 @@ void frmJogo::Mostra_Resposta_Correta() {
             continue;
         QFont f = optResposta[k]->font();
         f.setBold(true);
-        f.setPointSizeF(Tamanho_Resposta_Correta * Tela->Fator(optResposta[k]));
+        f.setPointSize(Tamanho_Resposta_Correta);
         optResposta[k]->setFont(f);
     }
 }
@@ -633,4 +646,10 @@ void frmJogo::Comentário(const QString& a, const QString& b, const QString& c, 
     lblResposta_Usuário[1]->setText(b);
     lblResposta_Usuário[2]->setText(c);
     lblResposta_Usuário[3]->setText(d);
+}
+
+void frmJogo::Avisa_Mudança() {
+    // By index: an observer may add another while it runs.
+    for (std::size_t i = 0; i < Ao_Mudar.size(); ++i)
+        if (const std::function<void()> observador = Ao_Mudar[i]) observador();
 }

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "forms/Formulário.h"
-#include "forms/Tela_Cheia.h"
 #include "game/Regras_Jogo.h"
 #include "statistics/Estatísticas.h"
 
@@ -21,6 +20,7 @@ class QPushButton;
 class QRadioButton;
 class Painel_Sala;
 class Servidor_Sala;
+class frmTela_Sala;
 
 // The kind of questions asked for in frmInício_Jogo: "A" both, "B" biblical, "G" general knowledge.
 inline QString Tipo_Pergunta = "A";
@@ -59,8 +59,8 @@ class frmJogo : public Formulário, public Fonte_Perguntas {
     // "Jogar pelos celulares": the room's phones answer for their competitors.
     QPushButton* cmdCelulares;
     Painel_Sala* fraCelulares;
-    // F11: full screen, for a room.
-    std::unique_ptr<Tela_Cheia> Tela;
+    // F11: the game on a screen made for the room (a projector or a television).
+    frmTela_Sala* Tela_Da_Sala;
 
     bool Dado_Rolando() const { return Rolando; }
     int Face_Dado() const { return Face_Dado_Atual; }  // 0: no die on screen

@@ -14,6 +14,7 @@
 #include "failure/Mensagens.h"
 #include "failure/Rotina.h"
 #include "platform/Plataforma.h"
+#include "sala/frmTela_Sorteio.h"
 #include "store/Funções_Banco.h"
 
 namespace {
@@ -109,7 +110,8 @@ frmSorteio::frmSorteio(QWidget* pai) : Formulário("frmSorteio", pai) {
     QObject::connect(cmdSorteia, &QPushButton::clicked, this, [this] { cmdSorteia_Click(); });
     QObject::connect(cmdSair, &QPushButton::clicked, this, [this] { cmdSair_Click(); });
     Form_QueryUnload = [this] { return !Em_Sorteio; };
-    Tela = std::make_unique<Tela_Cheia>(this, std::initializer_list<QWidget*>{nbNúmero_Sorteado});
+    Tela_Da_Sala = new frmTela_Sorteio(*this);
+    Liga_F11(this, Tela_Da_Sala);
     Form_Load();
 }
 
@@ -167,5 +169,5 @@ void frmSorteio::cmdSair_Click() {
 
 void frmSorteio::keyPressEvent(QKeyEvent* evento) {
     if (evento->key() != Qt::Key_Escape) return Formulário::keyPressEvent(evento);
-    if (isFullScreen()) Tela->Alterna();
+    if (Tela_Da_Sala->isVisible()) Tela_Da_Sala->Volta();
 }

@@ -1,10 +1,7 @@
 #pragma once
 #include <array>
 
-#include <memory>
-
 #include "forms/Formulário.h"
-#include "forms/Tela_Cheia.h"
 #include "game/Regras_Jogo.h"
 
 class QGroupBox;
@@ -12,6 +9,7 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 class QSpinBox;
+class frmTela_Sorteio;
 
 // The raffle: numbers from 1 to the final value, none twice while the window is open.
 class frmSorteio : public Formulário {
@@ -25,8 +23,8 @@ class frmSorteio : public Formulário {
     QSpinBox* nbNúmero_Final;
     QPushButton* cmdSorteia;
     QPushButton* cmdSair;
-    // F11: full screen, for a room.
-    std::unique_ptr<Tela_Cheia> Tela;
+    // F11: the raffle on a screen made for the room.
+    frmTela_Sorteio* Tela_Da_Sala;
     QLineEdit* nbNúmero_Sorteado;
     QGroupBox* fraSorteio;
     std::array<QLineEdit*, Contemplados_Visíveis> nbNúmero_Contemplado{};

@@ -1,5 +1,5 @@
-// Escape in the game, the hall of fame and the raffle: it takes a window out of full screen and does
-// nothing else; only Sair ends them.
+// Escape in the game, the hall of fame and the raffle: it takes the room's screen away and does nothing
+// else; only Sair ends them.
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -47,7 +47,7 @@ class Escape_Jogo_Teste : public ::testing::Test {
 };
 }  // namespace
 
-TEST_F(Escape_Jogo_Teste, EscapeMidGameKeepsTheTurnAndOnlyLeavesFullScreen) {
+TEST_F(Escape_Jogo_Teste, EscapeMidGameKeepsTheTurnAndOnlyLeavesTheRoomScreen) {
     Cadastra_Perguntas(30);
     frmJogo janela;
     Ativa(janela);
@@ -69,12 +69,11 @@ TEST_F(Escape_Jogo_Teste, EscapeMidGameKeepsTheTurnAndOnlyLeavesFullScreen) {
     EXPECT_EQ(janela.lblPergunta->text(), pergunta);
     EXPECT_EQ(janela.Jogo.Jogador_Atual, jogador);
 
-    // In full screen Escape brings the window back, and the game goes on.
+    // On the room's screen Escape brings the window back, and the game goes on.
     QTest::keyClick(&janela, Qt::Key_F11);
-    ASSERT_TRUE(janela.isFullScreen());
-    Escape(janela);
-    EXPECT_FALSE(janela.isFullScreen());
-    EXPECT_FALSE(janela.Tela->Ativa());
+    ASSERT_TRUE(janela.Tela_Da_Sala->isVisible());
+    Escape(*janela.Tela_Da_Sala);
+    EXPECT_FALSE(janela.Tela_Da_Sala->isVisible());
     EXPECT_TRUE(janela.isVisible());
     EXPECT_EQ(janela.lblPergunta->text(), pergunta);
     Escape(janela);
@@ -86,15 +85,15 @@ TEST_F(Escape_Jogo_Teste, EscapeMidGameKeepsTheTurnAndOnlyLeavesFullScreen) {
     EXPECT_EQ(janela.result(), QDialog::Rejected);
 }
 
-TEST_F(Escape_Jogo_Teste, EscapeLeavesTheHallAndTheRaffleOpenAndOnlyLeavesFullScreen) {
+TEST_F(Escape_Jogo_Teste, EscapeLeavesTheHallAndTheRaffleOpenAndOnlyLeavesTheRoomScreen) {
     frmHall hall;
     Ativa(hall);
     Escape(hall);
     EXPECT_TRUE(hall.isVisible());
     QTest::keyClick(&hall, Qt::Key_F11);
-    ASSERT_TRUE(hall.isFullScreen());
-    Escape(hall);
-    EXPECT_FALSE(hall.isFullScreen());
+    ASSERT_TRUE(hall.Tela_Da_Sala->isVisible());
+    Escape(*hall.Tela_Da_Sala);
+    EXPECT_FALSE(hall.Tela_Da_Sala->isVisible());
     EXPECT_TRUE(hall.isVisible());
     hall.cmdSair->click();
     EXPECT_FALSE(hall.isVisible());
@@ -108,9 +107,9 @@ TEST_F(Escape_Jogo_Teste, EscapeLeavesTheHallAndTheRaffleOpenAndOnlyLeavesFullSc
     Escape(sorteio);
     EXPECT_TRUE(sorteio.isVisible());
     QTest::keyClick(&sorteio, Qt::Key_F11);
-    ASSERT_TRUE(sorteio.isFullScreen());
-    Escape(sorteio);
-    EXPECT_FALSE(sorteio.isFullScreen());
+    ASSERT_TRUE(sorteio.Tela_Da_Sala->isVisible());
+    Escape(*sorteio.Tela_Da_Sala);
+    EXPECT_FALSE(sorteio.Tela_Da_Sala->isVisible());
     EXPECT_TRUE(sorteio.isVisible());
     EXPECT_EQ(sorteio.nbNúmero_Sorteado->text(), sorteado);
     EXPECT_EQ(sorteio.Sorteio.Números_Sorteados.size(), 1);
