@@ -23,6 +23,7 @@
 #include "platform/Plataforma.h"
 #include "reports/Texto_Relatório.h"
 #include "sala/janelas/Painel_Sala.h"
+#include "sala/Servidor_Sala.h"
 #include "sala/frmTela_Sala.h"
 #include "store/Funções_Banco.h"
 
