@@ -7,6 +7,7 @@
 #include <QPushButton>
 
 #include "forms/Formatação.h"
+#include "store/Funções_Banco.h"
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
 
@@ -57,6 +58,47 @@ TEST(Formatacao, ProgressBarCopesWithZeroAndOverflowAndWritesTheEstimate) {
               "Terminará em 0 dias e 00:04:10 hs    Processando 1.200 de 3.000    (40,00%)");
     EXPECT_EQ(Texto_Progresso(3, 1, plataforma.Relógio.addDays(-1), plataforma.Relógio).left(25),
               "Terminará em 2 dias e 00:");
+}
+
+TEST(Formatacao, AWalkShowsEveryRowOnTheBarAndItsFirstAndLastRowsInTheCaption) {
+    Pasta_Teste pasta;
+    Plataforma_Roteirizada plataforma;
+    QDialog janela;
+    auto* barra = new QProgressBar(&janela);
+    barra->setObjectName("pgbBarra_De_Progresso");
+    Início_Progresso = plataforma.Relógio;
+    // Two walks of the same length on the same window: the second starts with its own caption.
+    for (int vez = 0; vez < 2; ++vez) {
+        bool todas = true;
+        for (int linha = 1; linha <= 3000; ++linha) {
+            Barra_de_Progresso(1, 3000, linha, &janela);
+            todas = todas && barra->value() == linha;
+            if (linha == 1) {
+                EXPECT_EQ(janela.windowTitle(),
+                          Texto_Progresso(3000, 1, Início_Progresso, plataforma.Relógio));
+            }
+        }
+        EXPECT_TRUE(todas);
+        EXPECT_EQ(janela.windowTitle(), Texto_Progresso(3000, 3000, Início_Progresso, plataforma.Relógio));
+    }
+    // Another window's walk finds its own bar.
+    QDialog outra;
+    auto* sua = new QProgressBar(&outra);
+    sua->setObjectName("pgbBarra_De_Progresso");
+    Barra_de_Progresso(1, 3000, 2, &outra);
+    EXPECT_EQ(sua->value(), 2);
+    EXPECT_EQ(barra->value(), 3000);
+}
+
+TEST(Formatacao, IconPathsFollowTheProgramFolder) {
+    Pasta_Teste uma;
+    const QString primeiro = Caminho_Ícone("Alteração.Ico");
+    EXPECT_EQ(primeiro, uma.Caminho() + "/Ícones/Alteração.Ico");
+    {
+        Pasta_Teste outra;
+        EXPECT_EQ(Caminho_Ícone("Alteração.Ico"), outra.Caminho() + "/Ícones/Alteração.Ico");
+        EXPECT_EQ(Caminho_Ícone("Processamento.Ico"), outra.Caminho() + "/Ícones/Processamento.Ico");
+    }
 }
 
 TEST(Formatacao, DateCheckAsksForAValidDateUnlessLeavingOrEmptyIsAllowed) {
