@@ -267,6 +267,7 @@ QChart* Gráfico_Extremos(const QString& título, const QVector<Números_Pergunt
     gráfico->addSeries(série);
     auto* eixo_y = new QBarCategoryAxis();
     eixo_y->append(categorias);
+    eixo_y->setTruncateLabels(false);  // the question's number and share must stay readable
     gráfico->addAxis(eixo_y, Qt::AlignLeft);
     série->attachAxis(eixo_y);
     auto* eixo_x = new QValueAxis();
