@@ -27,6 +27,7 @@
 #include "statistics/Estatísticas.h"
 #include "statistics/frmEstatísticas_Jogos.h"
 #include "store/Funções_Banco.h"
+#include "store/Tradutor_SQL.h"
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
 
@@ -299,9 +300,8 @@ void BM_Janela_SQLite_Puro(benchmark::State& estado, int turnos) {
             const double pontos = sqlite3_column_double(competidores, 2);
             ++c.Jogos;
             c.Pontos += pontos;
-            c.Últimos.append({QDateTime::fromString(QString::fromUtf8(reinterpret_cast<const char*>(
-                                                        sqlite3_column_text(competidores, 1))),
-                                                    "yyyy-MM-dd HH:mm:ss"),
+            c.Últimos.append({Data_Do_Banco(QString::fromUtf8(
+                                  reinterpret_cast<const char*>(sqlite3_column_text(competidores, 1)))),
                               pontos});
             if (c.Últimos.size() > Estatísticas::Jogos_Por_Competidor) c.Últimos.removeFirst();
         }

@@ -139,6 +139,7 @@ frmEstatísticas_Jogos::frmEstatísticas_Jogos(QWidget* pai) : Formulário("frmE
     for (QPushButton* b : {cmdExporta, cmdImprime, cmdSair}) b->setMinimumWidth(120);
     layout->addLayout(Linha_Botões({cmdExporta, cmdImprime, cmdSair}));
 
+    QObject::connect(tabGráficos, &QTabWidget::currentChanged, this, [this](int aba) { Desenha_Aba(aba); });
     QObject::connect(cmdAtualiza, &QPushButton::clicked, this, [this] { cmdAtualiza_Click(); });
     QObject::connect(cmdExporta, &QPushButton::clicked, this, [this] { cmdExporta_Click(); });
     QObject::connect(cmdImprime, &QPushButton::clicked, this, [this] { cmdImprime_Click(); });
@@ -253,7 +254,11 @@ QChart* Gráfico_Extremos(const QString& título, const QVector<Números_Pergunt
     // The first of the list stands at the top.
     for (auto it = perguntas.crbegin(); it != perguntas.crend(); ++it) {
         *conjunto << it->Percentual();
-        categorias << QString("nº %1 %2").arg(it->Código_Pergunta).arg(Resumida(it->Pergunta, 38));
+        categorias << QString("%1 de %2 · nº %3 %4")
+                          .arg(Texto_Percentual(it->Percentual()))
+                          .arg(it->Respostas)
+                          .arg(it->Código_Pergunta)
+                          .arg(Resumida(it->Pergunta, 26));
         códigos << it->Código_Pergunta;
     }
     série->append(conjunto);
@@ -262,6 +267,7 @@ QChart* Gráfico_Extremos(const QString& título, const QVector<Números_Pergunt
     gráfico->addSeries(série);
     auto* eixo_y = new QBarCategoryAxis();
     eixo_y->append(categorias);
+    eixo_y->setTruncateLabels(false);  // the question's number and share must stay readable
     gráfico->addAxis(eixo_y, Qt::AlignLeft);
     série->attachAxis(eixo_y);
     auto* eixo_x = new QValueAxis();
@@ -284,17 +290,29 @@ void frmEstatísticas_Jogos::Desenha_Gráficos() {
                            .arg(n.Respostas)
                            .arg(n.Respostas ? Texto_Percentual(100.0 * n.Acertos / n.Respostas) : "0%")
                            .arg(n.Pulos));
+    // Only the tab in sight is drawn now; the others when they are first shown.
+    Desenhadas = QVector<bool>(tabGráficos->count(), false);
+    Desenha_Aba(tabGráficos->currentIndex());
+}
+
+void frmEstatísticas_Jogos::Desenha_Aba(int índice) {
+    if (índice < 0 || índice >= Desenhadas.size() || Desenhadas[índice]) return;
+    Desenhadas[índice] = true;
+    const QWidget* aba = tabGráficos->widget(índice);
+    const Números_Estatísticas& n = Números;
     auto troca = [](QChartView* vista, QChart* novo) {
         QChart* antigo = vista->chart();
         vista->setChart(novo);
         delete antigo;
     };
-    troca(chtMais_Difíceis, Gráfico_Extremos("As 20 perguntas mais difíceis (respondidas 3 vezes ou mais)",
-                                             n.Mais_Difíceis, this));
+    if (aba == chtMais_Difíceis)
+        troca(chtMais_Difíceis,
+              Gráfico_Extremos("As 20 perguntas mais difíceis (respondidas 3 vezes ou mais)", n.Mais_Difíceis,
+                               this));
     troca(chtMais_Fáceis,
           Gráfico_Extremos("As 20 perguntas mais fáceis (respondidas 3 vezes ou mais)", n.Mais_Fáceis, this));
 
-    {
+    if (aba == chtPor_Tipo) {
         QChart* gráfico = Novo_Gráfico("Acertos por tipo de pergunta");
         auto* série = new QBarSeries();
         auto* respostas = new QBarSet("Respostas");
@@ -321,7 +339,7 @@ void frmEstatísticas_Jogos::Desenha_Gráficos() {
         série->attachAxis(eixo_y);
         troca(chtPor_Tipo, gráfico);
     }
-    {
+    if (aba == chtAjudas) {
         QChart* gráfico = Novo_Gráfico("Ajudas usadas");
         auto* série = new QPieSeries();
         for (const QString& ajuda : {Ajuda_Pulo, Ajuda_Dado_Texto, Ajuda_Apóstolos_Texto, Ajuda_Deus_Texto}) {
@@ -339,32 +357,50 @@ void frmEstatísticas_Jogos::Desenha_Gráficos() {
         gráfico->addSeries(série);
         troca(chtAjudas, gráfico);
     }
-    {
+    if (aba == chtPor_Mês) {
+        // Games as bars on the left scale, answers as a line on the right one: their sizes differ a lot.
         QChart* gráfico = Novo_Gráfico("Jogos e respostas por mês");
         auto* série = new QBarSeries();
         auto* jogos = new QBarSet("Jogos");
-        auto* respostas = new QBarSet("Respostas");
+        auto* respostas = new QLineSeries();
+        respostas->setName("Respostas");
+        respostas->setPointsVisible(true);
+        respostas->setPointLabelsVisible(n.Por_Mês.size() <= 12);
+        respostas->setPointLabelsFormat("@yPoint");
         QStringList categorias;
-        for (const Números_Mês& m : n.Por_Mês) {
+        double mais_jogos = 1, mais_respostas = 1;
+        for (int i = 0; i < n.Por_Mês.size(); ++i) {
+            const Números_Mês& m = n.Por_Mês[i];
             categorias << Texto_Mês(m.Mês);
             *jogos << m.Jogos;
-            *respostas << m.Respostas;
+            respostas->append(i, m.Respostas);
+            mais_jogos = std::max<double>(mais_jogos, m.Jogos);
+            mais_respostas = std::max<double>(mais_respostas, m.Respostas);
         }
         série->append(jogos);
-        série->append(respostas);
         série->setLabelsVisible(n.Por_Mês.size() <= 12);
         gráfico->addSeries(série);
+        gráfico->addSeries(respostas);
         auto* eixo_x = new QBarCategoryAxis();
         eixo_x->append(categorias);
         gráfico->addAxis(eixo_x, Qt::AlignBottom);
         série->attachAxis(eixo_x);
-        auto* eixo_y = new QValueAxis();
-        eixo_y->setLabelFormat("%.0f");
-        gráfico->addAxis(eixo_y, Qt::AlignLeft);
-        série->attachAxis(eixo_y);
+        respostas->attachAxis(eixo_x);
+        auto* eixo_jogos = new QValueAxis();
+        eixo_jogos->setLabelFormat("%.0f");
+        eixo_jogos->setTitleText("Jogos");
+        eixo_jogos->setRange(0, mais_jogos * 1.15);
+        gráfico->addAxis(eixo_jogos, Qt::AlignLeft);
+        série->attachAxis(eixo_jogos);
+        auto* eixo_respostas = new QValueAxis();
+        eixo_respostas->setLabelFormat("%.0f");
+        eixo_respostas->setTitleText("Respostas");
+        eixo_respostas->setRange(0, mais_respostas * 1.15);
+        gráfico->addAxis(eixo_respostas, Qt::AlignRight);
+        respostas->attachAxis(eixo_respostas);
         troca(chtPor_Mês, gráfico);
     }
-    {
+    if (aba == chtCompetidores) {
         QChart* gráfico = Novo_Gráfico(QString("Pontos dos competidores, jogo a jogo (os %1 de mais jogos, "
                                                "seus últimos %2 jogos)")
                                            .arg(Competidores_No_Gráfico)
@@ -397,9 +433,11 @@ void frmEstatísticas_Jogos::Desenha_Gráficos() {
         eixo_y->setRange(0, maior_pontos * 1.1);
         troca(chtCompetidores, gráfico);
     }
-    Preenche_Grade(flxPerguntas, n.Perguntas);
-    Preenche_Grade(flxNunca_Acertadas, n.Nunca_Acertadas);
-    Preenche_Grade(flxIncorreta_Preferida, n.Incorreta_Preferida);
+    if (aba == flxPerguntas) Preenche_Grade(flxPerguntas, n.Perguntas);
+    if (aba == flxNunca_Acertadas->parentWidget()) {
+        Preenche_Grade(flxNunca_Acertadas, n.Nunca_Acertadas);
+        Preenche_Grade(flxIncorreta_Preferida, n.Incorreta_Preferida);
+    }
 }
 
 void frmEstatísticas_Jogos::Abre_Pergunta(int código_pergunta) {

@@ -54,6 +54,8 @@ class frmEstatísticas_Jogos : public Formulário {
   private:
     void Form_Load();
     void Desenha_Gráficos();
+    void Desenha_Aba(int índice);
+    QVector<bool> Desenhadas;  // the tabs drawn since the figures were read
     void Preenche_Grade(QTableWidget* grade, const QVector<Estatísticas::Números_Pergunta>& perguntas);
     QTableWidget* Nova_Grade(const QString& nome);
     bool Sem_Direito = false;

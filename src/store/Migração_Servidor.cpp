@@ -12,7 +12,9 @@
 #include "store/Sessão_Servidor.h"
 
 namespace {
-const QString Bancos[] = {"Dados.Mdb", "Manutenção.Mdb"};
+// The games' statistics go along when the installation has them; the other two must be there.
+const QString Bancos[] = {"Dados.Mdb", "Manutenção.Mdb", "Estatísticas.Mdb"};
+constexpr int Bancos_Obrigatórios = 2;
 constexpr int Linhas_Por_Relato = 5000;
 
 QString Número(qint64 n) {
@@ -141,8 +143,8 @@ bool Migra_Para_Servidor(const QString& pasta_dados, const std::function<void(co
                "\"host=servidor dbname=quizora user=lider\") e rode a migração de novo.";
         return false;
     }
-    for (const QString& banco : Bancos)
-        if (!QFileInfo(pasta_dados + "/" + banco).isFile()) {
+    for (int i = 0; i < Bancos_Obrigatórios; ++i)
+        if (const QString banco = Bancos[i]; !QFileInfo(pasta_dados + "/" + banco).isFile()) {
             erro =
                 "O arquivo " + pasta_dados + "/" + banco + " não existe: não há o que levar para o servidor.";
             return false;
@@ -159,10 +161,10 @@ bool Migra_Para_Servidor(const QString& pasta_dados, const std::function<void(co
     }
 
     QTemporaryDir cópias;
-    bool criou[2] = {false, false};
+    bool criou[3] = {false, false, false};
     // What was made on the server goes, so that the migration can simply be run again.
     const auto desfaz = [&] {
-        for (int i = 0; i < 2; ++i)
+        for (int i = 0; i < 3; ++i)
             if (criou[i]) {
                 Falha_Banco ignorada;
                 const QString caminho = pasta_dados + "/" + Bancos[i];
@@ -171,8 +173,9 @@ bool Migra_Para_Servidor(const QString& pasta_dados, const std::function<void(co
             }
         return false;
     };
-    for (int i = 0; i < 2; ++i) {
+    for (int i = 0; i < 3; ++i) {
         const QString caminho = pasta_dados + "/" + Bancos[i];
+        if (i >= Bancos_Obrigatórios && !QFileInfo(caminho).isFile()) continue;
         const QString cópia = cópias.path() + "/" + Bancos[i];
         relata("Lendo " + caminho + "...");
         if (!Copia_Para_Leitura(caminho, cópia, erro)) return desfaz();

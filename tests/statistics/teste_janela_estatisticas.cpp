@@ -14,6 +14,7 @@
 #include <QFile>
 #include <QHorizontalBarSeries>
 #include <QLabel>
+#include <QLineSeries>
 #include <QPieSeries>
 #include <QTableWidget>
 #include <QTimer>
@@ -307,24 +308,38 @@ TEST_F(Janela_Estatísticas_Teste, TheWindowShowsTheFiguresOfAKnownSetOfTurns) {
     janela.dbMês_Final->setDate(QDate(2019, 12, 1));
     janela.cmdAtualiza_Click();
     EXPECT_EQ(janela.lblTotais->text(), "2 jogos, 10 respostas (40% de acertos) e 1 pulos no período.");
-    // The hardest first, at the top: bars are listed from the bottom.
+    // Each tab is drawn when it comes into sight. The hardest first, at the top: bars are listed from the
+    // bottom.
+    auto mostra = [&janela](QWidget* aba) { janela.tabGráficos->setCurrentWidget(aba); };
+    mostra(janela.chtMais_Difíceis);
     EXPECT_EQ(Valores(janela.chtMais_Difíceis), (QList<qreal>{200.0 / 3, 0}));
+    mostra(janela.chtMais_Fáceis);
     EXPECT_EQ(Valores(janela.chtMais_Fáceis), (QList<qreal>{0, 200.0 / 3}));
+    mostra(janela.chtPor_Tipo);
     EXPECT_EQ(Valores(janela.chtPor_Tipo), (QList<qreal>{2, 8, 2, 2}));  // answers B, G; then right B, G
-    EXPECT_EQ(Valores(janela.chtPor_Mês), (QList<qreal>{1, 1, 5, 5}));
+    mostra(janela.chtPor_Mês);
+    EXPECT_EQ(Valores(janela.chtPor_Mês), (QList<qreal>{1, 1}));  // games; the answers are a line
+    auto* linha = qobject_cast<QLineSeries*>(janela.chtPor_Mês->chart()->series().value(1));
+    ASSERT_NE(linha, nullptr);
+    EXPECT_EQ(linha->points(), (QList<QPointF>{{0, 5}, {1, 5}}));
+    mostra(janela.chtAjudas);
     auto* pizza = qobject_cast<QPieSeries*>(janela.chtAjudas->chart()->series().value(0));
     ASSERT_NE(pizza, nullptr);
     QStringList fatias;
     for (QPieSlice* f : pizza->slices()) fatias << f->label();
     EXPECT_EQ(fatias,
               (QStringList{"Pulos: 1", "Dado: 2 (eliminou 1: 1, 2: 1, 3: 0)", "Apóstolos: 1", "Deus: 1"}));
+    mostra(janela.chtCompetidores);
     EXPECT_EQ(janela.chtCompetidores->chart()->series().size(), 2);
+    mostra(janela.flxPerguntas);
     ASSERT_EQ(janela.flxPerguntas->rowCount(), 3);
     EXPECT_EQ(janela.flxPerguntas->item(0, 1)->text(), "Pergunta número 1?");
     EXPECT_EQ(janela.flxPerguntas->item(0, 4)->text(), "67%");
+    mostra(janela.flxNunca_Acertadas->parentWidget());
     ASSERT_EQ(janela.flxNunca_Acertadas->rowCount(), 1);
     EXPECT_EQ(janela.flxNunca_Acertadas->item(0, 0)->text(), "2");
     EXPECT_EQ(janela.flxIncorreta_Preferida->rowCount(), 1);
+    mostra(janela.flxPerguntas);
 
     // The kind filter.
     janela.cboTipo->setCurrentIndex(1);
@@ -344,6 +359,7 @@ TEST_F(Janela_Estatísticas_Teste, ADoubleClickOpensTheQuestionInTheRegisterWith
     Conjunto_Conhecido();
     frmEstatísticas_Jogos janela;
     janela.dbMês_Final->setDate(QDate(2019, 12, 1));
+    janela.tabGráficos->setCurrentWidget(janela.flxPerguntas);
     janela.cmdAtualiza_Click();
     QString pergunta, linha, título;
     QTimer::singleShot(0, [&] {

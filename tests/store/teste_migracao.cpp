@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QCryptographicHash>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 
@@ -10,6 +11,7 @@
 #include "store/Funções_Banco.h"
 #include "store/Migração_Servidor.h"
 #include "store/Sessão_Servidor.h"
+#include "statistics/Estatísticas.h"
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
@@ -137,4 +139,31 @@ TEST_F(Migração_Teste, ItRefusesAServerThatHoldsDataAndAFolderThatNamesNoServe
     EXPECT_TRUE(erro.startsWith("O banco do servidor não está vazio")) << erro.toStdString();
     Conexão.Open(Conexão_Principal());
     EXPECT_EQ(Conta("tblUsuário", Conexão), usuários);
+}
+
+TEST_F(Migração_Teste, TheGamesStatisticsGoAlongAndKeepAddingUpOnTheServer) {
+    Cria_Bancos_De_Teste();
+    ASSERT_TRUE(Estatísticas::Garante_Banco_Estatísticas());
+    Estatísticas::Jogada jogada;
+    jogada.Data_Jogada = jogada.Início_Jogo = QDateTime(QDate(2019, 3, 14), QTime(10, 0));
+    jogada.Jogador = "Ana";
+    jogada.Posição = 1;
+    jogada.Código_Pergunta = 7;
+    jogada.Tipo = "G";
+    jogada.Desfecho = Estatísticas::Desfecho_Certa;
+    jogada.Número_Resposta = 0;
+    jogada.Valor = 10;
+    Falha_Banco falha;
+    ASSERT_TRUE(Estatísticas::Grava_Jogada(jogada, falha)) << falha.Descrição.toStdString();
+    Reinicia_Estado_Global();
+
+    Nomeia_Servidor();
+    QString erro;
+    ASSERT_TRUE(Migra(erro)) << erro.toStdString();
+    EXPECT_TRUE(Passos.contains("  tblJogada: 1 linha")) << Passos.join(" | ").toStdString();
+
+    // On the server the same turn adds to the same summary row.
+    jogada.Data_Jogada = jogada.Data_Jogada.addSecs(30);
+    ASSERT_TRUE(Estatísticas::Grava_Jogada(jogada, falha)) << falha.Descrição.toStdString();
+    EXPECT_EQ(Estatísticas::Resumo_Pergunta(7), "Respondida 2 vezes, 100% de acertos");
 }
