@@ -4,6 +4,8 @@
 #include <QCheckBox>
 #include <QEvent>
 #include <QGridLayout>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
@@ -17,7 +19,9 @@
 
 Painel_Sala::Painel_Sala(frmJogo& jogo) : QGroupBox("Celulares na sala", &jogo), Jogo(jogo) {
     setObjectName("fraCelulares");
-    auto* grade = new QGridLayout(this);
+    // One strip across the window: the address and the code at the left, the seats at the right.
+    auto* faixa = new QHBoxLayout(this);
+    auto* entrada = new QVBoxLayout;
     lblEndereço = new QLabel(this);
     lblEndereço->setObjectName("lblEndereço");
     lblEndereço->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -29,20 +33,24 @@ Painel_Sala::Painel_Sala(frmJogo& jogo) : QGroupBox("Celulares na sala", &jogo),
     lblCódigo->setFont(grande);
     lblCelulares = new QLabel(this);
     lblCelulares->setObjectName("lblCelulares");
-    grade->addWidget(lblEndereço, 0, 0, 1, 2);
-    grade->addWidget(lblCódigo, 1, 0, 1, 2);
+    entrada->addWidget(lblEndereço);
+    entrada->addWidget(lblCódigo);
+    entrada->addWidget(lblCelulares);
+    faixa->addLayout(entrada, 2);
+    auto* grade = new QGridLayout;
     for (int i = 1; i <= Máximo_Jogadores; ++i) {
         lblAssento[i] = new QLabel(this);
         lblAssento[i]->setObjectName(QString("lblAssento_%1").arg(i));
         cmdLiberar[i] = new QPushButton("Liberar", this);
         cmdLiberar[i]->setObjectName(QString("cmdLiberar_%1").arg(i));
         cmdLiberar[i]->setToolTip("Libera este lugar para outro celular");
-        grade->addWidget(lblAssento[i], 1 + i, 0);
-        grade->addWidget(cmdLiberar[i], 1 + i, 1);
+        cmdLiberar[i]->setAccessibleName(QString("Liberar o lugar do jogador %1").arg(i));
+        const int linha = (i - 1) % 3, coluna = (i - 1) / 3 * 2;
+        grade->addWidget(lblAssento[i], linha, coluna);
+        grade->addWidget(cmdLiberar[i], linha, coluna + 1);
         QObject::connect(cmdLiberar[i], &QPushButton::clicked, this, [this, i] { cmdLiberar_Click(i); });
     }
-    grade->addWidget(lblCelulares, 2 + Máximo_Jogadores, 0, 1, 2);
-    grade->setColumnStretch(0, 1);
+    faixa->addLayout(grade, 3);
     setVisible(false);
     // Every visible change of the game reaches the phones; closing the game window ends the room.
     Jogo.Ao_Mudar.push_back([this] { Publica(); });
@@ -92,6 +100,9 @@ void Painel_Sala::Liga() {
     lblEndereço->setText("Nos celulares, abra: " + Servidor->Endereço());
     lblCódigo->setText("Código da sala: " + Servidor->Código());
     setVisible(true);
+    // The window grows to take the strip, unless the screen is all it has.
+    if (!Jogo.isMaximized() && !Jogo.isFullScreen() && Jogo.height() < Jogo.sizeHint().height())
+        Jogo.resize(Jogo.width(), Jogo.sizeHint().height());
     Publica();
     Mostra_Assentos();
 }
