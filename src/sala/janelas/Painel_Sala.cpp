@@ -25,8 +25,10 @@ Painel_Sala::Painel_Sala(frmJogo& jogo) : QGroupBox("Celulares na sala", &jogo),
     lblEndereço = new QLabel(this);
     lblEndereço->setObjectName("lblEndereço");
     lblEndereço->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    lblEndereço->setAccessibleName("Endereço da sala para os celulares");
     lblCódigo = new QLabel(this);
     lblCódigo->setObjectName("lblCódigo");
+    lblCódigo->setAccessibleName("Código da sala");
     QFont grande = lblCódigo->font();
     grande.setBold(true);
     grande.setPointSize(grande.pointSize() + 4);
