@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QCheckBox>
-#include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
@@ -56,7 +55,9 @@ Painel_Sala::Painel_Sala(frmJogo& jogo) : QGroupBox("Celulares na sala", &jogo),
     setVisible(false);
     // Every visible change of the game reaches the phones; closing the game window ends the room.
     Jogo.Ao_Mudar.push_back([this] { Publica(); });
-    Jogo.installEventFilter(this);
+    // Closing the window by any way (Sair, Escape, the window's X) finishes the dialog. Hiding it, as a
+    // room screen may do while it stands in front, does not.
+    QObject::connect(&Jogo, &QDialog::finished, this, [this] { Desliga(); });
 }
 
 Painel_Sala::~Painel_Sala() = default;
@@ -161,10 +162,4 @@ void Painel_Sala::Age(const Ação_Celular& ação) {
         if (ação.Índice < 0 || ação.Índice > 3) return;
         Jogo.optResposta[ação.Índice]->click();
     }
-}
-
-bool Painel_Sala::eventFilter(QObject* objeto, QEvent* evento) {
-    // The game window closing (not the desktop minimising it) ends the room.
-    if (objeto == &Jogo && evento->type() == QEvent::Hide && !evento->spontaneous()) Desliga();
-    return QGroupBox::eventFilter(objeto, evento);
 }
