@@ -192,7 +192,6 @@ frmJogo::frmJogo(QWidget* pai) : Formulário("frmJogo", pai) {
     avisos->addLayout(observação, 1);
     avisos->addLayout(valor, 1);
     lado->addLayout(avisos);
-    lado->addWidget(fraCelulares);
     lado->addStretch();
     auto* botão = new QHBoxLayout;
     botão->addWidget(cmdCelulares);
@@ -207,6 +206,7 @@ frmJogo::frmJogo(QWidget* pai) : Formulário("frmJogo", pai) {
     raiz->addWidget(fraPergunta);
     raiz->addLayout(meio, 1);
     raiz->addLayout(baixo);
+    raiz->addWidget(fraCelulares);
     setMinimumSize(900, 640);
     // The texts that change every turn take the room they are given and never push their column, so the
     // window does not jump between a short name and a long one; the name on turn has two lines for itself.

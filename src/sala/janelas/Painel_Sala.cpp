@@ -2,8 +2,9 @@
 
 #include <QApplication>
 #include <QCheckBox>
-#include <QEvent>
 #include <QGridLayout>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
@@ -17,36 +18,46 @@
 
 Painel_Sala::Painel_Sala(frmJogo& jogo) : QGroupBox("Celulares na sala", &jogo), Jogo(jogo) {
     setObjectName("fraCelulares");
-    auto* grade = new QGridLayout(this);
+    // One strip across the window: the address and the code at the left, the seats at the right.
+    auto* faixa = new QHBoxLayout(this);
+    auto* entrada = new QVBoxLayout;
     lblEndereço = new QLabel(this);
     lblEndereço->setObjectName("lblEndereço");
     lblEndereço->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    lblEndereço->setAccessibleName("Endereço da sala para os celulares");
     lblCódigo = new QLabel(this);
     lblCódigo->setObjectName("lblCódigo");
+    lblCódigo->setAccessibleName("Código da sala");
     QFont grande = lblCódigo->font();
     grande.setBold(true);
     grande.setPointSize(grande.pointSize() + 4);
     lblCódigo->setFont(grande);
     lblCelulares = new QLabel(this);
     lblCelulares->setObjectName("lblCelulares");
-    grade->addWidget(lblEndereço, 0, 0, 1, 2);
-    grade->addWidget(lblCódigo, 1, 0, 1, 2);
+    entrada->addWidget(lblEndereço);
+    entrada->addWidget(lblCódigo);
+    entrada->addWidget(lblCelulares);
+    faixa->addLayout(entrada, 2);
+    auto* grade = new QGridLayout;
     for (int i = 1; i <= Máximo_Jogadores; ++i) {
         lblAssento[i] = new QLabel(this);
         lblAssento[i]->setObjectName(QString("lblAssento_%1").arg(i));
         cmdLiberar[i] = new QPushButton("Liberar", this);
         cmdLiberar[i]->setObjectName(QString("cmdLiberar_%1").arg(i));
         cmdLiberar[i]->setToolTip("Libera este lugar para outro celular");
-        grade->addWidget(lblAssento[i], 1 + i, 0);
-        grade->addWidget(cmdLiberar[i], 1 + i, 1);
+        cmdLiberar[i]->setAccessibleName(QString("Liberar o lugar do jogador %1").arg(i));
+        const int linha = (i - 1) % 3, coluna = (i - 1) / 3 * 2;
+        grade->addWidget(lblAssento[i], linha, coluna);
+        grade->addWidget(cmdLiberar[i], linha, coluna + 1);
         QObject::connect(cmdLiberar[i], &QPushButton::clicked, this, [this, i] { cmdLiberar_Click(i); });
     }
-    grade->addWidget(lblCelulares, 2 + Máximo_Jogadores, 0, 1, 2);
-    grade->setColumnStretch(0, 1);
+    faixa->addLayout(grade, 3);
     setVisible(false);
     // Every visible change of the game reaches the phones; closing the game window ends the room.
     Jogo.Ao_Mudar.push_back([this] { Publica(); });
-    Jogo.installEventFilter(this);
+    // Closing the window by any way (Sair, Escape, the window's X) finishes the dialog. Hiding it, as a
+    // room screen may do while it stands in front, does not.
+    QObject::connect(&Jogo, &QDialog::finished, this, [this] { Desliga(); });
 }
 
 Painel_Sala::~Painel_Sala() = default;
@@ -92,6 +103,9 @@ void Painel_Sala::Liga() {
     lblEndereço->setText("Nos celulares, abra: " + Servidor->Endereço());
     lblCódigo->setText("Código da sala: " + Servidor->Código());
     setVisible(true);
+    // The window grows to take the strip, unless the screen is all it has.
+    if (!Jogo.isMaximized() && !Jogo.isFullScreen() && Jogo.height() < Jogo.sizeHint().height())
+        Jogo.resize(Jogo.width(), Jogo.sizeHint().height());
     Publica();
     Mostra_Assentos();
 }
@@ -148,10 +162,4 @@ void Painel_Sala::Age(const Ação_Celular& ação) {
         if (ação.Índice < 0 || ação.Índice > 3) return;
         Jogo.optResposta[ação.Índice]->click();
     }
-}
-
-bool Painel_Sala::eventFilter(QObject* objeto, QEvent* evento) {
-    // The game window closing (not the desktop minimising it) ends the room.
-    if (objeto == &Jogo && evento->type() == QEvent::Hide && !evento->spontaneous()) Desliga();
-    return QGroupBox::eventFilter(objeto, evento);
 }

@@ -42,9 +42,6 @@ class Painel_Sala : public QGroupBox {
     std::array<QLabel*, Máximo_Jogadores + 1> lblAssento{};       // 1 to 5
     std::array<QPushButton*, Máximo_Jogadores + 1> cmdLiberar{};  // 1 to 5
 
-  protected:
-    bool eventFilter(QObject* objeto, QEvent* evento) override;
-
   private:
     void Age(const Ação_Celular& ação);
     void Mostra_Assentos();

@@ -110,7 +110,7 @@
   // ---- Drawing
   function desenha() {
     if (!admitido || !estado) return;
-    $("papel").textContent = assento > 0 ? "Você: " + nomeDe(assento) : "Assistindo";
+    $("papel").textContent = assento > 0 ? "Você: " + nomeDe(assento) : quer === "assistir" ? "Assistindo" : "";
     if (assento === 0 && quer !== "assistir") { desenhaLugares(); mostra("lugares"); return; }
     mostra("jogo");
     desenhaJogo();
