@@ -524,7 +524,6 @@ void frmJogo::optResposta_Click(int Index) {
         Comentário("", "PARABÉNS!!!", "Resposta", "correta...");
         lblPontuação_Atual->setText(Pontuação_Exibida(Jogo.Pontos[jogador]));
         lblNível_Atual->setText(QString::number(Jogo.Nível[jogador]));
-        Avisa_Mudança();
     } else {
         Plataforma_Atual().Toca_Som(Caminho_Programa() + "/Sons/erro.wav");
         Comentário("", "ERRADO!!!", "Eliminada uma", "das Ajudas!!!");
@@ -600,11 +599,6 @@ void frmJogo::cmdCelulares_Click() {
 
 Servidor_Sala* frmJogo::Sala_Ativa() const {
     return fraCelulares->Servidor_Ativo();
-}
-
-void frmJogo::Avisa_Mudança() {
-    for (const auto& observador : Ao_Mudar)
-        if (observador) observador();
 }
 
 // ---------------------------------------------------------------------------------------------------
