@@ -331,6 +331,8 @@ int Roda_Noite(double minutos, int estações, const QString& programa) {
     const Tempos_Puros puro = Mede_Libpq_Puro(conexão, 300);
     // The raw saves counted nothing: the counters start again from what is stored.
     QTemporaryDir base;
+    // QUIZORA_GUARDA_ESTACOES=1 keeps the workstations' folders (journals, occurrence logs) after the run.
+    base.setAutoRemove(qEnvironmentVariableIsEmpty("QUIZORA_GUARDA_ESTACOES"));
     QVector<QProcess*> processos;
     const qint64 início = Agora_Ms();
     const qint64 até = início + static_cast<qint64>(minutos * 60000);
@@ -425,7 +427,7 @@ int Roda_Noite(double minutos, int estações, const QString& programa) {
     QSet<QString> no_banco;
     {
         PGresult* r =
-            PQexec(c, "SELECT \"Pergunta\" FROM \"tblPergunta\" WHERE \"Pergunta\" LIKE 'Estação %'");
+            PQexec(c, "SELECT \"Pergunta\" FROM \"tblPergunta\" WHERE \"Pergunta\"::text COLLATE \"C\" LIKE 'Estação %'");
         for (int i = 0; i < PQntuples(r); ++i) no_banco.insert(QString::fromUtf8(PQgetvalue(r, i, 0)));
         PQclear(r);
     }
@@ -437,7 +439,7 @@ int Roda_Noite(double minutos, int estações, const QString& programa) {
     const int auditadas =
         Valor(a,
               "SELECT count(DISTINCT \"Manutenção\") FROM \"tblManutenção_Banco_de_Dados\" WHERE "
-              "\"Manutenção\" LIKE 'Incluindo Pergunta onde Pergunta = Estação %'")
+              "\"Manutenção\"::text COLLATE \"C\" LIKE 'Incluindo Pergunta onde Pergunta = Estação %'")
             .toInt();
     PQfinish(a);
     // Lost updates: each counter's committed increments are 1, 2, 3... once each, and the stored value is
