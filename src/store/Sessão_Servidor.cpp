@@ -579,9 +579,11 @@ class Sessão_Servidor final : public Sessão {
 
     // ---- the connection lost and made again ----
 
+    // Never destroyed: sessions held by the program's global connections end after the statics of this
+    // file, at the process's exit.
     static QList<Sessão_Servidor*>& Abertas() {
-        static QList<Sessão_Servidor*> abertas;
-        return abertas;
+        static auto* abertas = new QList<Sessão_Servidor*>;
+        return *abertas;
     }
     // After a failed exchange: whether the connection itself went away (the server stopped or restarted,
     // the network dropped).
