@@ -328,6 +328,8 @@ void frmJogo::Exclui_Mostrada_Mais_Antiga() {
     if (Tabela_Secundária.RecordCount() == 0) return;
     Tabela_Secundária.MoveFirst();
     Trava(Tabela_Secundária, Conexão_Secundária, true);
+    // Another workstation trimmed the same oldest row first.
+    if (!Travou) return;
     Grava(Tabela_Secundária, true);
 }
 

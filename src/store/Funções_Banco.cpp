@@ -170,6 +170,9 @@ int Lastrec(const QString& Fonte, Ligação& Conexão_Contagem) {
 }
 
 namespace {
+// The row that a waiting Trava wanted was deleted by another workstation: waiting cannot bring it back.
+bool Linha_Excluída = false;
+
 void Tenta_Travar(Registros& slot, Ligação& conexão, bool Aguarda) {
     bool falhou = false;
     long número = 0;
@@ -197,7 +200,14 @@ void Tenta_Travar(Registros& slot, Ligação& conexão, bool Aguarda) {
         Travou = false;
         return;
     }
+    // A row deleted meanwhile by another workstation is given up at once, not waited for.
+    Linha_Excluída = número == Erro_Bloqueado && descrição.contains("excluída por outro usuário");
     // Any other failure means that another user holds the row.
+    if (Linha_Excluída) {
+        Desfaz_Transação();
+        Travou = false;
+        return;
+    }
     if (!Aguarda)
         Plataforma_Atual().Caixa_Mensagem(
             "Não foi possível concluir este processamento, pois neste exato momento há outros usuários "
@@ -215,9 +225,10 @@ void Tenta_Travar(Registros& slot, Ligação& conexão, bool Aguarda) {
 void Trava(Registros& Tabela_Travar, Ligação& Conexão_Travar, bool Aguarda) {
     Rotina r(Fonte_Funções_Públicas, "Trava");
     Travou = false;
+    Linha_Excluída = false;
     Tenta_Travar(Tabela_Travar, Conexão_Travar, Aguarda);
     // Each failed attempt has rolled the transaction back; a waiting caller gets it opened again.
-    while (Aguarda && !Travou && !Desiste_Da_Espera) {
+    while (Aguarda && !Travou && !Desiste_Da_Espera && !Linha_Excluída) {
         Plataforma_Atual().Processa_Eventos();
         Inicia_Transação();
         Tenta_Travar(Tabela_Travar, Conexão_Travar, Aguarda);

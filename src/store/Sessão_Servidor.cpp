@@ -580,14 +580,19 @@ class Sessão_Servidor final : public Sessão {
 
     // ---- the connection lost and made again ----
 
+    // Never destroyed: sessions held by the program's global connections end after the statics of this
+    // file, at the process's exit.
     static QList<Sessão_Servidor*>& Abertas() {
-        static QList<Sessão_Servidor*> abertas;
-        return abertas;
+        static auto* abertas = new QList<Sessão_Servidor*>;
+        return *abertas;
     }
     // After a failed exchange: whether the connection itself went away (the server stopped or restarted,
     // the network dropped).
+    // Every refusal of the server carries its SQLSTATE; a failure without one is libpq's own, on the link
+    // ("server closed the connection unexpectedly"), even before libpq marks the connection bad.
     bool Perdeu(const Falha_Servidor& f) const {
-        return PQstatus(C) == CONNECTION_BAD || f.Estado.startsWith("08") || f.Estado.startsWith("57P");
+        return PQstatus(C) == CONNECTION_BAD || f.Estado.isEmpty() || f.Estado.startsWith("08") ||
+               f.Estado.startsWith("57P");
     }
     bool Conectada() const { return PQstatus(C) == CONNECTION_OK; }
     // The loss is told to the user, who chooses to try again or to leave; on return every session of this

@@ -93,8 +93,9 @@ TEST(Motor_Banco, ANamedServerThatDoesNotAnswerIsToldAtStartAndNothingIsCreated)
     servidor.close();
     EXPECT_TRUE(Inicia_Programa());
     ASSERT_EQ(plataforma.Caixas.size(), 1);
-    EXPECT_TRUE(plataforma.Caixas[0].Texto.startsWith(
-        "O servidor de banco de dados indicado no arquivo Dados/Servidor.txt não respondeu."));
+    EXPECT_TRUE(plataforma.Caixas[0].Texto.startsWith("O servidor de banco de dados local (" +
+                                                      pasta.Caminho() + "):1 não respondeu."))
+        << plataforma.Caixas[0].Texto.toStdString();
     EXPECT_EQ(plataforma.Caixas[0].Ícone, Ícone_Caixa::Crítico);
     EXPECT_FALSE(QFile::exists(Caminho_Banco_Principal()));
     EXPECT_FALSE(QFile::exists(Caminho_Banco_Manutenção()));

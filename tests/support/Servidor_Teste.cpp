@@ -101,12 +101,55 @@ bool Servidor_Teste::Inicia() {
     if (Roda("initdb", {"-D", Pasta + "/cluster", "-A", "trust", "-U", "postgres", "-E", "UTF8",
                         "--locale=C.UTF-8", "--no-sync"}) != 0)
         return false;
+    return Liga();
+}
+
+bool Servidor_Teste::Liga() {
     // Only a unix socket in the folder; durability is not what the tests look at.
     const QString opções = "-k " + Pasta + " -p " + QString::number(Porta) +
                            " -c listen_addresses='' -c fsync=off -c full_page_writes=off";
     Ligado = Roda("pg_ctl", {"start", "-w", "-D", Pasta + "/cluster", "-l", Pasta + "/registro.log", "-o",
                              opções}) == 0;
     return Ligado;
+}
+
+bool Servidor_Teste::Reinicia() {
+    if (Roda("pg_ctl", {"stop", "-m", "immediate", "-D", Pasta + "/cluster"}) != 0) return false;
+    Ligado = false;
+    return Liga();
+}
+
+QString Servidor_Teste::Usuário_Com_Senha(const QString& conexão_banco, const QString& usuário,
+                                          const QString& senha) {
+    PGconn* c = PQconnectdb(Conexão("postgres").toUtf8().constData());
+    PQclear(PQexec(
+        c, ("DROP ROLE IF EXISTS " + usuário + "; CREATE ROLE " + usuário + " LOGIN PASSWORD '" + senha + "'")
+               .toUtf8()
+               .constData()));
+    PQfinish(c);
+    // Its line comes first in pg_hba.conf, before the cluster's "trust" for everyone.
+    QFile hba(Pasta + "/cluster/pg_hba.conf");
+    if (hba.open(QIODevice::ReadOnly)) {
+        QByteArray texto = hba.readAll();
+        hba.close();
+        const QByteArray linha = "local all " + usuário.toUtf8() + " scram-sha-256\n";
+        if (!texto.startsWith(linha) && hba.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+            hba.write(linha + texto);
+            hba.close();
+            Roda("pg_ctl", {"reload", "-D", Pasta + "/cluster"});
+        }
+    }
+    const QString texto = "host=" + Pasta + " port=" + QString::number(Porta) + " user=" + usuário +
+                          " dbname=" + conexão_banco.section("dbname=", 1).section(' ', 0, 0);
+    // The reload takes a moment: wait until a connection without the password is refused.
+    for (int i = 0; i < 50; ++i) {
+        PGconn* prova = PQconnectdb((texto + " password=errada").toUtf8().constData());
+        const bool recusou = PQstatus(prova) != CONNECTION_OK;
+        PQfinish(prova);
+        if (recusou) break;
+        ::usleep(100000);
+    }
+    return texto;
 }
 
 Servidor_Teste::~Servidor_Teste() {

@@ -15,10 +15,17 @@ class Servidor_Teste {
     // A new empty database of the cluster; its libpq connection string.
     QString Cria_Banco();
     QString Conexão(const QString& banco) const;
+    // Stops the cluster at once, as a crash or "pg_ctl stop -m immediate" does, and starts it again:
+    // every open connection is lost.
+    bool Reinicia();
+    // A role that must give its password over the socket; the connection string of the database that
+    // `conexão_banco` names, as that role, without the password.
+    QString Usuário_Com_Senha(const QString& conexão_banco, const QString& usuário, const QString& senha);
 
   private:
     Servidor_Teste() = default;
     bool Inicia();
+    bool Liga();
     QString Pasta;
     int Porta = 0;
     int Bancos = 0;

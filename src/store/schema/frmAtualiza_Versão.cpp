@@ -181,7 +181,6 @@ void frmAtualiza_Versão::tmrTempo_Timer() {
     // A workstation meeting a server bank that was there before it: it joins a bank that others use.
     const bool junta_se =
         !servidor.isEmpty() && Existe_Banco(Caminho_Banco_Principal()) && !Estação_Conhece_Servidor(servidor);
-    if (!servidor.isEmpty()) Marca_Servidor_Conhecido(servidor);
     if (!Existe_Banco(Caminho_Banco_Principal())) {
         Catálogo::Cria_Banco(Conexão_Criação(Caminho_Banco_Principal()));
         Ligação criação;
@@ -228,6 +227,8 @@ void frmAtualiza_Versão::tmrTempo_Timer() {
     if (junta_se && versão_banco.toLong() > 0)
         for (const QString& semente : {Caminho_Banco_Temporário(), Caminho_Dados() + "/Temp.Zip"})
             if (QFile::exists(semente)) Guarda_No_Arquivo(semente);
+    // Marked only now: a start cut short before its seed files were set aside repeats this.
+    if (!servidor.isEmpty()) Marca_Servidor_Conhecido(servidor);
 
     // The versions are compared as text.
     if (QFile::exists(Caminho_Banco_Temporário()) || versão_banco < Versão_Programa())
