@@ -325,7 +325,7 @@ TEST_F(Disco_Teste, AFullDiskIsToldOnceWithItsFolderKeepsNothingAndTheSameWriteP
     EXPECT_TRUE(Gravação_Recusada);
     EXPECT_TRUE(Plataforma.Sonos.isEmpty());
     EXPECT_TRUE(Log().contains("Descrição do Erro: Não há espaço em disco para gravar na pasta"));
-    EXPECT_TRUE(Log().contains("Código: 61"));
+    EXPECT_TRUE(Log().contains("Código: 3026"));
 
     Disco_Simulado::Enche(false);
     EXPECT_EQ(Usuários(), 1);
