@@ -456,6 +456,7 @@ TEST_F(Atualização_Teste, AProgramFolderFromQuizoraPastaThatCannotBeWrittenIsT
 // A damaged main database is told once, naming it and its last copy or a backup, and the program ends
 // without writing a byte of it: cut in half with a copy in the archive folder, and random bytes without one.
 TEST_F(Atualização_Teste, ADamagedMainDatabaseIsToldOnceWithItsLastCopyAndLeftAsItIs) {
+    SO_NO_EMBUTIDO("o arquivo danificado é o do banco embutido");
     ASSERT_TRUE(Inicia_Programa());
     Reinicia_Estado_Global();  // the files closed, as after the end of the program
     const QString banco = Caminho_Banco_Principal();
