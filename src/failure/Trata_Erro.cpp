@@ -82,6 +82,29 @@ QString Texto_Caixa_Erro(long número, const QString& código_fonte, const QStri
 }
 
 int Profundidade_Trata_Erro = 0;
+
+// A full disk, a database the system opened read-only, a damaged file: the store's words name the folder
+// or the file and say what to do, and they are told as they are, never as a row deleted or locked.
+// Nothing was written, so the log gets its entry when it can be written (it may lie on the same full
+// disk), and a full disk or a read-only database is told once for the whole write; the program goes on
+// and the window keeps what the user typed. A damaged file ends the program, which leaves it as it is.
+void Trata_Recusa_do_Armazenamento(long número, const QString& descrição, long linha,
+                                   const QString& código_fonte, const QString& sub_rotina) {
+    Plataforma& plataforma = Plataforma_Atual();
+    if (!descrição.isEmpty()) Mensagem_Erro = descrição;
+    Repetições_Erro = 0;
+    Registra_Ocorrência(número, código_fonte, sub_rotina, linha);
+    if (número == Erro_Banco_Danificado) {
+        plataforma.Caixa_Mensagem(Mensagem_Erro + ".", Título_Programa, Ícone_Caixa::Crítico,
+                                  Botões_Caixa::Ok);
+        plataforma.Encerra_Agora(1);
+        return;
+    }
+    Sai_da_Gravação = true;  // Grava's loop ends: another round would be refused alike
+    if (Gravação_Impedida_Avisada) return;
+    Gravação_Impedida_Avisada = true;
+    plataforma.Caixa_Mensagem(Mensagem_Erro + ".", Título_Programa, Ícone_Caixa::Crítico, Botões_Caixa::Ok);
+}
 }  // namespace
 
 void Trata_Erro(long Número, const QString& Descrição, long Linha, const QString& Código_Fonte,
@@ -106,6 +129,10 @@ void Trata_Erro(long Número, const QString& Descrição, long Linha, const QStr
         Sai_da_Gravação = true;
         Registro_Duplicado = true;
         Repetições_Erro = 0;
+        return;
+    }
+    if (Número == Erro_Disco_Cheio || Número == Erro_Somente_Leitura || Número == Erro_Banco_Danificado) {
+        Trata_Recusa_do_Armazenamento(Número, Descrição, Linha, Código_Fonte, Sub_Rotina);
         return;
     }
 

@@ -18,6 +18,15 @@ inline constexpr long Erro_Duplicado_Jet = 3022;
 // and connected again; a write in flight was undone.
 inline constexpr long Erro_Conexão_Perdida = 3151;
 
+// Refusals of the store that no retry mends until the user acts: the disk of the database is full, the
+// system opened the database read-only, the file is damaged. Their descriptions name the folder or file.
+inline constexpr long Erro_Disco_Cheio = 3026;       // Jet: not enough space on disk
+inline constexpr long Erro_Somente_Leitura = 3051;   // Jet: no permission to write the file
+inline constexpr long Erro_Banco_Danificado = 3049;  // Jet: the file may be corrupt
+// A full disk or read-only database has been told since the current transaction began: the row, its audit
+// row and the commit that fail one after the other make one message. Inicia_Transação clears it.
+inline bool Gravação_Impedida_Avisada = false;
+
 inline const QString Texto_Duplicado = "Informação já cadastrada no banco de dados";
 
 void Trata_Erro(long Número, const QString& Descrição, long Linha, const QString& Código_Fonte,

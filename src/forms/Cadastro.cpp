@@ -373,6 +373,10 @@ void Formulário_Cadastro::cmdOk_Click() {
         Grava(Tabela, false);
         if (Perdas_De_Conexão() != perdas && Registro_Duplicado && Continua_Após_Conexão_Perdida()) return;
         Finaliza_Transação();
+        if (Gravação_Recusada) {
+            Prepara_Nova_Tentativa();
+            return;
+        }
         if (Chave_Digitada) {
             if (Registro_Duplicado) Abre_Tabelas();
             Registro_Duplicado = false;
@@ -397,6 +401,28 @@ bool Formulário_Cadastro::Continua_Após_Conexão_Perdida() {
         if (!Travou) return false;
     }
     return true;
+}
+
+void Formulário_Cadastro::Prepara_Nova_Tentativa() {
+    Rotina r(this, "Prepara_Nova_Tentativa");
+    // The store refused the write (a full disk, a read-only database) and the user has been told. What was
+    // typed stays on the screen in the same operation, so that OK tries again once the disk has room;
+    // nothing is shown as saved. The slot may stand on the new row that the roll-back took away: the
+    // tables are opened again. An alteration takes its row's lock again, as it did at its start.
+    const QString operação = Operação;
+    Tabela.CancelUpdate();
+    if (operação == "Inclusão") Abre_Tabelas();
+    Inicia_Transação();
+    Operação = operação;
+    if (operação != "Inclusão") {
+        Trava(Tabela, Conexão, false);
+        if (!Travou) {
+            // Another user took the row meanwhile: the edit ends, showing the row as stored.
+            Exibir_Campos();
+            Habilitar_Comandos(this);
+            Habilita_Botões_Próprios(true);
+        }
+    }
 }
 
 void Formulário_Cadastro::cmdCancelar_Click() {

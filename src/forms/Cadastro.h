@@ -111,6 +111,8 @@ class Formulário_Cadastro : public Formulário {
     bool Registro_Mudou = false;
 
   private:
+    // After a write that the store refused: the same operation again, with what was typed still on screen.
+    void Prepara_Nova_Tentativa();
     // The row as it stood when the window showed it: an alteration compares it with the row as
     // committed once the lock is held, so that another workstation's save is not undone unseen.
     QVariantList Linha_Mostrada;

@@ -296,12 +296,19 @@ void Inicia_Transação() {
     Rotina r(Fonte_Funções_Públicas, "Inicia_Transação");
     Ponteiro_Ocupado cursor(Ícone_Alteração);
     if (Transação_Aberta()) Desfaz_Transação();
+    Gravação_Recusada = false;
+    Gravação_Impedida_Avisada = false;
     for (Ligação* c : Conexões_Transacionais) c->BeginTrans();
     Estado_Transação = "Iniciou Transação";
 }
 
 void Finaliza_Transação() {
-    Rotina r(Fonte_Funções_Públicas, "Finaliza_Transação");
+    // A commit refused is a transaction lost: the caller learns it from Gravação_Recusada.
+    Rotina r(Fonte_Funções_Públicas, "Finaliza_Transação",
+             [](long número, const QString& descrição, long linha) {
+                 Gravação_Recusada = true;
+                 Trata_Erro(número, descrição, linha, Fonte_Funções_Públicas, "Finaliza_Transação");
+             });
     Ponteiro_Ocupado cursor(Ícone_Alteração);
     if (!Transação_Aberta()) return;
     for (Ligação* c : Conexões_Transacionais) c->CommitTrans();
@@ -327,7 +334,21 @@ void Grava(Registros& Tabela_Gravar, bool Excluir) {
         long Linha = 0;
     } definitiva;
     long última_linha = 0;
+    bool na_auditoria = false;
     Rotina r(Fonte_Funções_Públicas, "Grava", [&](long número, const QString& descrição, long linha) {
+        if (número == Erro_Disco_Cheio || número == Erro_Somente_Leitura) {
+            // No wait mends it: told once, and the row is given up. A refused audit row does not make the
+            // row itself refused; the commit that follows tells whether it was kept.
+            Trata_Erro(número, descrição, linha, Fonte_Funções_Públicas, "Grava");
+            if (na_auditoria) {
+                Tabela_Manutenção.CancelUpdate();
+                return;
+            }
+            Tabela_Gravar.CancelUpdate();
+            Registro_Duplicado = true;
+            Gravação_Recusada = true;
+            return;
+        }
         if (!Excluir && Tabela_Gravar.Recusa_Do_Valor()) {
             if (!definitiva.Houve) definitiva = {true, número, descrição, linha};
             Sai_da_Gravação = true;
@@ -385,7 +406,9 @@ void Grava(Registros& Tabela_Gravar, bool Excluir) {
         const QVariantList valores = {Texto_Manutenção.left(100).trimmed(),
                                       Usuário_Atual.isEmpty() ? QVariant() : QVariant(Usuário_Atual),
                                       QDateTime(agora.date(), QTime(0, 0)), agora.toString("HH:mm:ss")};
+        na_auditoria = true;
         Adiciona_Auditoria(valores);
+        na_auditoria = false;
         if (Auditoria_Dentro_Da_Transação()) Auditoria_Na_Transação.append(valores);
     }
 

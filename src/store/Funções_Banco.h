@@ -30,6 +30,10 @@ inline bool Travou = false;
 // Set by a window whose walk the user broke off while a waiting Trava stood on a row held elsewhere:
 // the wait ends with Travou false.
 inline bool Desiste_Da_Espera = false;
+// The store refused the row of the last Grava or the commit of the transaction for want of disk space or
+// because the database is read-only: nothing of it was kept, and a window keeps what the user typed for a
+// new try. Inicia_Transação clears it.
+inline bool Gravação_Recusada = false;
 inline QString Estado_Transação;  // "Iniciou Transação", "Finalizou Transação" or "Desfez Transação"
 inline bool Monitora_Log = true;
 inline QVariant Chave_Registro;

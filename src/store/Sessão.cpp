@@ -1,8 +1,10 @@
 #include "store/Sessão.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -10,6 +12,7 @@
 #include <sqlite3.h>
 #include <unistd.h>
 
+#include "failure/Trata_Erro.h"
 #include "store/Comando_Banco.h"
 #include "store/Comparação.h"
 #include "store/Sessão_Servidor.h"
@@ -26,6 +29,9 @@ QString Chave(const QString& caminho) {
 
 // The part of the WAL index file mapped for the data mark: its header lies in the first page.
 constexpr long Tamanho_Índice_Wal = 4096;
+
+const QString Texto_Transação_Desfeita =
+    "O banco de dados desfez a transação depois de uma falha: nada dela foi gravado";
 
 // A wait for another copy's write lock; past it the write is refused as "in use".
 constexpr int Espera_Escrita_ms = 8000;
@@ -68,6 +74,10 @@ class Sessão_SQLite final : public Sessão {
     std::shared_ptr<Estrutura_Tabela> Lê_Estrutura(const QString& tabela, Falha_Banco& falha) override;
 
   private:
+    // A full disk or a read-only file may make the engine undo the whole transaction by itself; the
+    // refusal is kept to be told for the commit that finds nothing left.
+    bool Desfeita_Pelo_Motor() const { return Transação_SQL && sqlite3_get_autocommit(Banco) != 0; }
+    mutable Falha_Banco Última_Recusa;
     static qint64 Posição_Trava(const QString& tabela, qint64 linha);
     QHash<QString, Comando_Banco*> Comandos;
     qint64 Versão_Dados = -1;  // the file's data_version when the counts were taken
@@ -119,6 +129,27 @@ class Comando_SQLite final : public Comando_Banco {
   private:
     sqlite3_stmt* C;
 };
+
+namespace {
+QString Pasta_Do_Arquivo(const QString& caminho) {
+    return QDir::toNativeSeparators(QFileInfo(caminho).absolutePath());
+}
+}  // namespace
+
+QString Texto_Disco_Cheio(const QString& caminho) {
+    return "Não há espaço em disco para gravar na pasta " + Pasta_Do_Arquivo(caminho) +
+           ": a gravação foi recusada. Libere espaço nesse disco e tente de novo";
+}
+
+QString Texto_Somente_Leitura(const QString& caminho) {
+    return "O sistema abriu o banco de dados " + QDir::toNativeSeparators(caminho) +
+           " somente para leitura: a gravação foi recusada. Verifique se o disco da pasta " +
+           Pasta_Do_Arquivo(caminho) + " não passou a ser somente leitura e se há permissão de gravação nela";
+}
+
+QString Texto_Banco_Danificado(const QString& caminho) {
+    return "O arquivo " + QDir::toNativeSeparators(caminho) + " está danificado e não pode ser lido";
+}
 
 QString Citação(const QString& identificador) {
     QString s = identificador;
@@ -215,7 +246,14 @@ std::shared_ptr<Sessão> Sessão::Abre(const QString& caminho, Falha_Banco& falh
     if (r == SQLITE_OK)
         r = sqlite3_exec(banco, "SELECT count(*) FROM sqlite_schema", nullptr, nullptr, nullptr);
     if (r != SQLITE_OK) {
-        falha = {-2147467259, "Formato de banco de dados não reconhecido: '" + caminho + "'."};
+        const int código = sqlite3_extended_errcode(banco);
+        if ((código & 0xFF) == SQLITE_NOTADB || (código & 0xFF) == SQLITE_CORRUPT)
+            falha = {Erro_Banco_Danificado, Texto_Banco_Danificado(caminho)};
+        else
+            falha = {-2147467259, "Não foi possível abrir o banco de dados '" + caminho +
+                                      "': " + QString::fromUtf8(sqlite3_errmsg(banco)) + "."};
+        // Closing the only connection takes away the journal files that the attempt may have made; the
+        // file itself is not written.
         sqlite3_close_v2(banco);
         return nullptr;
     }
@@ -248,6 +286,11 @@ bool Sessão::Cria_Arquivo(const QString& caminho, Falha_Banco& falha) {
 }
 
 bool Sessão_SQLite::Prepara_Escrita(Falha_Banco& falha) {
+    // Once the engine has undone the transaction, a write would be committed on its own: it is refused.
+    if (Transação_Lógica && Desfeita_Pelo_Motor()) {
+        falha = Última_Recusa.Houve() ? Última_Recusa : Falha_Banco{-2147467259, Texto_Transação_Desfeita};
+        return false;
+    }
     if (!Transação_Lógica || Transação_SQL) return true;
     const int r = sqlite3_exec(Banco, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
     if (r != SQLITE_OK) {
@@ -255,16 +298,22 @@ bool Sessão_SQLite::Prepara_Escrita(Falha_Banco& falha) {
         return false;
     }
     Transação_SQL = true;
+    Última_Recusa = {};
     return true;
 }
 
 bool Sessão_SQLite::Confirma(Falha_Banco& falha) {
     bool ok = true;
-    if (Transação_SQL) {
+    if (Desfeita_Pelo_Motor()) {
+        falha = Última_Recusa.Houve() ? Última_Recusa : Falha_Banco{-2147467259, Texto_Transação_Desfeita};
+        Esquece_Contagens();
+        ok = false;
+    } else if (Transação_SQL) {
         const int r = sqlite3_exec(Banco, "COMMIT", nullptr, nullptr, nullptr);
         if (r != SQLITE_OK) {
             Falha_Da_Última(falha, r);
             sqlite3_exec(Banco, "ROLLBACK", nullptr, nullptr, nullptr);
+            Esquece_Contagens();  // counts taken inside the transaction went with it
             ok = false;
         }
     }
@@ -308,7 +357,25 @@ void Sessão_SQLite::Falha_Da_Última(Falha_Banco& falha, int código) const {
             return;
         case SQLITE_NOTADB:
         case SQLITE_CORRUPT:
-            falha = {-2147467259, "Formato de banco de dados não reconhecido: '" + Caminho + "'."};
+            falha = {Erro_Banco_Danificado, Texto_Banco_Danificado(Caminho)};
+            return;
+        // Writes that no retry passes until the user acts: the disk is full, or the system lets the file
+        // be read only (a read-only mount, a file without write permission).
+        case SQLITE_FULL:
+            falha = Última_Recusa = {Erro_Disco_Cheio, Texto_Disco_Cheio(Caminho)};
+            return;
+        case SQLITE_READONLY:
+            falha = Última_Recusa = {Erro_Somente_Leitura, Texto_Somente_Leitura(Caminho)};
+            return;
+        case SQLITE_IOERR:
+            if (const int erro = sqlite3_system_errno(Banco); erro == ENOSPC || erro == EDQUOT) {
+                falha = Última_Recusa = {Erro_Disco_Cheio, Texto_Disco_Cheio(Caminho)};
+                return;
+            } else if (erro == EROFS) {
+                falha = Última_Recusa = {Erro_Somente_Leitura, Texto_Somente_Leitura(Caminho)};
+                return;
+            }
+            falha = {-2147467259, "Falha do banco de dados: " + mensagem + "."};
             return;
         case SQLITE_ERROR:
             if (mensagem.startsWith("no such table"))

@@ -26,6 +26,11 @@ inline const QString Texto_Índice_Duplicado =
     "duplicados, "
     "remova o índice ou redefina o índice para permitir entradas duplicadas e tente novamente.";
 
+// The store's words for the refusals that waiting does not mend, naming the file's folder or the file.
+QString Texto_Disco_Cheio(const QString& caminho);
+QString Texto_Somente_Leitura(const QString& caminho);
+QString Texto_Banco_Danificado(const QString& caminho);
+
 // ADO type numbers of the fields the system creates.
 inline constexpr int Tipo_Texto = 202;
 inline constexpr int Tipo_Memo = 203;

@@ -7,12 +7,14 @@
 #include <QRadioButton>
 #include <QTest>
 #include <QTimer>
+#include <sqlite3.h>
 
 #include "common/Globais.h"
 #include "forms/Controles.h"
 #include "questions/frmPergunta.h"
 #include "search/frmLocaliza_Informação.h"
 #include "store/Funções_Banco.h"
+#include "support/Disco_Simulado.h"
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
 #include "support/Servidor_Teste.h"
@@ -533,4 +535,45 @@ TEST_F(Cadastro_Pergunta_Teste, AQuestionAnotherCopyAddedIsShownWhenLocated) {
     EXPECT_EQ(janela.windowTitle(), "Consulta da Pergunta 3");
     janela.cmdMovimenta_Registro_Click(2);
     EXPECT_EQ(janela.windowTitle(), "Consulta da Pergunta 4");
+
+// A full disk at OK: one message that says so, the typed question stays on the screen in "Inclusão" with
+// nothing saved, and OK passes once there is room.
+TEST_F(Cadastro_Pergunta_Teste, AFullDiskKeepsTheTypedQuestionOnScreenAndShowsNothingAsSaved) {
+    SO_NO_EMBUTIDO("o disco simulado é o do banco embutido");
+    Disco_Simulado::Instala();
+    Instala_Programa_Para_Janelas();  // the databases opened again, on the simulated disk
+    struct Fim {
+        ~Fim() { Disco_Simulado::Desinstala(); }
+    } fim;
+    frmPergunta janela;
+    janela.cmdInclusão_Click();
+    Preenche(janela, "Qual é o maior planeta do sistema solar?", {"júpiter", "saturno", "marte", "vênus"});
+    for (Ligação* c : {&Conexão, &Conexão_Manutenção})
+        ASSERT_EQ(sqlite3_wal_checkpoint_v2(c->Sessão_Física()->Banco, nullptr, SQLITE_CHECKPOINT_TRUNCATE,
+                                            nullptr, nullptr),
+                  SQLITE_OK);
+    Disco_Simulado::Enche(true);
+    janela.cmdOk->setEnabled(true);
+    janela.cmdOk_Click();
+    ASSERT_EQ(
+        Plataforma.Textos_Caixas(),
+        QStringList({"Confirma INCLUSÃO?", "Não há espaço em disco para gravar na pasta " + Pasta.Dados() +
+                                               ": a gravação foi recusada. Libere espaço nesse disco e "
+                                               "tente de novo."}));
+    EXPECT_EQ(Operação, "Inclusão");
+    EXPECT_EQ(janela.windowTitle(), "Inclusão de Perguntas");
+    EXPECT_EQ(janela.txtPergunta->Text(), "Qual é o maior planeta do sistema solar?");
+    EXPECT_EQ(janela.txtResposta_Incorreta_3->text(), "Vênus");
+    EXPECT_EQ(Botões(janela), "------OC-");
+    EXPECT_TRUE(Transação_Aberta());
+    Disco_Simulado::Enche(false);
+    EXPECT_EQ(Linhas(), 0);
+
+    Plataforma.Caixas.clear();
+    janela.cmdOk_Click();
+    EXPECT_EQ(Plataforma.Textos_Caixas(), QStringList({"Confirma INCLUSÃO?"}));
+    EXPECT_EQ(janela.windowTitle(), "Consulta da Pergunta 1");
+    EXPECT_EQ(Botões(janela), Consulta);
+    EXPECT_EQ(Campo(1, "Pergunta").toString(), "Qual é o maior planeta do sistema solar?");
+    EXPECT_EQ(Linhas(), 1);
 }

@@ -2,11 +2,13 @@
 #include <gtest/gtest.h>
 #include <zip.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTimer>
 
+#include "common/Cp1252.h"
 #include "common/Globais.h"
 #include "failure/Trata_Erro.h"
 #include "store/Catálogo.h"
@@ -449,4 +451,72 @@ TEST_F(Atualização_Teste, AProgramFolderFromQuizoraPastaThatCannotBeWrittenIsT
         << Plataforma.Caixas[0].Texto.toStdString();
     EXPECT_TRUE(Plataforma.Caixas[0].Texto.contains("variável de ambiente QUIZORA_PASTA"));
     EXPECT_FALSE(Conexão.Aberta());
+}
+
+// A damaged main database is told once, naming it and its last copy or a backup, and the program ends
+// without writing a byte of it: cut in half with a copy in the archive folder, and random bytes without one.
+TEST_F(Atualização_Teste, ADamagedMainDatabaseIsToldOnceWithItsLastCopyAndLeftAsItIs) {
+    SO_NO_EMBUTIDO("o arquivo danificado é o do banco embutido");
+    ASSERT_TRUE(Inicia_Programa());
+    Reinicia_Estado_Global();  // the files closed, as after the end of the program
+    const QString banco = Caminho_Banco_Principal();
+    QFile arquivo(banco);
+    ASSERT_TRUE(arquivo.open(QIODevice::ReadOnly));
+    const QByteArray inteiro = arquivo.readAll();
+    arquivo.close();
+    ASSERT_GT(inteiro.size(), 8192);
+    ASSERT_FALSE(QFile::exists(banco + "-wal"));  // every row is in the file itself
+    ASSERT_TRUE(QDir().mkpath(Pasta.Dados() + "/Arquivo"));
+    const QString cópia = Pasta.Dados() + "/Arquivo/Dados 2026-11-20 18-00-00.Mdb";
+    QFile::copy(banco, cópia);
+    QFile::copy(banco, Pasta.Dados() + "/Arquivo/Dados 2026-11-01 08-00-00.Mdb");
+    QFile::copy(banco, Pasta.Dados() + "/Arquivo/Manutenção 2026-11-22 08-00-00.Mdb");
+    QFile antiga(Pasta.Dados() + "/Arquivo/Dados 2026-11-01 08-00-00.Mdb");
+    ASSERT_TRUE(antiga.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(
+        antiga.setFileTime(QDateTime::currentDateTime().addDays(-30), QFileDevice::FileModificationTime));
+    antiga.close();
+
+    QByteArray aleatório(int(inteiro.size()), '\0');
+    for (int i = 0; i < aleatório.size(); ++i) aleatório[i] = char((i * 7919 + 13) % 251);
+    const struct {
+        QByteArray Conteúdo;
+        bool Com_Cópia;
+    } casos[] = {{inteiro.left(inteiro.size() / 2), true}, {aleatório, false}};
+    for (const auto& caso : casos) {
+        if (!caso.Com_Cópia) QDir(Pasta.Dados() + "/Arquivo").removeRecursively();
+        QFile::remove(Caminho_Log_Ocorrências());
+        ASSERT_TRUE(arquivo.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        arquivo.write(caso.Conteúdo);
+        arquivo.close();
+        Plataforma.Caixas.clear();
+        Reinicia_Estado_Global();
+        {
+            frmAtualiza_Versão janela;
+            janela.tmrTempo->stop();
+            EXPECT_THROW(janela.tmrTempo_Timer(), Programa_Encerrado);
+        }
+        ASSERT_EQ(Plataforma.Caixas.size(), 1);
+        const QString texto = Plataforma.Caixas[0].Texto;
+        EXPECT_EQ(Plataforma.Caixas[0].Ícone, Ícone_Caixa::Crítico);
+        EXPECT_TRUE(texto.startsWith("O arquivo " + banco + " está danificado e não pode ser lido."))
+            << texto.toStdString();
+        if (caso.Com_Cópia)
+            EXPECT_TRUE(texto.contains("A última cópia dele é \"Dados 2026-11-20 18-00-00.Mdb\""))
+                << texto.toStdString();
+        else
+            EXPECT_TRUE(texto.contains("Não há cópia dele na pasta " + Pasta.Dados() + "/Arquivo") &&
+                        texto.contains("backup de segurança"))
+                << texto.toStdString();
+        EXPECT_FALSE(texto.contains("Ou informação foi excluída"));
+        // The file, as it was, and nothing beside it.
+        ASSERT_TRUE(arquivo.open(QIODevice::ReadOnly));
+        EXPECT_EQ(arquivo.readAll(), caso.Conteúdo);
+        arquivo.close();
+        EXPECT_FALSE(QFile::exists(banco + "-wal"));
+        EXPECT_FALSE(QFile::exists(banco + "-shm"));
+        QFile log(Caminho_Log_Ocorrências());
+        ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+        EXPECT_TRUE(De_Cp1252(log.readAll()).contains("Código: 3049"));
+    }
 }

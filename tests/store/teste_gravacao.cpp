@@ -4,9 +4,11 @@
 #include <QFile>
 #include <sqlite3.h>
 
+#include "common/Cp1252.h"
 #include "common/Globais.h"
 #include "failure/Trata_Erro.h"
 #include "store/Funções_Banco.h"
+#include "support/Disco_Simulado.h"
 #include "support/Pasta_Teste.h"
 #include "support/Servidor_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
@@ -265,4 +267,124 @@ TEST_F(Gravação_Teste, AWriteRefusedWhileAnotherWorkstationHoldsTheFilePassesO
     EXPECT_EQ(Auditoria(), QStringList{"Incluindo Usuário onde Usuário = Bruno"});
     Abre_Tabela("tblUsuário");
     EXPECT_EQ(Lastrec("tblUsuário", Conexão), 1);
+}
+
+namespace {
+// The databases on a disk that fills up or turns read-only on command.
+class Disco_Teste : public Gravação_Teste {
+  protected:
+    void SetUp() override {
+        Disco_Simulado::Instala();
+        Gravação_Teste::SetUp();
+    }
+    void TearDown() override { Disco_Simulado::Desinstala(); }
+
+    // The journals emptied into the files, so that the next commit has to make its journal grow.
+    static void Esvazia_Diários() {
+        for (Ligação* c : {&Conexão, &Conexão_Manutenção})
+            ASSERT_EQ(sqlite3_wal_checkpoint_v2(c->Sessão_Física()->Banco, nullptr,
+                                                SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr),
+                      SQLITE_OK);
+    }
+    int Usuários() {
+        Abre_Tabela("tblUsuário");
+        return Lastrec("tblUsuário", Conexão);
+    }
+    QString Log() {
+        QFile log(Caminho_Log_Ocorrências());
+        return log.open(QIODevice::ReadOnly) ? De_Cp1252(log.readAll()) : QString();
+    }
+    // The connections opened again: databases opened read-only, or writable again, by the system.
+    static void Reabre_Bancos() {
+        Reinicia_Estado_Global();
+        for (Ligação* c :
+             {&Conexão, &Conexão_Secundária, &Conexão_Terciária, &Conexão_Quaternária, &Conexão_Temporária})
+            c->Open(Conexão_Principal());
+        Conexão_Manutenção.Open(Conexão_Auditoria());
+        Abre_Tabela_Manutenção("tblManutenção_Banco_de_Dados");
+        Abre_Tabela("tblUsuário");
+    }
+};
+}  // namespace
+
+// A full disk refuses the audit row and the commit: one message that says so and names the folder, an entry
+// in the log, no wait, nothing kept; once there is room the same write passes.
+TEST_F(Disco_Teste, AFullDiskIsToldOnceWithItsFolderKeepsNothingAndTheSameWritePassesOnceThereIsRoom) {
+    SO_NO_EMBUTIDO("o disco simulado é o do banco embutido");
+    Em_Cadastro = true;
+    Inclui_Usuário("Ana");
+    Esvazia_Diários();
+    Disco_Simulado::Enche(true);
+    Inclui_Usuário("Bia");
+    ASSERT_EQ(Plataforma.Caixas.size(), 1) << Plataforma.Textos_Caixas().join("\n").toStdString();
+    EXPECT_EQ(Plataforma.Caixas[0].Texto,
+              "Não há espaço em disco para gravar na pasta " + Pasta.Dados() +
+                  ": a gravação foi recusada. Libere espaço nesse disco e tente de "
+                  "novo.");
+    EXPECT_EQ(Plataforma.Caixas[0].Ícone, Ícone_Caixa::Crítico);
+    EXPECT_TRUE(Gravação_Recusada);
+    EXPECT_TRUE(Plataforma.Sonos.isEmpty());
+    EXPECT_TRUE(Log().contains("Descrição do Erro: Não há espaço em disco para gravar na pasta"));
+    EXPECT_TRUE(Log().contains("Código: 3026"));
+
+    Disco_Simulado::Enche(false);
+    EXPECT_EQ(Usuários(), 1);
+    Inclui_Usuário("Bia");
+    EXPECT_FALSE(Gravação_Recusada);
+    EXPECT_EQ(Usuários(), 2);
+    EXPECT_EQ(Plataforma.Caixas.size(), 1);
+    EXPECT_EQ(Auditoria().count("Incluindo Usuário onde Usuário = Bia"), 1);
+}
+
+// The row itself refused when the file cannot grow: the loop gives up at once and the caller sees a
+// refused write. The engine undoes the whole transaction for such a failure: nothing of it is written, and
+// no later write of the same transaction slips in on its own.
+TEST_F(Disco_Teste, ARowThatFindsNoRoomIsGivenUpAtOnceAndToldOnce) {
+    SO_NO_EMBUTIDO("o disco simulado é o do banco embutido");
+    sqlite3* banco = Conexão.Sessão_Física()->Banco;
+    ASSERT_EQ(sqlite3_exec(banco, "PRAGMA max_page_count = 1", nullptr, nullptr, nullptr), SQLITE_OK);
+    Abre_Tabela("tblPergunta");
+    Operação = "Inclusão";
+    Inicia_Transação();
+    int gravadas = 0;
+    for (; gravadas < 200; ++gravadas) {
+        Tabela.AddNew();
+        Tabela.Fields("Pergunta").Set_Value(QString("%1 ").arg(gravadas) + QString(110, 'x'));
+        Grava(Tabela, false);
+        if (Gravação_Recusada) break;
+    }
+    EXPECT_GT(gravadas, 0);
+    EXPECT_LT(gravadas, 200);
+    EXPECT_TRUE(Registro_Duplicado);
+    EXPECT_FALSE(Tabela.Em_Edição());
+    Tabela.AddNew();
+    Tabela.Fields("Pergunta").Set_Value("Depois da recusa");
+    Grava(Tabela, false);
+    Finaliza_Transação();
+    EXPECT_TRUE(Gravação_Recusada);
+    ASSERT_EQ(Plataforma.Caixas.size(), 1) << Plataforma.Textos_Caixas().join("\n").toStdString();
+    EXPECT_TRUE(Plataforma.Caixas[0].Texto.startsWith("Não há espaço em disco para gravar na pasta"));
+    EXPECT_TRUE(Plataforma.Sonos.isEmpty());
+    EXPECT_TRUE(Log().contains("Sub-Rotina: Grava()"));
+    EXPECT_EQ(Lastrec("tblPergunta", Conexão), 0);
+}
+
+// A database that the system opened read-only: the write told once as such, nothing kept.
+TEST_F(Disco_Teste, ADatabaseTheSystemMadeReadOnlyIsToldOnceAndKeepsNothing) {
+    SO_NO_EMBUTIDO("o disco simulado é o do banco embutido");
+    Inclui_Usuário("Ana");
+    Disco_Simulado::Só_Leitura(true);
+    Reabre_Bancos();
+    Inclui_Usuário("Bia");
+    ASSERT_EQ(Plataforma.Caixas.size(), 1) << Plataforma.Textos_Caixas().join("\n").toStdString();
+    EXPECT_TRUE(Plataforma.Caixas[0].Texto.startsWith("O sistema abriu o banco de dados " + Pasta.Dados()));
+    EXPECT_TRUE(Plataforma.Caixas[0].Texto.contains("somente para leitura: a gravação foi recusada"));
+    EXPECT_TRUE(Gravação_Recusada);
+    EXPECT_TRUE(Log().contains("Código: 3051"));
+    Disco_Simulado::Só_Leitura(false);
+    Reabre_Bancos();
+    EXPECT_EQ(Usuários(), 1);
+    Inclui_Usuário("Bia");
+    EXPECT_FALSE(Gravação_Recusada);
+    EXPECT_EQ(Usuários(), 2);
 }

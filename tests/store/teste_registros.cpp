@@ -6,6 +6,7 @@
 #include "failure/Rotina.h"
 #include "store/Catálogo.h"
 #include "store/Comparação.h"
+#include "failure/Trata_Erro.h"
 #include "store/Funções_Banco.h"
 #include "store/Tradutor_SQL.h"
 #include "support/Pasta_Teste.h"
@@ -335,7 +336,7 @@ TEST_F(Registros_Teste, OpeningWhatIsNotThereFailsAndLeavesTheSlotClosed) {
     Conexão_Temporária.Close();
     Conexão_Temporária.Open(Conexão_Rascunho());
     ASSERT_EQ(captura.Falhas.size(), 1);
-    EXPECT_EQ(captura.Falhas[0].first, -2147467259);
+    EXPECT_EQ(captura.Falhas[0].first, Erro_Banco_Danificado);  // a file that is not a database: damaged
     EXPECT_FALSE(Conexão_Temporária.Aberta());
 }
 

@@ -29,6 +29,8 @@ void Reinicia_Estado_Global() {
     Repetições_Erro = 0;
     Sai_da_Gravação = false;
     Registro_Duplicado = false;
+    Gravação_Recusada = false;
+    Gravação_Impedida_Avisada = false;
     Em_Cadastro = false;
     Operação.clear();
     Usuário_Atual = "Supervisor";

@@ -170,6 +170,8 @@ void frmAtualiza_Versão::tmrTempo_Timer() {
         Plataforma_Atual().Encerra_Agora(1);
         return;
     }
+    for (const QString& banco : {Caminho_Banco_Principal(), Caminho_Banco_Manutenção()})
+        if (Banco_Danificado(banco)) return;
     // On a server, one start at a time builds or brings up the bank: a second workstation starting
     // meanwhile waits here, and then finds the work done.
     const QString servidor = Conexão_Do_Servidor(Caminho_Banco_Principal());
@@ -236,6 +238,49 @@ void frmAtualiza_Versão::tmrTempo_Timer() {
     // The question verification looks up every answer among the others.
     Catálogo::Garante_Índice_de_Consulta(Conexão, "tblPergunta", "Resposta_Correta");
     Etapa_Arquivo_Compactado();
+}
+
+bool frmAtualiza_Versão::Banco_Danificado(const QString& caminho) {
+    // A file the engine cannot read (cut short, overwritten) is told once as damaged, with where its last
+    // copy is, and the program ends before any step could write to it.
+    if (!QFile::exists(caminho)) return false;
+    long número = 0;
+    {
+        // Any other failure of this first opening is reported by the opening of the connections below.
+        Rotina r(objectName(), "Banco_Danificado", [&](long n, const QString&, long) { número = n; });
+        Ligação prova;
+        prova.Open(Texto_Conexão(caminho));
+        prova.Close();
+    }
+    if (número != Erro_Banco_Danificado) return false;
+
+    const QFileInfo arquivo(caminho);
+    const QString pasta_arquivo = Caminho_Dados() + "/Arquivo";
+    // Copies kept under dated names: "Dados 2026-11-24 18-02-11.Mdb".
+    const QFileInfoList cópias =
+        QDir(pasta_arquivo)
+            .entryInfoList({arquivo.completeBaseName() + " *." + arquivo.suffix()}, QDir::Files, QDir::Time);
+    QStringList partes = {"O arquivo " + QDir::toNativeSeparators(caminho) +
+                          " está danificado e não pode ser lido. O sistema não o alterou."};
+    if (!cópias.isEmpty()) {
+        partes << "A última cópia dele é \"" + cópias.first().fileName() + "\", de " +
+                      cópias.first().lastModified().toString("dd/MM/yyyy HH:mm") + ", na pasta " +
+                      QDir::toNativeSeparators(pasta_arquivo) +
+                      ". Para usá-la, dê outro nome ao arquivo danificado e copie essa cópia para a pasta " +
+                      QDir::toNativeSeparators(Caminho_Dados()) + " com o nome " + arquivo.fileName() + ".";
+    } else {
+        partes << "Não há cópia dele na pasta " + QDir::toNativeSeparators(pasta_arquivo) +
+                      ". Dê outro nome ao arquivo danificado e restaure o " + arquivo.fileName() +
+                      " do seu último backup de segurança na pasta " +
+                      QDir::toNativeSeparators(Caminho_Dados()) + ".";
+    }
+    partes << "O sistema será fechado.";
+    Mensagem_Erro = partes.join(' ').chopped(1);
+    Registra_Ocorrência(Erro_Banco_Danificado, objectName(), "tmrTempo_Timer", 0);
+    Plataforma_Atual().Caixa_Mensagem(partes.join("\r\r"), Título_Programa, Ícone_Caixa::Crítico,
+                                      Botões_Caixa::Ok);
+    Plataforma_Atual().Encerra_Agora(1);
+    return true;
 }
 
 void frmAtualiza_Versão::Caminho_de_Atualização(const QString& versão_banco) {

@@ -52,6 +52,8 @@ class frmAtualiza_Versão : public QDialog {
     void Garante_Índice(const QString& tabela, const QString& índice);
     void Semente_Danificada(const QString& arquivo, const QString& motivo);
     void Guarda_No_Arquivo(const QString& arquivo);
+    // True, after telling the user and ending the program, when the database file cannot be read.
+    bool Banco_Danificado(const QString& caminho);
     int Quantidade_Auditoria();
     bool Auditoria_Anterior = false;  // the audit database was there before this start
     // Points Conexão_Temporária at the scratch database; a file that cannot be opened is set aside.
