@@ -535,6 +535,7 @@ TEST_F(Cadastro_Pergunta_Teste, AQuestionAnotherCopyAddedIsShownWhenLocated) {
     EXPECT_EQ(janela.windowTitle(), "Consulta da Pergunta 3");
     janela.cmdMovimenta_Registro_Click(2);
     EXPECT_EQ(janela.windowTitle(), "Consulta da Pergunta 4");
+}
 
 // A full disk at OK: one message that says so, the typed question stays on the screen in "Inclusão" with
 // nothing saved, and OK passes once there is room.

@@ -25,6 +25,8 @@
 #include "sala/Servidor_Sala.h"
 #include "sala/janelas/Painel_Sala.h"
 #include "store/Funções_Banco.h"
+#include "sala/Peças_Sala.h"
+#include "sala/frmTela_Sala.h"
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
@@ -469,6 +471,10 @@ TEST_F(Sala_Celulares_Teste, ThePageIsServedAndTheRoomStopsWithTheWindow) {
     const QString endereço = janela->Sala_Ativa()->Endereço();
     const QString código = janela->Sala_Ativa()->Código();
     const quint16 porta = janela->Sala_Ativa()->Porta();
+    // The room's screen shows the same address and code beside its QR code.
+    EXPECT_TRUE(janela->Tela_Da_Sala->Painel->isVisibleTo(janela->Tela_Da_Sala));
+    EXPECT_EQ(janela->Tela_Da_Sala->Painel->Endereço(), endereço);
+    EXPECT_EQ(janela->Tela_Da_Sala->Painel->Código(), código);
 
     QNetworkAccessManager rede;
     const auto busca = [&rede](const QString& url, QByteArray* corpo = nullptr) {
@@ -500,8 +506,13 @@ TEST_F(Sala_Celulares_Teste, ThePageIsServedAndTheRoomStopsWithTheWindow) {
     janela->cmdCelulares->click();
     EXPECT_EQ(janela->Sala_Ativa(), nullptr);
     EXPECT_TRUE(Espera([&] { return ana.Fechado; }));
-    janela->cmdCelulares->click();
+    EXPECT_FALSE(janela->Tela_Da_Sala->Painel->isVisibleTo(janela->Tela_Da_Sala));
+    // The room's screen's own button starts the room again, as the window's does.
+    ASSERT_TRUE(janela->Tela_Da_Sala->Ao_Pedir_Celulares);
+    janela->Tela_Da_Sala->Ao_Pedir_Celulares();
     ASSERT_NE(janela->Sala_Ativa(), nullptr);
+    EXPECT_EQ(janela->cmdCelulares->text(), "Encerrar os celulares");
+    EXPECT_EQ(janela->Tela_Da_Sala->Painel->Código(), código);
     EXPECT_EQ(janela->Sala_Ativa()->Código(), código);
     Celular de_volta(janela->Sala_Ativa()->Endereço());
     de_volta.Envia(Pedido("retoma", {{"codigo", código}, {"token", token}}));

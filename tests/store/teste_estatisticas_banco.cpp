@@ -118,7 +118,7 @@ TEST_F(Estatísticas_Banco_Teste, TheStartMakesTheFileOnNewAndExistingInstallati
         Ligação estatísticas;
         estatísticas.Open(Texto_Conexão(Caminho_Banco_Estatísticas()));
         EXPECT_EQ(Catálogo::Lista_Tabelas(estatísticas).size(), 3);
-        for (const QString& t : {"tblJogada", "tblResumo_Mensal", "tblResumo_Jogador"})
+        for (const QString t : {"tblJogada", "tblResumo_Mensal", "tblResumo_Jogador"})
             EXPECT_TRUE(Catálogo::Existe_Tabela(estatísticas, t)) << t.toStdString();
         estatísticas.Close();
     }
@@ -328,8 +328,9 @@ TEST_F(Estatísticas_Banco_Teste, ARecorderThatCannotWriteLogsOnceAndShowsNothin
     // The next start sets the broken file aside, makes a sound one, and recording goes on.
     Inicia_Programa();
     EXPECT_TRUE(Plataforma.Caixas.isEmpty()) << Plataforma.Textos_Caixas().join(" | ").toStdString();
-    if (!Testa_No_Servidor())
+    if (!Testa_No_Servidor()) {
         EXPECT_EQ(QDir(Pasta.Dados() + "/Arquivo").entryList({"Estatísticas *.Mdb"}).size(), 1);
+    }
     Gravador_Jogadas outro;
     ASSERT_EQ(Nova_Rodada(jogo, fonte, QDate(2019, 3, 14)), Resultado_Rodada::Pergunta_Sorteada);
     outro.Pergunta_Exibida(jogo);
