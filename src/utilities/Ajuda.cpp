@@ -16,6 +16,7 @@ QStringList Tópicos_do_Manual() {
             "Novidades",
             "Backup",
             "Impressão",
+            "Estatísticas dos Jogos",
             "Revelações de Deus",
             "Login de Acesso",
             "Novo Jogo",
