@@ -371,7 +371,13 @@ void Formulário_Cadastro::cmdOk_Click() {
         if (Operação == "Inclusão") Tabela.AddNew();
         Grava_Campos();
         Grava(Tabela, false);
-        if (Perdas_De_Conexão() != perdas && Registro_Duplicado && Continua_Após_Conexão_Perdida()) return;
+        if (Perdas_De_Conexão() != perdas && Registro_Duplicado) {
+            // The server's connection was lost during the save: the server undid it and the user was told.
+            // There is nothing to commit; the window keeps what was typed, as after any refused write.
+            Registro_Duplicado = false;
+            Prepara_Nova_Tentativa();
+            return;
+        }
         Finaliza_Transação();
         if (Gravação_Recusada) {
             Prepara_Nova_Tentativa();
@@ -389,25 +395,11 @@ void Formulário_Cadastro::cmdOk_Click() {
     Habilita_Botões_Próprios(true);
 }
 
-bool Formulário_Cadastro::Continua_Após_Conexão_Perdida() {
-    // The server's connection was lost during the save and the server undid it; the user was told so. The
-    // window stays as it was, with what was typed, for OK to save it again in a transaction of its own:
-    // an alteration takes the row's lock again (and with it what is stored now).
-    Registro_Duplicado = false;
-    Tabela.CancelUpdate();
-    Inicia_Transação();
-    if (Operação == "Alteração") {
-        Trava(Tabela, Conexão, false);
-        if (!Travou) return false;
-    }
-    return true;
-}
-
 void Formulário_Cadastro::Prepara_Nova_Tentativa() {
     Rotina r(this, "Prepara_Nova_Tentativa");
-    // The store refused the write (a full disk, a read-only database) and the user has been told. What was
-    // typed stays on the screen in the same operation, so that OK tries again once the disk has room;
-    // nothing is shown as saved. The slot may stand on the new row that the roll-back took away: the
+    // The store refused the write (a full disk, a read-only database, a lost server connection) and the user
+    // has been told. What was typed stays on the screen in the same operation, so that OK tries again once
+    // the disk has room or the server is back; nothing is shown as saved. The slot may stand on the new row that the roll-back took away: the
     // tables are opened again. An alteration takes its row's lock again, as it did at its start.
     const QString operação = Operação;
     Tabela.CancelUpdate();

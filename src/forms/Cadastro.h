@@ -57,9 +57,6 @@ class Formulário_Cadastro : public Formulário {
     virtual void cmdSair_Click();
 
   protected:
-    // After a save that a lost server connection undid: true when the window stays in its editing state
-    // for the user to save again.
-    bool Continua_Após_Conexão_Perdida();
     // The fields from the current row of Tabela, texts trimmed.
     virtual void Mostra_Registro() = 0;
     // The fields that Mostra_Registro always fills, whatever the row: showing a row does not clear them
