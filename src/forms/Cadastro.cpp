@@ -399,8 +399,9 @@ void Formulário_Cadastro::Prepara_Nova_Tentativa() {
     Rotina r(this, "Prepara_Nova_Tentativa");
     // The store refused the write (a full disk, a read-only database, a lost server connection) and the user
     // has been told. What was typed stays on the screen in the same operation, so that OK tries again once
-    // the disk has room or the server is back; nothing is shown as saved. The slot may stand on the new row that the roll-back took away: the
-    // tables are opened again. An alteration takes its row's lock again, as it did at its start.
+    // the disk has room or the server is back; nothing is shown as saved. The slot may stand on the new row
+    // that the roll-back took away: the tables are opened again. An alteration takes its row's lock again, as
+    // it did at its start.
     const QString operação = Operação;
     Tabela.CancelUpdate();
     if (operação == "Inclusão") Abre_Tabelas();
