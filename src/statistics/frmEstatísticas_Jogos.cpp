@@ -16,6 +16,7 @@
 #include <QIcon>
 #include <QLabel>
 #include <QLineSeries>
+#include <QLogValueAxis>
 #include <QPieSeries>
 #include <QPushButton>
 #include <QTabWidget>
@@ -23,6 +24,7 @@
 #include <QVBoxLayout>
 #include <QValueAxis>
 #include <algorithm>
+#include <cmath>
 
 #include "common/Globais.h"
 #include "failure/Rotina.h"
@@ -66,6 +68,10 @@ QChart* Novo_Gráfico(const QString& título) {
 int Mês_Da_Data(const QDate& d) {
     return d.year() * 100 + d.month();
 }
+
+// How many times the largest score may be the smallest one above zero before the points go on a
+// logarithmic scale.
+constexpr double Razão_Escala_Logarítmica = 100;
 
 QString Resumida(const QString& texto, int tamanho) {
     return texto.size() <= tamanho ? texto : texto.left(tamanho - 3) + "...";
@@ -309,8 +315,9 @@ void frmEstatísticas_Jogos::Desenha_Aba(int índice) {
         troca(chtMais_Difíceis,
               Gráfico_Extremos("As 20 perguntas mais difíceis (respondidas 3 vezes ou mais)", n.Mais_Difíceis,
                                this));
-    troca(chtMais_Fáceis,
-          Gráfico_Extremos("As 20 perguntas mais fáceis (respondidas 3 vezes ou mais)", n.Mais_Fáceis, this));
+    if (aba == chtMais_Fáceis)
+        troca(chtMais_Fáceis, Gráfico_Extremos("As 20 perguntas mais fáceis (respondidas 3 vezes ou mais)",
+                                               n.Mais_Fáceis, this));
 
     if (aba == chtPor_Tipo) {
         QChart* gráfico = Novo_Gráfico("Acertos por tipo de pergunta");
@@ -408,21 +415,43 @@ void frmEstatísticas_Jogos::Desenha_Aba(int índice) {
         auto* eixo_x = new QValueAxis();
         eixo_x->setLabelFormat("%.0f");
         eixo_x->setTitleText("Jogo");
-        auto* eixo_y = new QValueAxis();
-        eixo_y->setLabelFormat("%.0f");
-        eixo_y->setTitleText("Pontos");
+        // The value doubles at each right answer, so one long game can score a thousand times an ordinary
+        // one; past a hundred times the scale goes by powers of ten, and a game without points sits on its
+        // floor.
+        double maior_pontos = 10, menor_positivo = 0;
+        for (const Números_Competidor& c : n.Competidores)
+            for (const auto& jogo : c.Pontos_Por_Jogo) {
+                maior_pontos = std::max(maior_pontos, jogo.second);
+                if (jogo.second > 0 && (menor_positivo == 0 || jogo.second < menor_positivo))
+                    menor_positivo = jogo.second;
+            }
+        const bool logarítmica =
+            menor_positivo > 0 && maior_pontos / menor_positivo > Razão_Escala_Logarítmica;
+        const double piso = logarítmica ? std::pow(10.0, std::floor(std::log10(menor_positivo))) : 0;
+        QAbstractAxis* eixo_y;
+        if (logarítmica) {
+            auto* log = new QLogValueAxis();
+            log->setBase(10);
+            log->setLabelFormat("%.0f");
+            log->setTitleText("Pontos (escala logarítmica; jogos sem pontos ficam no pé do eixo)");
+            log->setRange(piso, maior_pontos * 2);
+            eixo_y = log;
+        } else {
+            auto* linear = new QValueAxis();
+            linear->setLabelFormat("%.0f");
+            linear->setTitleText("Pontos");
+            linear->setRange(0, maior_pontos * 1.1);
+            eixo_y = linear;
+        }
         gráfico->addAxis(eixo_x, Qt::AlignBottom);
         gráfico->addAxis(eixo_y, Qt::AlignLeft);
-        double maior_pontos = 10;
         int maior_jogos = 1;
         for (const Números_Competidor& c : n.Competidores) {
             auto* série = new QLineSeries();
             série->setName(QString("%1 (%2 jogos)").arg(c.Jogador).arg(c.Jogos));
             série->setPointsVisible(true);
-            for (int i = 0; i < c.Pontos_Por_Jogo.size(); ++i) {
-                série->append(i + 1, c.Pontos_Por_Jogo[i].second);
-                maior_pontos = std::max(maior_pontos, c.Pontos_Por_Jogo[i].second);
-            }
+            for (int i = 0; i < c.Pontos_Por_Jogo.size(); ++i)
+                série->append(i + 1, std::max(piso, c.Pontos_Por_Jogo[i].second));
             maior_jogos = std::max(maior_jogos, static_cast<int>(c.Pontos_Por_Jogo.size()));
             gráfico->addSeries(série);
             série->attachAxis(eixo_x);
@@ -430,7 +459,6 @@ void frmEstatísticas_Jogos::Desenha_Aba(int índice) {
         }
         eixo_x->setRange(1, std::max(2, maior_jogos));
         eixo_x->setTickCount(std::min(11, std::max(2, maior_jogos)));
-        eixo_y->setRange(0, maior_pontos * 1.1);
         troca(chtCompetidores, gráfico);
     }
     if (aba == flxPerguntas) Preenche_Grade(flxPerguntas, n.Perguntas);

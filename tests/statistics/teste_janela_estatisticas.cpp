@@ -15,6 +15,8 @@
 #include <QHorizontalBarSeries>
 #include <QLabel>
 #include <QLineSeries>
+#include <QLogValueAxis>
+#include <QValueAxis>
 #include <QPieSeries>
 #include <QTableWidget>
 #include <QTimer>
@@ -331,6 +333,10 @@ TEST_F(Janela_Estatísticas_Teste, TheWindowShowsTheFiguresOfAKnownSetOfTurns) {
               (QStringList{"Pulos: 1", "Dado: 2 (eliminou 1: 1, 2: 1, 3: 0)", "Apóstolos: 1", "Deus: 1"}));
     mostra(janela.chtCompetidores);
     EXPECT_EQ(janela.chtCompetidores->chart()->series().size(), 2);
+    // Scores 30 times apart stay on a linear scale from zero.
+    auto* pontos = qobject_cast<QValueAxis*>(janela.chtCompetidores->chart()->axes(Qt::Vertical).value(0));
+    ASSERT_NE(pontos, nullptr);
+    EXPECT_EQ(pontos->min(), 0);
     mostra(janela.flxPerguntas);
     ASSERT_EQ(janela.flxPerguntas->rowCount(), 3);
     EXPECT_EQ(janela.flxPerguntas->item(0, 1)->text(), "Pergunta número 1?");
@@ -352,6 +358,29 @@ TEST_F(Janela_Estatísticas_Teste, TheWindowShowsTheFiguresOfAKnownSetOfTurns) {
     ASSERT_EQ(Plataforma.Caixas.size(), 1);
     EXPECT_EQ(Plataforma.Caixas[0].Texto, "O primeiro mês do período deve vir antes do último.");
     EXPECT_EQ(janela.flxPerguntas->rowCount(), 1);
+}
+
+// A long run of right answers doubles the value each time: such a game would flatten every other one on a
+// linear scale, so the points go by powers of ten and a game without points stays in sight on the floor.
+TEST_F(Janela_Estatísticas_Teste, ScoresAThousandTimesApartGoOnALogarithmicScaleWithTheZerosOnItsFloor) {
+    Cadastra_Perguntas(3);
+    const QDateTime a(QDate(2019, 5, 4), QTime(15, 0));
+    Vez(a, 1, 1, "Ana", 1, Desfecho_Certa, 0, 40);
+    Vez(a.addDays(7), 1, 1, "Ana", 2, Desfecho_Errada, 1, 10);
+    for (int i = 0; i < 11; ++i) Vez(a.addDays(14), i + 1, 1, "Ana", 1 + i % 3, Desfecho_Certa, 0, 10 << i);
+    frmEstatísticas_Jogos janela;
+    janela.dbMês_Final->setDate(QDate(2019, 5, 1));
+    janela.cmdAtualiza_Click();
+    janela.tabGráficos->setCurrentWidget(janela.chtCompetidores);
+    QChart* gráfico = janela.chtCompetidores->chart();
+    const QList<QAbstractAxis*> verticais = gráfico->axes(Qt::Vertical);
+    ASSERT_EQ(verticais.size(), 1);
+    auto* log = qobject_cast<QLogValueAxis*>(verticais[0]);
+    ASSERT_NE(log, nullptr);
+    EXPECT_EQ(log->min(), 10);  // the power of ten under the smallest score above zero
+    auto* linha = qobject_cast<QLineSeries*>(gráfico->series().value(0));
+    ASSERT_NE(linha, nullptr);
+    EXPECT_EQ(linha->points(), (QList<QPointF>{{1, 40}, {2, 10}, {3, 20470}}));
 }
 
 TEST_F(Janela_Estatísticas_Teste, ADoubleClickOpensTheQuestionInTheRegisterWithItsLine) {
