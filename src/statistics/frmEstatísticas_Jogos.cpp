@@ -433,7 +433,8 @@ void frmEstatísticas_Jogos::Desenha_Aba(int índice) {
             auto* log = new QLogValueAxis();
             log->setBase(10);
             log->setLabelFormat("%.0f");
-            log->setTitleText("Pontos (escala logarítmica; jogos sem pontos ficam no pé do eixo)");
+            log->setTitleText("Pontos (escala logarítmica)");
+            gráfico->setTitle(gráfico->title() + "; um jogo sem pontos fica no pé do eixo");
             log->setRange(piso, maior_pontos * 2);
             eixo_y = log;
         } else {
@@ -457,8 +458,11 @@ void frmEstatísticas_Jogos::Desenha_Aba(int índice) {
             série->attachAxis(eixo_x);
             série->attachAxis(eixo_y);
         }
+        // Ticks on whole games only: at most about ten of them, counted from the first game.
         eixo_x->setRange(1, std::max(2, maior_jogos));
-        eixo_x->setTickCount(std::min(11, std::max(2, maior_jogos)));
+        eixo_x->setTickType(QValueAxis::TicksDynamic);
+        eixo_x->setTickAnchor(1);
+        eixo_x->setTickInterval(std::max(1, (maior_jogos + 8) / 10));
         troca(chtCompetidores, gráfico);
     }
     if (aba == flxPerguntas) Preenche_Grade(flxPerguntas, n.Perguntas);
