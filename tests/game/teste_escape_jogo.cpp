@@ -21,27 +21,11 @@
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
+#include "support/Teste_Jogo.h"
 
 namespace {
-class Escape_Jogo_Teste : public ::testing::Test {
+class Escape_Jogo_Teste : public Teste_Jogo {
   protected:
-    Pasta_Teste Pasta;
-    Plataforma_Roteirizada Plataforma;
-
-    void SetUp() override {
-        Instala_Programa_Para_Janelas();
-        Plataforma.Caixas.clear();
-        Tipo_Pergunta = "A";
-        frmJogo::Ao_Terminar_Padrão = nullptr;
-    }
-    void TearDown() override { frmJogo::Ao_Terminar_Padrão = nullptr; }
-
-    static void Ativa(QDialog& janela) {
-        janela.show();
-        QApplication::setActiveWindow(&janela);
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&janela));
-    }
-
     // Escape on the focused control, as the keyboard sends it; then the window's state.
     static void Escape(QWidget& janela) {
         QWidget* foco = QApplication::focusWidget();

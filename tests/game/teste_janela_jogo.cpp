@@ -20,52 +20,14 @@
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
+#include "support/Teste_Jogo.h"
 
 namespace {
-class Janela_Jogo_Teste : public ::testing::Test {
+class Janela_Jogo_Teste : public Teste_Jogo {
   protected:
-    Pasta_Teste Pasta;
-    Plataforma_Roteirizada Plataforma;
-
-    void SetUp() override {
-        Instala_Programa_Para_Janelas();
-        Plataforma.Caixas.clear();
-        Tipo_Pergunta = "A";
-        frmJogo::Ao_Terminar_Padrão = nullptr;
-    }
-
-    void TearDown() override { frmJogo::Ao_Terminar_Padrão = nullptr; }
-
     // A radio button or a check box takes the click on its mark and its text, at the left.
     static void Clica(QAbstractButton* botão) {
         QTest::mouseClick(botão, Qt::LeftButton, {}, QPoint(8, botão->height() / 2));
-    }
-
-    static int Certa(const frmJogo& janela) {
-        for (int k = 0; k < 4; ++k)
-            if (janela.Jogo.Respostas_Exibidas[k] == janela.Jogo.Pergunta_Atual.Resposta_Correta) return k;
-        return -1;
-    }
-    static int Errada(const frmJogo& janela) {
-        for (int k = 0; k < 4; ++k) {
-            const QString& r = janela.Jogo.Respostas_Exibidas[k];
-            if (!r.isEmpty() && r != janela.Jogo.Pergunta_Atual.Resposta_Correta) return k;
-        }
-        return -1;
-    }
-
-    static void Informa_Nomes(frmJogo& janela, const QStringList& nomes) {
-        for (int i = 0; i < nomes.size(); ++i) {
-            janela.txtJogador[i + 1]->setText(nomes[i]);
-            janela.txtJogador_GotFocus(i + 1);
-            janela.txtJogador_Validate(i + 1);
-            janela.txtJogador_LostFocus(i + 1);
-        }
-        if (nomes.size() < Máximo_Jogadores) {
-            janela.txtJogador_GotFocus(nomes.size() + 1);
-            janela.txtJogador_Validate(nomes.size() + 1);
-            janela.txtJogador_LostFocus(nomes.size() + 1);
-        }
     }
 
     // Ten earlier scores, "<data> Antigo i" with i times passo points.

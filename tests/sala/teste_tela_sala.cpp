@@ -21,6 +21,7 @@
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
+#include "support/Teste_Jogo.h"
 
 namespace {
 // The offscreen screen is smaller than a projector's: the room screen is laid out as on 1920 by 1080.
@@ -41,44 +42,8 @@ struct Quadro {
     bool Respostas_Livres = false;
 };
 
-class Tela_Sala_Teste : public ::testing::Test {
+class Tela_Sala_Teste : public Teste_Jogo {
   protected:
-    Pasta_Teste Pasta;
-    Plataforma_Roteirizada Plataforma;
-
-    void SetUp() override {
-        Instala_Programa_Para_Janelas();
-        Plataforma.Caixas.clear();
-        Tipo_Pergunta = "A";
-        frmJogo::Ao_Terminar_Padrão = nullptr;
-    }
-    void TearDown() override {
-        frmJogo::Ao_Terminar_Padrão = nullptr;
-        Plataforma.Ao_Esperar = nullptr;
-    }
-
-    static int Certa(const frmJogo& j) {
-        for (int k = 0; k < 4; ++k)
-            if (!j.Jogo.Respostas_Exibidas[k].isEmpty() &&
-                j.Jogo.Respostas_Exibidas[k] == j.Jogo.Pergunta_Atual.Resposta_Correta)
-                return k;
-        return -1;
-    }
-    static int Errada(const frmJogo& j) {
-        for (int k = 0; k < 4; ++k) {
-            const QString& r = j.Jogo.Respostas_Exibidas[k];
-            if (!r.isEmpty() && r != j.Jogo.Pergunta_Atual.Resposta_Correta) return k;
-        }
-        return -1;
-    }
-    static void Informa_Nomes(frmJogo& j, const QStringList& nomes) {
-        for (int i = 0; i <= nomes.size() && i < Máximo_Jogadores; ++i) {
-            j.txtJogador[i + 1]->setText(i < nomes.size() ? nomes[i] : QString());
-            j.txtJogador_GotFocus(i + 1);
-            j.txtJogador_Validate(i + 1);
-            j.txtJogador_LostFocus(i + 1);
-        }
-    }
     static void Clica(QWidget* w) { QTest::mouseClick(w, Qt::LeftButton, {}, w->rect().center()); }
 
     static Quadro Lê(const frmTela_Sala& t) {

@@ -35,6 +35,7 @@
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
+#include "support/Teste_Jogo.h"
 
 using namespace Estatísticas;
 
@@ -88,38 +89,12 @@ int Entradas_Do_Log() {
     return static_cast<int>(De_Cp1252(log.readAll()).count("Descrição do Erro:"));
 }
 
-class Janela_Estatísticas_Teste : public ::testing::Test {
+class Janela_Estatísticas_Teste : public Teste_Jogo {
   protected:
-    Pasta_Teste Pasta;
-    Plataforma_Roteirizada Plataforma;
-
-    void SetUp() override {
-        Instala_Programa_Para_Janelas();
-        Plataforma.Caixas.clear();
-        Tipo_Pergunta = "A";
-        frmJogo::Ao_Terminar_Padrão = nullptr;
-    }
-    void TearDown() override { frmJogo::Ao_Terminar_Padrão = nullptr; }
-
-    static int Índice_Da(const frmJogo& j, bool certa) {
-        for (int k = 0; k < 4; ++k) {
-            const QString& r = j.Jogo.Respostas_Exibidas[k];
-            if (!r.isEmpty() && (r == j.Jogo.Pergunta_Atual.Resposta_Correta) == certa) return k;
-        }
-        return -1;
-    }
     static int Em_Branco(const frmJogo& j) {
         int n = 0;
         for (const QString& r : j.Jogo.Respostas_Exibidas) n += r.isEmpty();
         return n;
-    }
-    static void Informa_Nomes(frmJogo& janela, const QStringList& nomes) {
-        for (int i = 0; i <= nomes.size() && i < Máximo_Jogadores; ++i) {
-            janela.txtJogador[i + 1]->setText(nomes.value(i));
-            janela.txtJogador_GotFocus(i + 1);
-            janela.txtJogador_Validate(i + 1);
-            janela.txtJogador_LostFocus(i + 1);
-        }
     }
     static void Ajuda(frmJogo& j, int ajuda) {
         j.chkAjuda[ajuda]->setChecked(true);
