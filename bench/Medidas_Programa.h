@@ -81,16 +81,23 @@ inline void Próximo_No_Cadastro(benchmark::State& estado, const Plataforma_Rote
     }
 }
 
-// What a step of the register shows, put by hand into the same widgets: the question and its four
-// answers trimmed, the kind, and the caption with the code, so that the raw sides of "Próximo" do the
-// visible work that the window does. The texts come in UTF-8, as both engines give them.
-inline void Mostra_Pergunta_À_Mão(frmPergunta& tela, int código, const char* const textos[5],
-                                  const char* tipo) {
-    static const QLocale brasil(QLocale::Portuguese, QLocale::Brazil);
+// The question and its four answers, trimmed, put by hand into a question window's boxes, with its caption.
+// The texts come in UTF-8, as both engines give them.
+inline void Mostra_Campos_Pergunta_À_Mão(Janela_Pergunta& tela, const char* const textos[5],
+                                         const QString& legenda) {
     tela.txtPergunta->setPlainText(QString::fromUtf8(textos[0]).trimmed());
     QLineEdit* const respostas[] = {tela.txtResposta_Correta, tela.txtResposta_Incorreta_1,
                                     tela.txtResposta_Incorreta_2, tela.txtResposta_Incorreta_3};
     for (int i = 0; i < 4; ++i) respostas[i]->setText(QString::fromUtf8(textos[i + 1]).trimmed());
+    tela.setWindowTitle(legenda);
+}
+
+// What a step of the register shows, put by hand into the same widgets: the question and its answers,
+// the kind, and the caption with the code, so that the raw sides of "Próximo" do the visible work that
+// the window does.
+inline void Mostra_Pergunta_À_Mão(frmPergunta& tela, int código, const char* const textos[5],
+                                  const char* tipo) {
+    static const QLocale brasil(QLocale::Portuguese, QLocale::Brazil);
+    Mostra_Campos_Pergunta_À_Mão(tela, textos, "Consulta da Pergunta " + brasil.toString(código));
     tela.optTipo[qstrcmp(tipo, "G") == 0 ? 0 : 1]->setChecked(true);
-    tela.setWindowTitle("Consulta da Pergunta " + brasil.toString(código));
 }

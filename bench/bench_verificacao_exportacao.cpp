@@ -11,6 +11,7 @@
 #include <QString>
 
 #include "Banco_Puro.h"
+#include "Medidas_Programa.h"
 #include "Relator_Razão.h"
 #include "common/Globais.h"
 #include "questions/frmPergunta.h"
@@ -191,7 +192,8 @@ void BM_Passo_Coerência_Pelo_Programa(benchmark::State& estado) {
 }
 
 // By hand: write the question back marked, with its audit row, commit; then count the table, seek the
-// first unverified question in the index's order and read it, and count again for the progress.
+// first unverified question in the index's order and read it, and show it in the same boxes the window
+// shows it in (a verification window used only for its widgets).
 void BM_Passo_Coerência_SQLite_Puro(benchmark::State& estado) {
     Instalação_Da_Execução();
     Reinicia_Estado_Global();
@@ -207,7 +209,15 @@ void BM_Passo_Coerência_SQLite_Puro(benchmark::State& estado) {
     sqlite3_stmt* conta = Prepara_Puro(banco, "SELECT Count(*) FROM tblPergunta");
     sqlite3_stmt* busca = Prepara_Puro(
         banco,
-        "SELECT rowid, * FROM tblPergunta WHERE Já_Verificada = 0 ORDER BY Já_Verificada, rowid LIMIT 1");
+        "SELECT rowid, Código_Pergunta, Pergunta, Resposta_Correta, Resposta_Incorreta_1, "
+        "Resposta_Incorreta_2, Resposta_Incorreta_3, * FROM tblPergunta WHERE Já_Verificada = 0 ORDER BY "
+        "Já_Verificada, rowid LIMIT 1");
+    // The window opens its slot on the table; the raw side needs only its widgets, so the slot is let go.
+    Abre_Conexões_Programa();
+    Usuário_Atual = "Supervisor";
+    frmVerifica_Pergunta tela;
+    Tabela.Reinicia();
+    const QLocale brasil(QLocale::Portuguese, QLocale::Brazil);
     auto próxima = [&] {
         sqlite3_step(conta);
         benchmark::DoNotOptimize(sqlite3_column_int(conta, 0));
@@ -217,6 +227,11 @@ void BM_Passo_Coerência_SQLite_Puro(benchmark::State& estado) {
             id = sqlite3_column_int64(busca, 0);
             for (int c = 0; c < sqlite3_column_count(busca); ++c)
                 benchmark::DoNotOptimize(sqlite3_column_text(busca, c));
+            const char* textos[5];
+            for (int c = 0; c < 5; ++c)
+                textos[c] = reinterpret_cast<const char*>(sqlite3_column_text(busca, 2 + c));
+            Mostra_Campos_Pergunta_À_Mão(
+                tela, textos, "Alteração da Pergunta " + brasil.toString(sqlite3_column_int(busca, 1)));
         }
         sqlite3_reset(busca);
         return id;
