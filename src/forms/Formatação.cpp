@@ -36,22 +36,30 @@ QString Texto_Transformado(const QString& texto) {
     return saída;
 }
 
-void Transformar_Campos(QWidget* Formulário) {
+void Transformar_Campos(QWidget* Formulário, const QList<QWidget*>& Mantidos) {
     Rotina r(Formulário, "Transformar_Campos");
     Ponteiro_Ocupado cursor(Ícone_Processamento);
+    // A box is written only when its text changes: setting a long text lays the whole box out again.
     for (QWidget* controle : Formulário->findChildren<QWidget*>()) {
+        if (Mantidos.contains(controle)) continue;
         if (auto* caixa = qobject_cast<QLineEdit*>(controle)) {
-            if (!caixa->text().isEmpty() && caixa->echoMode() == QLineEdit::Normal)
-                caixa->setText(Texto_Transformado(caixa->text()));
+            if (caixa->text().isEmpty() || caixa->echoMode() != QLineEdit::Normal) continue;
+            const QString novo = Texto_Transformado(caixa->text());
+            if (novo != caixa->text()) caixa->setText(novo);
         } else if (auto* longa = qobject_cast<QPlainTextEdit*>(controle)) {
-            if (!longa->isReadOnly() && !longa->toPlainText().isEmpty())
-                longa->setPlainText(Texto_Transformado(longa->toPlainText()));
+            if (longa->isReadOnly()) continue;
+            const QString texto = longa->toPlainText();
+            if (texto.isEmpty()) continue;
+            const QString novo = Texto_Transformado(texto);
+            if (novo != texto) longa->setPlainText(novo);
         } else if (auto* combo = qobject_cast<QComboBox*>(controle)) {
-            if (combo->isEditable() && !combo->currentText().isEmpty())
-                combo->setEditText(Texto_Transformado(combo->currentText()));
+            if (!combo->isEditable() || combo->currentText().isEmpty()) continue;
+            const QString novo = Texto_Transformado(combo->currentText());
+            if (novo != combo->currentText()) combo->setEditText(novo);
         } else if (auto* rótulo = qobject_cast<QLabel*>(controle)) {
-            if (rótulo->frameShape() != QFrame::NoFrame && !rótulo->text().isEmpty())
-                rótulo->setText(Texto_Transformado(rótulo->text()));
+            if (rótulo->frameShape() == QFrame::NoFrame || rótulo->text().isEmpty()) continue;
+            const QString novo = Texto_Transformado(rótulo->text());
+            if (novo != rótulo->text()) rótulo->setText(novo);
         }
     }
 }

@@ -83,7 +83,5 @@ QWidget* Janela_Pergunta::Primeiro_Campo() {
 }
 
 void Janela_Pergunta::Transforma_Campos() {
-    const QString pergunta = txtPergunta->Text();
-    Transformar_Campos(this);
-    txtPergunta->Set_Text(pergunta);
+    Transformar_Campos(this, {txtPergunta});
 }
