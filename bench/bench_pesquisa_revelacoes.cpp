@@ -1,5 +1,6 @@
 // The text search of the revelations browser over 2,000 citation files, through its window, against
-// reading the table's numbers with raw SQLite and reading and searching the same files directly. The
+// reading the table's numbers with raw SQLite and reading and searching the same files directly, the
+// rows found put into a grid as the window puts them. The
 // program runs on the real platform (events let through at every row, cursors, clock).
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
@@ -141,8 +142,13 @@ void BM_Pesquisa_Texto_Revelações_SQLite_Puro(benchmark::State& estado) {
     for (char& c : procurado) c = static_cast<char>(Minúscula(static_cast<unsigned char>(c)));
     std::string texto, bruto;
     std::vector<std::pair<int, std::string>> achadas;
+    // The rows found go into a grid of the same kind as the window's, as the program shows them.
+    Grade_Flex grade;
+    grade.Set_Cols(2);
     for (auto _ : estado) {
         achadas.clear();
+        grade.Clear();
+        grade.Set_Rows(2);
         while (sqlite3_step(linhas) == SQLITE_ROW) {
             char nome[32];
             std::snprintf(nome, sizeof nome, "cit_%04d.txt", sqlite3_column_int(linhas, 1));
@@ -159,6 +165,10 @@ void BM_Pesquisa_Texto_Revelações_SQLite_Puro(benchmark::State& estado) {
             }
             achadas.emplace_back(sqlite3_column_int(linhas, 0),
                                  De_Cp1252(QByteArray::fromStdString(início)).toStdString());
+            const int linha = static_cast<int>(achadas.size());
+            if (linha == grade.Rows() - 1) grade.Set_Rows(grade.Rows() + 1);
+            grade.Set_TextMatrix(linha, 0, QString::fromStdString(achadas.back().second));
+            grade.Set_TextMatrix(linha, 1, QString::number(achadas.back().first));
         }
         sqlite3_reset(linhas);
         if (static_cast<int>(achadas.size()) != Achadas_Esperadas) {
