@@ -27,14 +27,13 @@ QByteArray Para_Cp1252(const QString& texto) {
 }
 
 QString De_Cp1252(const QByteArray& bytes) {
-    QString saída;
-    saída.reserve(bytes.size());
+    // One character for each byte, written in place: every citation searched passes here.
+    QString saída(bytes.size(), Qt::Uninitialized);
+    QChar* destino = saída.data();
     for (const char ch : bytes) {
         const auto b = static_cast<unsigned char>(ch);
-        if (b >= 0x80 && b <= 0x9F && Faixa_80_9F[b - 0x80] != 0)
-            saída.append(QChar(Faixa_80_9F[b - 0x80]));
-        else
-            saída.append(QChar(b));
+        const bool faixa = b >= 0x80 && b <= 0x9F && Faixa_80_9F[b - 0x80] != 0;
+        *destino++ = QChar(faixa ? Faixa_80_9F[b - 0x80] : char16_t(b));
     }
     return saída;
 }

@@ -60,9 +60,26 @@ QString Início_Citação(const QString& arquivo) {
 }
 
 bool Citação_Contém(const QString& arquivo, const QString& Procurado) {
-    QStringList linhas;
-    if (!Lê_Linhas_Citação(arquivo, linhas)) return false;
-    return linhas.join(' ').contains(Procurado, Qt::CaseInsensitive);
+    // The lines joined by blanks, as the search reads them: each line end (CR LF, CR or LF) becomes one
+    // blank, in one pass over the text, but the last one, which opens no further line.
+    QFile f(arquivo);
+    if (!f.open(QIODevice::ReadOnly)) return false;
+    QString texto = De_Cp1252(f.readAll());
+    if (texto.endsWith("\r\n"))
+        texto.chop(2);
+    else if (texto.endsWith('\n') || texto.endsWith('\r'))
+        texto.chop(1);
+    QChar* escrito = texto.data();
+    const QChar* lido = escrito;
+    const QChar* const fim = lido + texto.size();
+    qsizetype tamanho = 0;
+    for (; lido < fim; ++lido) {
+        const QChar c = *lido;  // read before the write, which may land on it
+        if (c == u'\r' && lido + 1 < fim && lido[1] == u'\n') ++lido;
+        escrito[tamanho++] = c == u'\r' || c == u'\n' ? QChar(u' ') : c;
+    }
+    texto.truncate(tamanho);
+    return texto.contains(Procurado, Qt::CaseInsensitive);
 }
 
 bool Painel_Revelações_Vazio() {

@@ -94,6 +94,27 @@ TEST(Palavra_Chave, AWholeKeywordBeginsTheListOrFollowsABlankAndEndsItOrStandsBe
     EXPECT_FALSE(Palavra_Chave_Confere("paz", ""));
 }
 
+// The text search reads a citation as its lines joined by single blanks, whatever the line ends, in the
+// program's code page, without regard to case; the last line end adds no blank.
+TEST_F(Revelacoes, TheTextSearchReadsLinesJoinedByBlanksWhateverTheLineEnds) {
+    const QString arquivo = Caminho_Citação(7);
+    auto grava = [&](const QByteArray& bytes) {
+        QFile f(arquivo);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(bytes);
+    };
+    grava("Bem-aventurados os\r\nmansos, porque\rherdar\xe3o\na terra\r\n\r\n");
+    EXPECT_TRUE(Citação_Contém(arquivo, "os mansos"));
+    EXPECT_TRUE(Citação_Contém(arquivo, "PORQUE HERDARÃO A"));
+    EXPECT_TRUE(Citação_Contém(arquivo, "terra "));  // the empty last line is a line of its own
+    EXPECT_FALSE(Citação_Contém(arquivo, "terra  "));
+    EXPECT_FALSE(Citação_Contém(arquivo, "os\nmansos"));
+    grava("\x93Paz\x94 a v\xf3s\n");
+    EXPECT_TRUE(Citação_Contém(arquivo, QString::fromUtf8("“paz” a vós")));
+    EXPECT_FALSE(Citação_Contém(arquivo, QString::fromUtf8("vós ")));
+    EXPECT_FALSE(Citação_Contém(Caminho_Citação(8), "paz"));  // no file
+}
+
 TEST_F(Revelacoes, AnOpenedCitationLeavesLaterSubjectSearchesButNotTextSearchesAndIsPaintedBlue) {
     Cita(2, "fé, confiança", "A fé move\r\nmontanhas.\r\n");
     Cita(3, "esperança, fé", "Esperai no Senhor.\r\n");
