@@ -25,7 +25,24 @@ QString Valor_Like_SQL(const QString& texto) {
 }
 
 QString Data_Para_Banco(const QDateTime& data) {
-    return data.toString("yyyy-MM-dd HH:mm:ss");
+    // Written by hand: every recorded turn and audit row writes dates, and the formatter's parsing of its
+    // pattern costs more than the date.
+    const QDate dia = data.date();
+    if (!data.isValid() || dia.year() < 0 || dia.year() > 9999) return data.toString("yyyy-MM-dd HH:mm:ss");
+    const QTime hora = data.time();
+    const int partes[6] = {dia.year(), dia.month(), dia.day(), hora.hour(), hora.minute(), hora.second()};
+    QString texto(19, Qt::Uninitialized);
+    QChar* c = texto.data();
+    auto dígitos = [&c](int valor, int quantos) {
+        for (int i = quantos - 1; i >= 0; --i, valor /= 10) c[i] = QChar(u'0' + valor % 10);
+        c += quantos;
+    };
+    dígitos(partes[0], 4);
+    for (int i = 1; i < 6; ++i) {
+        *c++ = QChar(i == 3 ? u' ' : i < 3 ? u'-' : u':');
+        dígitos(partes[i], 2);
+    }
+    return texto;
 }
 
 QDateTime Data_Do_Banco(const QString& texto) {

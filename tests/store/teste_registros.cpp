@@ -365,3 +365,16 @@ TEST(Like_Teste, BracketsMatchOneLetterOfTheirSetAndTypedSignsFindThemselves) {
     EXPECT_FALSE(like(literal("[x]"), "o x marca"));
     EXPECT_TRUE(like(literal("d'Oeste"), "rio d'Oeste"));
 }
+
+// The stored form of a date and time, written by hand: every field two digits but the year's four, and
+// read back to the same moment; an invalid one stays empty.
+TEST(Data_Banco_Teste, DatesGoToTheStoreAsFixedDigitsAndComeBackTheSame) {
+    const QDateTime primeiro(QDate(2019, 3, 4), QTime(5, 6, 7));
+    EXPECT_EQ(Data_Para_Banco(primeiro), "2019-03-04 05:06:07");
+    EXPECT_EQ(Data_Para_Banco(QDateTime(QDate(999, 12, 31), QTime(23, 59, 59))), "0999-12-31 23:59:59");
+    EXPECT_EQ(Data_Para_Banco(QDateTime(QDate(2030, 10, 20), QTime(0, 0))), "2030-10-20 00:00:00");
+    EXPECT_EQ(Data_Para_Banco(QDateTime()), "");
+    for (const QDateTime& d : {primeiro, QDateTime(QDate(1899, 12, 30), QTime(12, 0)),
+                               QDateTime(QDate(2026, 2, 28), QTime(18, 45, 30))})
+        EXPECT_EQ(Data_Do_Banco(Data_Para_Banco(d)), d);
+}
