@@ -11,6 +11,7 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QVector>
 #include <cstdlib>
@@ -21,6 +22,7 @@
 #include "game/frmJogo.h"
 #include "questions/frmPergunta.h"
 #include "search/frmLocaliza_Informação.h"
+#include "statistics/Estatísticas.h"
 #include "store/Funções_Banco.h"
 #include "store/Sessão_Servidor.h"
 #include "support/Instalação_Teste.h"
@@ -468,7 +470,8 @@ void BM_Próximo_Pelo_Programa(benchmark::State& estado, bool pelo_relé) {
 }
 
 // By hand: the next row in code order, carrying the last code, every column read, and what the register
-// shows of it put into the same widgets (a register window used only for its widgets).
+// shows of it put into the same widgets (a register window used only for its widgets), the question's
+// line of statistics included: its answers summed in the statistics' database, as the window shows them.
 void BM_Próximo_Libpq_Puro(benchmark::State& estado, bool pelo_relé) {
     Banco_Grande(pelo_relé);
     const int passos = pelo_relé ? Passos_Relé : Passos;
@@ -478,6 +481,10 @@ void BM_Próximo_Libpq_Puro(benchmark::State& estado, bool pelo_relé) {
     Prepara_Libpq(banco, "proxima",
                   "SELECT * FROM \"tblPergunta\" WHERE \"Código_Pergunta\" > $1 ORDER BY \"Código_Pergunta\" "
                   "NULLS FIRST, rowid LIMIT 1");
+    PGconn* estatísticas = Abre_Libpq(Estatísticas::Caminho_Banco_Estatísticas());
+    Prepara_Libpq(estatísticas, "resumo",
+                  "SELECT SUM(\"Respostas\"), SUM(\"Acertos\") FROM \"tblResumo_Mensal\" WHERE "
+                  "\"Código_Pergunta\" = $1");
     for (auto _ : estado) {
         idas.Repetição();
         QByteArray última = "1";
@@ -490,6 +497,15 @@ void BM_Próximo_Libpq_Puro(benchmark::State& estado, bool pelo_relé) {
                 const char* textos[5];
                 for (int c = 0; c < 5; ++c) textos[c] = PQgetvalue(r, 0, c == 0 ? 0 : c + 1);
                 Mostra_Pergunta_À_Mão(tela, std::atoi(PQgetvalue(r, 0, 1)), textos, PQgetvalue(r, 0, 6));
+                const char* código[] = {PQgetvalue(r, 0, 1)};
+                PGresult* resumo = PQexecPrepared(estatísticas, "resumo", 1, código, nullptr, nullptr, 0);
+                const int respostas = PQntuples(resumo) == 1 ? std::atoi(PQgetvalue(resumo, 0, 0)) : 0;
+                const int acertos = PQntuples(resumo) == 1 ? std::atoi(PQgetvalue(resumo, 0, 1)) : 0;
+                tela.lblEstatística->setText(respostas <= 0 ? QString("Ainda não respondida")
+                                                            : QString("Respondida %1 vezes, %2% de acertos")
+                                                                  .arg(respostas)
+                                                                  .arg(100 * acertos / respostas));
+                PQclear(resumo);
             }
             PQclear(r);
         }
@@ -500,6 +516,7 @@ void BM_Próximo_Libpq_Puro(benchmark::State& estado, bool pelo_relé) {
     }
     idas.Relata(estado, passos);
     PQfinish(banco);
+    PQfinish(estatísticas);
 }
 
 // ---------- the locate dialog's search over 100,000 questions ----------
