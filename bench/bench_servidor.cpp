@@ -559,6 +559,60 @@ void BM_Localiza_Libpq_Puro(benchmark::State& estado, bool pelo_relé) {
     PQfinish(banco);
 }
 
+// ---------- a lock: an edit begun and given up ----------
+
+constexpr int Edições = 200;
+constexpr int Edições_Relé = 50;
+
+// What an edit of the register does to the row: the lock, the row read again as committed, and, given up,
+// the lock's transaction ended.
+void BM_Trava_Pelo_Programa(benchmark::State& estado, bool pelo_relé) {
+    Instalação& instalação = Banco_Grande(pelo_relé);
+    const int edições = pelo_relé ? Edições_Relé : Edições;
+    Contador_Idas idas(pelo_relé);
+    Abre_Tabela("tblPergunta");
+    Tabela.MoveFirst();
+    for (auto _ : estado) {
+        idas.Repetição();
+        for (int i = 0; i < edições; ++i) {
+            Tabela.Edita();
+            Tabela.CancelUpdate();
+        }
+    }
+    idas.Relata(estado, edições);
+    if (Tabela.Fields("Código_Pergunta").Value().toInt() != 1) estado.SkipWithError("a linha mudou");
+    if (!instalação.Plataforma.Caixas.isEmpty())
+        estado.SkipWithError(instalação.Plataforma.Caixas.first().Texto.toUtf8().constData());
+    Tabela.Close();
+}
+
+// By hand: the lock with its transaction's BEGIN, the row read, the end of the transaction.
+void BM_Trava_Libpq_Puro(benchmark::State& estado, bool pelo_relé) {
+    Banco_Grande(pelo_relé);
+    const int edições = pelo_relé ? Edições_Relé : Edições;
+    Contador_Idas idas(pelo_relé);
+    PGconn* banco = Abre_Libpq(Caminho_Banco_Principal());
+    Prepara_Libpq(banco, "le", "SELECT * FROM \"tblPergunta\" WHERE rowid = $1");
+    bool ok = true;
+    for (auto _ : estado) {
+        idas.Repetição();
+        for (int i = 0; i < edições; ++i) {
+            ok = Executa_Libpq(banco,
+                               "BEGIN; SELECT 1 FROM \"tblPergunta\" WHERE rowid = 1 FOR UPDATE NOWAIT") &&
+                 ok;
+            const char* v[] = {"1"};
+            PGresult* r = PQexecPrepared(banco, "le", 1, v, nullptr, nullptr, 0);
+            ok = PQntuples(r) == 1 && ok;
+            for (int c = 0; c < PQnfields(r); ++c) benchmark::DoNotOptimize(PQgetvalue(r, 0, c));
+            PQclear(r);
+            ok = Executa_Libpq(banco, "COMMIT") && ok;
+        }
+    }
+    idas.Relata(estado, edições);
+    if (!ok) estado.SkipWithError("uma trava falhou");
+    PQfinish(banco);
+}
+
 // Every pair straight on the server first, then every pair through the relay.
 void Registra_Comparações() {
     using Medida = void (*)(benchmark::State&, bool);
@@ -572,6 +626,7 @@ void Registra_Comparações() {
         {"Gravação", BM_Gravação_Libpq_Puro, BM_Gravação_Pelo_Programa, 1, 1},
         {"Próximo", BM_Próximo_Libpq_Puro, BM_Próximo_Pelo_Programa, 5, 2},
         {"Localiza", BM_Localiza_Libpq_Puro, BM_Localiza_Pelo_Programa, 10, 5},
+        {"Trava", BM_Trava_Libpq_Puro, BM_Trava_Pelo_Programa, 5, 1},
     };
     for (const bool pelo_relé : {false, true})
         for (const Par& p : pares) {
