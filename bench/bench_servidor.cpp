@@ -613,7 +613,8 @@ void BM_Trava_Libpq_Puro(benchmark::State& estado, bool pelo_relé) {
     PQfinish(banco);
 }
 
-// Every pair straight on the server first, then every pair through the relay.
+// Each pair straight on the server, then through the relay. The pairs that make an installation of their
+// own come first: the one big bank, once made, stays the installation of the process to its end.
 void Registra_Comparações() {
     using Medida = void (*)(benchmark::State&, bool);
     struct Par {
@@ -621,25 +622,29 @@ void Registra_Comparações() {
         Medida Puro, Programa;
         int Repetições, Repetições_Relé;
     };
-    const Par pares[] = {
+    const Par próprias[] = {
         {"Rodada", BM_Rodada_Libpq_Puro, BM_Rodada_Pelo_Programa, 200, 50},
         {"Gravação", BM_Gravação_Libpq_Puro, BM_Gravação_Pelo_Programa, 1, 1},
+    };
+    const Par no_banco_grande[] = {
         {"Próximo", BM_Próximo_Libpq_Puro, BM_Próximo_Pelo_Programa, 5, 2},
         {"Localiza", BM_Localiza_Libpq_Puro, BM_Localiza_Pelo_Programa, 10, 5},
         {"Trava", BM_Trava_Libpq_Puro, BM_Trava_Pelo_Programa, 5, 1},
     };
+    const auto registra = [](const Par& p, bool pelo_relé) {
+        const std::string nome = std::string("BM_") + p.Nome + (pelo_relé ? "_Relé_2ms" : "");
+        const int vezes = pelo_relé ? p.Repetições_Relé : p.Repetições;
+        for (const auto& [marca, medida] : {std::pair{"_Libpq_Puro", p.Puro}, {"_Pelo_Programa", p.Programa}})
+            benchmark::RegisterBenchmark(
+                (nome + marca).c_str(),
+                [medida, pelo_relé](benchmark::State& estado) { medida(estado, pelo_relé); })
+                ->Unit(benchmark::kMillisecond)
+                ->Iterations(vezes);
+    };
     for (const bool pelo_relé : {false, true})
-        for (const Par& p : pares) {
-            const std::string nome = std::string("BM_") + p.Nome + (pelo_relé ? "_Relé_2ms" : "");
-            const int vezes = pelo_relé ? p.Repetições_Relé : p.Repetições;
-            for (const auto& [marca, medida] :
-                 {std::pair{"_Libpq_Puro", p.Puro}, {"_Pelo_Programa", p.Programa}})
-                benchmark::RegisterBenchmark(
-                    (nome + marca).c_str(),
-                    [medida, pelo_relé](benchmark::State& estado) { medida(estado, pelo_relé); })
-                    ->Unit(benchmark::kMillisecond)
-                    ->Iterations(vezes);
-        }
+        for (const Par& p : próprias) registra(p, pelo_relé);
+    for (const bool pelo_relé : {false, true})
+        for (const Par& p : no_banco_grande) registra(p, pelo_relé);
 }
 }  // namespace
 
