@@ -9,6 +9,7 @@
 #include <QString>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <random>
 
 #include "common/Globais.h"
@@ -39,10 +40,13 @@ class Plataforma_Sorteio_Real : public Plataforma_Roteirizada {
 
 // What the Localiza button of the question register does, with "Em qualquer posição..." and the word typed
 // in; each search must bring a full first page of `linhas_página` and find `achadas` questions in all.
+// `a_cada_vez`, when given, runs at the start of each measured search.
 inline void Localiza_No_Cadastro(benchmark::State& estado, const Plataforma_Roteirizada& plataforma,
-                                 const QString& palavra, int linhas_página, int achadas) {
+                                 const QString& palavra, int linhas_página, int achadas,
+                                 const std::function<void()>& a_cada_vez = {}) {
     frmPergunta cadastro;
     for (auto _ : estado) {
+        if (a_cada_vez) a_cada_vez();
         Abre_Tabela_Pesquisa("tblPergunta");
         frmLocaliza_Informação localiza(&cadastro);
         localiza.optOpção_Click(6);
@@ -61,13 +65,15 @@ inline void Localiza_No_Cadastro(benchmark::State& estado, const Plataforma_Rote
 
 // The register's "Próximo", `passos` times from the first question; each measured walk must end at the
 // question numbered after its steps.
+// `a_cada_vez`, when given, runs at the start of each measured walk.
 inline void Próximo_No_Cadastro(benchmark::State& estado, const Plataforma_Roteirizada& plataforma,
-                                int passos) {
+                                int passos, const std::function<void()>& a_cada_vez = {}) {
     frmPergunta cadastro;
     for (auto _ : estado) {
         estado.PauseTiming();
         Tabela.MoveFirst();
         cadastro.Exibir_Campos();
+        if (a_cada_vez) a_cada_vez();
         estado.ResumeTiming();
         for (int i = 0; i < passos; ++i) cadastro.cmdMovimenta_Registro_Click(2);
         if (Tabela.Fields("Código_Pergunta").Value().toInt() != passos + 1) {

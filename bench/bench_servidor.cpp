@@ -3,19 +3,26 @@
 // through Grava, with the audit on; the register's "Próximo" 1,000 times from the first question; the locate
 // dialog's search for a word anywhere in 100,000 questions. Each against raw libpq
 // doing the same work on the same server in the same run.
+// Each pair runs twice: straight on the server's socket, and through a loopback relay that holds every
+// packet 2 ms each way (a Wi-Fi link between two rooms); the relayed runs print the round trips that one
+// operation costs (the counter "idas_e_voltas", taken over the last measured repetition).
 #include <benchmark/benchmark.h>
 #include <libpq-fe.h>
 
 #include <QDateTime>
+#include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QVector>
 #include <cstdlib>
+#include <memory>
 
 #include "common/Globais.h"
 #include "game/Regras_Jogo.h"
 #include "game/frmJogo.h"
 #include "questions/frmPergunta.h"
 #include "search/frmLocaliza_Informação.h"
+#include "statistics/Estatísticas.h"
 #include "store/Funções_Banco.h"
 #include "store/Sessão_Servidor.h"
 #include "support/Instalação_Teste.h"
@@ -23,6 +30,7 @@
 #include "support/Plataforma_Roteirizada.h"
 #include "Medidas_Programa.h"
 #include "Relator_Razão.h"
+#include "Relé_Atraso.h"
 
 namespace {
 constexpr int Inclusões = 10000;
@@ -32,6 +40,60 @@ constexpr int Achadas = Perguntas / Intervalo_Palavra;
 constexpr int Linhas_Página = 14;
 constexpr int Passos = 1000;
 const char* const Palavra = "girassol";
+// Through the relay every round trip costs 4 ms or more: fewer repetitions give the same figures.
+constexpr int Inclusões_Relé = 500;
+constexpr int Passos_Relé = 200;
+
+// ---------- the slow link ----------
+
+// The relay of this run, made at the first relayed benchmark, for the throwaway cluster's socket.
+std::unique_ptr<Relé_Atraso> Relé;
+// The installation's server as the benchmark found it, before any repointing.
+QString Conexão_Direta;
+
+QString Valor_Da_Opção(const QString& conexão, const QString& chave) {
+    for (const QString& parte : conexão.split(' ', Qt::SkipEmptyParts))
+        if (parte.startsWith(chave + "=")) return parte.mid(chave.size() + 1);
+    return QString();
+}
+
+// Points the installation (its Dados/Servidor.txt) straight at the server or at the relay; every
+// connection opened from then on, the program's and the raw side's, goes that way.
+void Aponta_Servidor(bool pelo_relé) {
+    const QString arquivo = Caminho_Dados() + "/" + Arquivo_Servidor;
+    QFile texto(arquivo);
+    if (texto.open(QIODevice::ReadOnly)) {
+        const QString atual = QString::fromUtf8(texto.readAll()).trimmed();
+        // The relay's string holds 127.0.0.1; the installation's own names the cluster's socket folder.
+        if (!atual.contains("host=127.0.0.1")) Conexão_Direta = atual;
+        texto.close();
+    }
+    if (pelo_relé && !Relé)
+        Relé = std::make_unique<Relé_Atraso>(
+            Valor_Da_Opção(Conexão_Direta, "host") + "/.s.PGSQL." + Valor_Da_Opção(Conexão_Direta, "port"),
+            std::chrono::milliseconds(2));
+    const QString nova = pelo_relé ? Relé->Conexão_Pelo_Relé(Conexão_Direta) : Conexão_Direta;
+    if (texto.open(QIODevice::WriteOnly | QIODevice::Truncate)) texto.write(nova.toUtf8() + "\n");
+}
+
+// Counts the round trips of each repetition of a benchmark run through the relay; at the end, those of
+// the last repetition divided by the operations it made.
+class Contador_Idas {
+  public:
+    explicit Contador_Idas(bool pelo_relé) : Ativo(pelo_relé && Relé) {}
+    void Repetição() {
+        if (Ativo) Início = Relé->Idas_E_Voltas();
+    }
+    void Relata(benchmark::State& estado, int operações_por_repetição) const {
+        if (Ativo)
+            estado.counters["idas_e_voltas"] =
+                static_cast<double>(Relé->Idas_E_Voltas() - Início) / operações_por_repetição;
+    }
+
+  private:
+    bool Ativo;
+    long Início = 0;
+};
 
 // A raw connection to one database of the installation, on its schema.
 PGconn* Abre_Libpq(const QString& caminho_banco) {
@@ -83,7 +145,7 @@ QString Texto_Pergunta(int i) {
 struct Instalação {
     Pasta_Teste Pasta;
     Plataforma_Roteirizada Plataforma;
-    explicit Instalação(int perguntas = 0) {
+    explicit Instalação(bool pelo_relé, int perguntas = 0) {
         Instala_Programa();
         Reinicia_Estado_Global();
         if (perguntas > 0) {
@@ -109,13 +171,21 @@ struct Instalação {
             Executa_Libpq(c, "ANALYZE");
             PQfinish(c);
         }
+        Abre(pelo_relé);
+    }
+    // The program's connections, straight to the server or through the relay.
+    void Abre(bool pelo_relé) {
+        Reinicia_Estado_Global();
+        Aponta_Servidor(pelo_relé);
         for (Ligação* c :
              {&Conexão, &Conexão_Secundária, &Conexão_Terciária, &Conexão_Quaternária, &Conexão_Temporária})
             c->Open(Conexão_Principal());
         Conexão_Manutenção.Open(Conexão_Auditoria());
         Abre_Tabela_Manutenção("tblManutenção_Banco_de_Dados");
         Plataforma.Caixas.clear();
+        Relé_Agora = pelo_relé;
     }
+    bool Relé_Agora = false;
 };
 
 // ---------- one game turn ----------
@@ -127,7 +197,7 @@ const QDateTime Início_Do_Jogo(QDate(2026, 11, 23), QTime(14, 30, 0));
 struct Instalação_Jogo {
     Pasta_Teste Pasta;
     Plataforma_Sorteio_Real Plataforma;
-    Instalação_Jogo() {
+    explicit Instalação_Jogo(bool pelo_relé) {
         Instala_Programa();
         Reinicia_Estado_Global();
         Plataforma.Relógio = Início_Do_Jogo;
@@ -159,6 +229,7 @@ struct Instalação_Jogo {
         Executa_Libpq(c, "COMMIT");
         Executa_Libpq(c, "ANALYZE");
         PQfinish(c);
+        Aponta_Servidor(pelo_relé);
         for (Ligação* l :
              {&Conexão, &Conexão_Secundária, &Conexão_Terciária, &Conexão_Quaternária, &Conexão_Temporária})
             l->Open(Conexão_Principal());
@@ -169,12 +240,14 @@ struct Instalação_Jogo {
     void Passa_Rodada() { Plataforma.Relógio = Plataforma.Relógio.addSecs(40); }
 };
 
-void BM_Rodada_Pelo_Programa(benchmark::State& estado) {
-    Instalação_Jogo instalação;
+void BM_Rodada_Pelo_Programa(benchmark::State& estado, bool pelo_relé) {
+    Instalação_Jogo instalação(pelo_relé);
+    Contador_Idas idas(pelo_relé);
     {
         frmJogo janela;
         Registra_Jogador(janela.Jogo, 1, "Ana");
         for (auto _ : estado) {
+            idas.Repetição();
             instalação.Passa_Rodada();
             Inicia_Transação();
             const Resultado_Rodada r =
@@ -187,6 +260,7 @@ void BM_Rodada_Pelo_Programa(benchmark::State& estado) {
             janela.Jogo.Vez_Em_Andamento = false;
         }
     }
+    idas.Relata(estado, 1);
     if (!instalação.Plataforma.Caixas.isEmpty())
         estado.SkipWithError(instalação.Plataforma.Caixas.first().Texto.toUtf8().constData());
     Reinicia_Estado_Global();
@@ -195,8 +269,9 @@ void BM_Rodada_Pelo_Programa(benchmark::State& estado) {
 // The same turn by hand with the program's draws: count the bank, seed from the clock, and for each code
 // drawn read its row, trim the history when over its limit, look the code up in the history; the first
 // code not shown goes into the history. Each write adds its audit row; the writes share one transaction.
-void BM_Rodada_Libpq_Puro(benchmark::State& estado) {
-    Instalação_Jogo instalação;
+void BM_Rodada_Libpq_Puro(benchmark::State& estado, bool pelo_relé) {
+    Instalação_Jogo instalação(pelo_relé);
+    Contador_Idas idas(pelo_relé);
     Reinicia_Estado_Global();
     PGconn* banco = Abre_Libpq(Caminho_Banco_Principal());
     PGconn* auditoria = Abre_Libpq(Caminho_Banco_Manutenção());
@@ -223,6 +298,7 @@ void BM_Rodada_Libpq_Puro(benchmark::State& estado) {
     };
     bool ok = true;
     for (auto _ : estado) {
+        idas.Repetição();
         instalação.Passa_Rodada();
         const QDateTime agora = instalação.Plataforma.Relógio;
         const QByteArray dia = QDateTime(agora.date(), QTime(0, 0)).toString("yyyy-MM-dd HH:mm:ss").toUtf8();
@@ -282,21 +358,25 @@ void BM_Rodada_Libpq_Puro(benchmark::State& estado) {
             break;
         }
     }
+    idas.Relata(estado, 1);
     PQfinish(banco);
     PQfinish(auditoria);
 }
 
 // ---------- 10,000 writes, each in its own transaction, with the audit ----------
 
-void BM_Gravação_Pelo_Programa(benchmark::State& estado) {
-    Instalação instalação;
+void BM_Gravação_Pelo_Programa(benchmark::State& estado, bool pelo_relé) {
+    Instalação instalação(pelo_relé);
+    Contador_Idas idas(pelo_relé);
+    const int inclusões = pelo_relé ? Inclusões_Relé : Inclusões;
     const int auditoria_antes = Conta_Libpq(Caminho_Banco_Manutenção(), "tblManutenção_Banco_de_Dados");
     Abre_Tabela("tblPergunta");
     Monitora_Log = true;
     Operação = "Inclusão";
     int próxima = 0;
     for (auto _ : estado) {
-        for (int i = 0; i < Inclusões; ++i) {
+        idas.Repetição();
+        for (int i = 0; i < inclusões; ++i) {
             const QString texto = Texto_Pergunta(++próxima);
             Inicia_Transação();
             Tabela.AddNew();
@@ -313,8 +393,9 @@ void BM_Gravação_Pelo_Programa(benchmark::State& estado) {
             Finaliza_Transação();
         }
     }
+    idas.Relata(estado, inclusões);
     Reinicia_Estado_Global();
-    const int esperadas = static_cast<int>(estado.iterations()) * Inclusões;
+    const int esperadas = static_cast<int>(estado.iterations()) * inclusões;
     if (Conta_Libpq(Caminho_Banco_Principal(), "tblPergunta") != esperadas ||
         Conta_Libpq(Caminho_Banco_Manutenção(), "tblManutenção_Banco_de_Dados") - auditoria_antes !=
             esperadas)
@@ -324,8 +405,10 @@ void BM_Gravação_Pelo_Programa(benchmark::State& estado) {
 }
 
 // By hand: BEGIN, the question, the audit row on the audit connection outside the transaction, COMMIT.
-void BM_Gravação_Libpq_Puro(benchmark::State& estado) {
-    Instalação instalação;
+void BM_Gravação_Libpq_Puro(benchmark::State& estado, bool pelo_relé) {
+    Instalação instalação(pelo_relé);
+    Contador_Idas idas(pelo_relé);
+    const int inclusões = pelo_relé ? Inclusões_Relé : Inclusões;
     Reinicia_Estado_Global();
     PGconn* banco = Abre_Libpq(Caminho_Banco_Principal());
     PGconn* auditoria = Abre_Libpq(Caminho_Banco_Manutenção());
@@ -343,7 +426,8 @@ void BM_Gravação_Libpq_Puro(benchmark::State& estado) {
     const QByteArray hora = instalação.Plataforma.Relógio.toString("HH:mm:ss").toUtf8();
     int próxima = 0;
     for (auto _ : estado) {
-        for (int i = 0; i < Inclusões; ++i) {
+        idas.Repetição();
+        for (int i = 0; i < inclusões; ++i) {
             const QString texto = Texto_Pergunta(++próxima);
             const QByteArray pergunta = texto.toUtf8();
             const QByteArray manutenção = ("Incluindo Pergunta onde Pergunta = " + texto).left(100).toUtf8();
@@ -363,33 +447,48 @@ void BM_Gravação_Libpq_Puro(benchmark::State& estado) {
             }
         }
     }
+    idas.Relata(estado, inclusões);
     PQfinish(banco);
     PQfinish(auditoria);
 }
 
 // ---------- the register's "Próximo", 1,000 times ----------
 
-Instalação& Banco_Grande() {
-    static Instalação instalação(Perguntas);
+// One bank for the walks and the searches, made once, pointed straight at the server or through the relay.
+Instalação& Banco_Grande(bool pelo_relé) {
+    static Instalação instalação(pelo_relé, Perguntas);
+    if (instalação.Relé_Agora != pelo_relé) instalação.Abre(pelo_relé);
     return instalação;
 }
 
-void BM_Próximo_Pelo_Programa(benchmark::State& estado) {
-    Próximo_No_Cadastro(estado, Banco_Grande().Plataforma, Passos);
+void BM_Próximo_Pelo_Programa(benchmark::State& estado, bool pelo_relé) {
+    Instalação& instalação = Banco_Grande(pelo_relé);
+    const int passos = pelo_relé ? Passos_Relé : Passos;
+    Contador_Idas idas(pelo_relé);
+    Próximo_No_Cadastro(estado, instalação.Plataforma, passos, [&] { idas.Repetição(); });
+    idas.Relata(estado, passos);
 }
 
 // By hand: the next row in code order, carrying the last code, every column read, and what the register
-// shows of it put into the same widgets (a register window used only for its widgets).
-void BM_Próximo_Libpq_Puro(benchmark::State& estado) {
-    Banco_Grande();
+// shows of it put into the same widgets (a register window used only for its widgets), the question's
+// line of statistics included: its answers summed in the statistics' database, as the window shows them.
+void BM_Próximo_Libpq_Puro(benchmark::State& estado, bool pelo_relé) {
+    Banco_Grande(pelo_relé);
+    const int passos = pelo_relé ? Passos_Relé : Passos;
+    Contador_Idas idas(pelo_relé);
     frmPergunta tela;
     PGconn* banco = Abre_Libpq(Caminho_Banco_Principal());
     Prepara_Libpq(banco, "proxima",
                   "SELECT * FROM \"tblPergunta\" WHERE \"Código_Pergunta\" > $1 ORDER BY \"Código_Pergunta\" "
                   "NULLS FIRST, rowid LIMIT 1");
+    PGconn* estatísticas = Abre_Libpq(Estatísticas::Caminho_Banco_Estatísticas());
+    Prepara_Libpq(estatísticas, "resumo",
+                  "SELECT SUM(\"Respostas\"), SUM(\"Acertos\") FROM \"tblResumo_Mensal\" WHERE "
+                  "\"Código_Pergunta\" = $1");
     for (auto _ : estado) {
+        idas.Repetição();
         QByteArray última = "1";
-        for (int i = 0; i < Passos; ++i) {
+        for (int i = 0; i < passos; ++i) {
             const char* v[] = {última.constData()};
             PGresult* r = PQexecPrepared(banco, "proxima", 1, v, nullptr, nullptr, 0);
             if (PQntuples(r) == 1) {
@@ -398,34 +497,60 @@ void BM_Próximo_Libpq_Puro(benchmark::State& estado) {
                 const char* textos[5];
                 for (int c = 0; c < 5; ++c) textos[c] = PQgetvalue(r, 0, c == 0 ? 0 : c + 1);
                 Mostra_Pergunta_À_Mão(tela, std::atoi(PQgetvalue(r, 0, 1)), textos, PQgetvalue(r, 0, 6));
+                const char* código[] = {PQgetvalue(r, 0, 1)};
+                PGresult* resumo = PQexecPrepared(estatísticas, "resumo", 1, código, nullptr, nullptr, 0);
+                const int respostas = PQntuples(resumo) == 1 ? std::atoi(PQgetvalue(resumo, 0, 0)) : 0;
+                const int acertos = PQntuples(resumo) == 1 ? std::atoi(PQgetvalue(resumo, 0, 1)) : 0;
+                tela.lblEstatística->setText(respostas <= 0 ? QString("Ainda não respondida")
+                                                            : QString("Respondida %1 vezes, %2% de acertos")
+                                                                  .arg(respostas)
+                                                                  .arg(100 * acertos / respostas));
+                PQclear(resumo);
             }
             PQclear(r);
         }
-        if (última.toInt() != Passos + 1) {
+        if (última.toInt() != passos + 1) {
             estado.SkipWithError("a caminhada não chegou à linha esperada");
             break;
         }
     }
+    idas.Relata(estado, passos);
     PQfinish(banco);
+    PQfinish(estatísticas);
 }
 
 // ---------- the locate dialog's search over 100,000 questions ----------
 
-void BM_Localiza_Pelo_Programa(benchmark::State& estado) {
-    Instalação& instalação = Banco_Grande();
-    Localiza_No_Cadastro(estado, instalação.Plataforma, Palavra, Linhas_Página, Achadas);
+void BM_Localiza_Pelo_Programa(benchmark::State& estado, bool pelo_relé) {
+    Instalação& instalação = Banco_Grande(pelo_relé);
+    Contador_Idas idas(pelo_relé);
+    // One search before the measure, as the raw side prepares its statements before its own: the process's
+    // first dialog and the statements' first preparing are not the time of a search.
+    {
+        frmPergunta cadastro;
+        Abre_Tabela_Pesquisa("tblPergunta");
+        frmLocaliza_Informação localiza(&cadastro);
+        localiza.optOpção_Click(6);
+        localiza.txtConteúdo->setText(Palavra);
+        localiza.cmdOk_Click();
+    }
+    Localiza_No_Cadastro(estado, instalação.Plataforma, Palavra, Linhas_Página, Achadas,
+                         [&] { idas.Repetição(); });
+    idas.Relata(estado, 1);
     Encerra_Resultado_Localizado();
 }
 
 // By hand: every hit's row id, then the first page's rows by row id.
-void BM_Localiza_Libpq_Puro(benchmark::State& estado) {
-    Banco_Grande();
+void BM_Localiza_Libpq_Puro(benchmark::State& estado, bool pelo_relé) {
+    Banco_Grande(pelo_relé);
+    Contador_Idas idas(pelo_relé);
     PGconn* banco = Abre_Libpq(Caminho_Banco_Principal());
     Prepara_Libpq(banco, "busca",
                   "SELECT rowid FROM \"tblPergunta\" WHERE lower(\"Pergunta\"::text COLLATE \"und-x-icu\") "
                   "LIKE '%girassol%' ORDER BY rowid");
     Prepara_Libpq(banco, "le", "SELECT * FROM \"tblPergunta\" WHERE rowid = $1");
     for (auto _ : estado) {
+        idas.Repetição();
         PGresult* busca = PQexecPrepared(banco, "busca", 0, nullptr, nullptr, nullptr, 0);
         const int achadas = PQntuples(busca);
         for (int i = 0; i < Linhas_Página && i < achadas; ++i) {
@@ -440,21 +565,102 @@ void BM_Localiza_Libpq_Puro(benchmark::State& estado) {
             break;
         }
     }
+    idas.Relata(estado, 1);
     PQfinish(banco);
 }
-}  // namespace
 
-BENCHMARK(BM_Rodada_Libpq_Puro)->Unit(benchmark::kMillisecond)->Iterations(200);
-BENCHMARK(BM_Rodada_Pelo_Programa)->Unit(benchmark::kMillisecond)->Iterations(200);
-BENCHMARK(BM_Gravação_Libpq_Puro)->Unit(benchmark::kMillisecond)->Iterations(1);
-BENCHMARK(BM_Gravação_Pelo_Programa)->Unit(benchmark::kMillisecond)->Iterations(1);
-BENCHMARK(BM_Próximo_Libpq_Puro)->Unit(benchmark::kMillisecond)->Iterations(5);
-BENCHMARK(BM_Próximo_Pelo_Programa)->Unit(benchmark::kMillisecond)->Iterations(5);
-BENCHMARK(BM_Localiza_Libpq_Puro)->Unit(benchmark::kMillisecond)->Iterations(10);
-BENCHMARK(BM_Localiza_Pelo_Programa)->Unit(benchmark::kMillisecond)->Iterations(10);
+// ---------- a lock: an edit begun and given up ----------
+
+constexpr int Edições = 200;
+constexpr int Edições_Relé = 50;
+
+// What an edit of the register does to the row: the lock, the row read again as committed, and, given up,
+// the lock's transaction ended.
+void BM_Trava_Pelo_Programa(benchmark::State& estado, bool pelo_relé) {
+    Instalação& instalação = Banco_Grande(pelo_relé);
+    const int edições = pelo_relé ? Edições_Relé : Edições;
+    Contador_Idas idas(pelo_relé);
+    Abre_Tabela("tblPergunta");
+    Tabela.MoveFirst();
+    for (auto _ : estado) {
+        idas.Repetição();
+        for (int i = 0; i < edições; ++i) {
+            Tabela.Edita();
+            Tabela.CancelUpdate();
+        }
+    }
+    idas.Relata(estado, edições);
+    if (Tabela.Fields("Código_Pergunta").Value().toInt() != 1) estado.SkipWithError("a linha mudou");
+    if (!instalação.Plataforma.Caixas.isEmpty())
+        estado.SkipWithError(instalação.Plataforma.Caixas.first().Texto.toUtf8().constData());
+    Tabela.Close();
+}
+
+// By hand: the lock with its transaction's BEGIN, the row read, the end of the transaction.
+void BM_Trava_Libpq_Puro(benchmark::State& estado, bool pelo_relé) {
+    Banco_Grande(pelo_relé);
+    const int edições = pelo_relé ? Edições_Relé : Edições;
+    Contador_Idas idas(pelo_relé);
+    PGconn* banco = Abre_Libpq(Caminho_Banco_Principal());
+    Prepara_Libpq(banco, "le", "SELECT * FROM \"tblPergunta\" WHERE rowid = $1");
+    bool ok = true;
+    for (auto _ : estado) {
+        idas.Repetição();
+        for (int i = 0; i < edições; ++i) {
+            ok = Executa_Libpq(banco,
+                               "BEGIN; SELECT 1 FROM \"tblPergunta\" WHERE rowid = 1 FOR UPDATE NOWAIT") &&
+                 ok;
+            const char* v[] = {"1"};
+            PGresult* r = PQexecPrepared(banco, "le", 1, v, nullptr, nullptr, 0);
+            ok = PQntuples(r) == 1 && ok;
+            for (int c = 0; c < PQnfields(r); ++c) benchmark::DoNotOptimize(PQgetvalue(r, 0, c));
+            PQclear(r);
+            ok = Executa_Libpq(banco, "COMMIT") && ok;
+        }
+    }
+    idas.Relata(estado, edições);
+    if (!ok) estado.SkipWithError("uma trava falhou");
+    PQfinish(banco);
+}
+
+// Each pair straight on the server, then through the relay. The pairs that make an installation of their
+// own come first: the one big bank, once made, stays the installation of the process to its end.
+void Registra_Comparações() {
+    using Medida = void (*)(benchmark::State&, bool);
+    struct Par {
+        const char* Nome;
+        Medida Puro, Programa;
+        int Repetições, Repetições_Relé;
+    };
+    const Par próprias[] = {
+        {"Rodada", BM_Rodada_Libpq_Puro, BM_Rodada_Pelo_Programa, 200, 50},
+        {"Gravação", BM_Gravação_Libpq_Puro, BM_Gravação_Pelo_Programa, 1, 1},
+    };
+    const Par no_banco_grande[] = {
+        {"Próximo", BM_Próximo_Libpq_Puro, BM_Próximo_Pelo_Programa, 5, 2},
+        {"Localiza", BM_Localiza_Libpq_Puro, BM_Localiza_Pelo_Programa, 10, 5},
+        {"Trava", BM_Trava_Libpq_Puro, BM_Trava_Pelo_Programa, 5, 1},
+    };
+    const auto registra = [](const Par& p, bool pelo_relé) {
+        const std::string nome = std::string("BM_") + p.Nome + (pelo_relé ? "_Relé_2ms" : "");
+        const int vezes = pelo_relé ? p.Repetições_Relé : p.Repetições;
+        for (const auto& [marca, medida] : {std::pair{"_Libpq_Puro", p.Puro}, {"_Pelo_Programa", p.Programa}})
+            benchmark::RegisterBenchmark(
+                (nome + marca).c_str(),
+                [medida, pelo_relé](benchmark::State& estado) { medida(estado, pelo_relé); })
+                ->Unit(benchmark::kMillisecond)
+                ->Iterations(vezes);
+    };
+    for (const bool pelo_relé : {false, true})
+        for (const Par& p : próprias) registra(p, pelo_relé);
+    for (const bool pelo_relé : {false, true})
+        for (const Par& p : no_banco_grande) registra(p, pelo_relé);
+}
+}  // namespace
 
 int main(int argc, char** argv) {
     // Every installation of this run names a database of the throwaway cluster.
     qputenv("QUIZORA_TESTE_SERVIDOR", "1");
+    Registra_Comparações();
     return Roda_Comparação(argc, argv);
 }

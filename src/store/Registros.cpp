@@ -1031,12 +1031,24 @@ void Registros::Update(std::source_location onde) {
             atribuições += (atribuições.isEmpty() ? "" : ", ") + Citação(Estrutura->Campos[p].Nome) + " = ?";
         sql = "UPDATE " + Citação(Estrutura->Nome) + " SET " + atribuições + " WHERE rowid = ?";
     }
+    // On a server the new row comes back with the insert, its place in the order and its fields: the
+    // slot needs no reads of it afterwards, each a round trip over the network.
+    const bool devolve = Modo == Modo_Edição::Inclusão && Sessão_->Servidor() && !Campos_Da_Tabela.isEmpty();
+    if (devolve) sql += " RETURNING rowid" + Colunas_Chave + ", " + Campos_Da_Tabela;
     Comando_Banco* comando = Sessão_->Prepara(sql, falha);
     if (comando == nullptr) return Falha(falha.Número, falha.Descrição, onde);
     int n = 1;
     for (int p : posições) Liga_Valor(comando, n++, Pendentes.value(p));
     if (Modo == Modo_Edição::Alteração) comando->Liga_Inteiro(n, Id_Atual());
-    const int r = comando->Passo();
+    int r = comando->Passo();
+    Entrada devolvida{0, {}, false};
+    QVector<QVariant> campos_devolvidos;
+    if (devolve && r == Linha_Pronta) {
+        devolvida.Id = comando->Inteiro(0);
+        for (int i = 0; i < Ordem.size(); ++i) devolvida.Chave << Valor_Chave(comando, i + 1);
+        campos_devolvidos = Campos_Lidos(*Estrutura, comando, 1 + static_cast<int>(Ordem.size()));
+        r = Fim_Comando;
+    }
     comando->Reinicia();
     if (r != Fim_Comando) {
         Sessão_->Falha_Da_Última(falha, r);
@@ -1048,7 +1060,10 @@ void Registros::Update(std::source_location onde) {
         // The new row becomes current, in its place in the order; the keyset grows to hold it.
         Entrada nova{Sessão_->Último_Id(), {}, false};
         Limite_Id = std::max(Limite_Id, nova.Id);
-        Entrada_Da_Linha(nova.Id, false, nova, onde);
+        if (!campos_devolvidos.isEmpty())
+            nova = devolvida;
+        else
+            Entrada_Da_Linha(nova.Id, false, nova, onde);
         Janela = {nova};
         Atual = 0;
         Onde = Lugar::Na_Linha;
@@ -1061,7 +1076,12 @@ void Registros::Update(std::source_location onde) {
     Pendentes.clear();
     Trava_Sem_Transação = false;
     if (soltar) Sessão_->Libera_Trava(Estrutura->Nome, Id_Atual());
-    Linha_Lida = Lê_Linha(Id_Atual());
+    if (!campos_devolvidos.isEmpty()) {
+        Linha = std::move(campos_devolvidos);
+        Linha_Lida = true;
+    } else {
+        Linha_Lida = Lê_Linha(Id_Atual());
+    }
 }
 
 void Registros::Delete(std::source_location onde) {

@@ -8,6 +8,7 @@
 #include <QVector>
 #include <libpq-fe.h>
 #include <optional>
+#include <vector>
 
 #include "common/Globais.h"
 #include "failure/Conexão_Perdida.h"
@@ -161,6 +162,66 @@ bool Executa_Simples(PGconn* c, const QString& sql, Falha_Servidor* falha = null
     if (!ok && falha != nullptr) *falha = Falha_Do_Resultado(c, r);
     PQclear(r);
     return ok;
+}
+
+// One statement of an exchange: a text without values, a prepared statement run, prepared, or described.
+struct Pedido {
+    enum Tipo { Texto, Executa, Prepara, Descreve } Tipo;
+    const char* Nome_Ou_Texto;
+    const char* Texto_Preparo = nullptr;  // Prepara: the statement
+    int Quantos = 0;                      // Executa: the values
+    const char* const* Valores = nullptr;
+};
+
+// Sends statements in one exchange with the server (a pipeline): each goes without waiting for the answer
+// to the one before, and one wait takes all the answers. One result per statement, in order (the caller
+// clears them): its own, PGRES_PIPELINE_ABORTED for those the server skipped after a refusal, or null
+// when nothing came back (the connection was lost).
+std::vector<PGresult*> Numa_Ida(PGconn* c, std::initializer_list<Pedido> pedidos) {
+    std::vector<PGresult*> respostas(pedidos.size(), nullptr);
+    if (PQenterPipelineMode(c) != 1) return respostas;
+    std::size_t enviados = 0;
+    for (const Pedido& p : pedidos) {
+        int ok = 0;
+        switch (p.Tipo) {
+            case Pedido::Texto:
+                ok = PQsendQueryParams(c, p.Nome_Ou_Texto, 0, nullptr, nullptr, nullptr, nullptr, 0);
+                break;
+            case Pedido::Executa:
+                ok = PQsendQueryPrepared(c, p.Nome_Ou_Texto, p.Quantos, p.Valores, nullptr, nullptr, 0);
+                break;
+            case Pedido::Prepara:
+                ok = PQsendPrepare(c, p.Nome_Ou_Texto, p.Texto_Preparo, 0, nullptr);
+                break;
+            case Pedido::Descreve:
+                ok = PQsendDescribePrepared(c, p.Nome_Ou_Texto);
+                break;
+        }
+        if (ok != 1) break;
+        ++enviados;
+    }
+    if (PQpipelineSync(c) == 1) {
+        for (std::size_t i = 0; i < enviados; ++i)
+            while (PGresult* r = PQgetResult(c)) {
+                if (respostas[i] == nullptr && PQresultStatus(r) != PGRES_PIPELINE_SYNC)
+                    respostas[i] = r;
+                else
+                    PQclear(r);
+            }
+    }
+    // The rest of the answers, up to the end of the exchange; on a connection gone, nothing more comes.
+    for (int vazios = 0; PQexitPipelineMode(c) != 1 && vazios < 3;) {
+        if (PGresult* r = PQgetResult(c))
+            PQclear(r);
+        else
+            ++vazios;
+    }
+    return respostas;
+}
+
+bool Deu_Certo(const PGresult* r) {
+    const ExecStatusType estado = PQresultStatus(r);
+    return estado == PGRES_COMMAND_OK || estado == PGRES_TUPLES_OK;
 }
 
 bool É_Escrita(const QString& sql) {
@@ -440,13 +501,14 @@ class Sessão_Servidor;
 class Comando_Servidor final : public Comando_Banco {
   public:
     Comando_Servidor(Sessão_Servidor* sessão, QByteArray nome, QByteArray texto, int valores, bool escrita,
-                     bool inclusão, int geração)
+                     bool inclusão, bool devolve, int geração)
         : S(sessão),
           Nome(std::move(nome)),
           Texto_SQL(std::move(texto)),
           Valores(valores),
           Escrita(escrita),
           Inclusão(inclusão),
+          Devolve(devolve),
           Geração_Preparo(geração) {}
     ~Comando_Servidor() override {
         Reinicia();
@@ -514,6 +576,7 @@ class Comando_Servidor final : public Comando_Banco {
     int Valores;
     bool Escrita;
     bool Inclusão;
+    bool Devolve;  // an insert whose result is the row it made, row id first
     int Geração_Preparo;
     QVector<std::optional<QByteArray>> Ligados;
     PGresult* R = nullptr;
@@ -539,7 +602,7 @@ class Sessão_Servidor final : public Sessão {
 
     bool Prepara_Escrita(Falha_Banco& falha) override {
         if (Transação_Perdida) return Recusa_Pela_Perda(falha);
-        if (!Transação_Lógica || Transação_SQL) return true;
+        if (!Transação_Lógica || Transação_SQL || Começo_Pendente) return true;
         return Começa_Transação(falha);
     }
     bool Confirma(Falha_Banco& falha) override {
@@ -633,6 +696,8 @@ class Sessão_Servidor final : public Sessão {
         Transação_SQL = false;
         Transação_Da_Trava = false;
         Algo_Na_Transação = false;
+        // A BEGIN still owed stays owed for the program's transaction, and goes over the new connection.
+        if (!Transação_Lógica) Começo_Pendente = false;
         Travas.clear();
         Nomes.clear();
         Sessão::Esquece_Estruturas();
@@ -661,7 +726,9 @@ class Sessão_Servidor final : public Sessão {
         QString texto = Traduz_Para_Servidor(sql, Nomes, valores);
         const bool escrita = É_Escrita(sql);
         const bool inclusão = sql.trimmed().startsWith("insert", Qt::CaseInsensitive);
-        if (inclusão) texto += " RETURNING rowid";
+        // An insert that asks for its row back (the slots' own) keeps it as its result.
+        const bool devolve = inclusão && sql.contains(" RETURNING rowid");
+        if (inclusão && !devolve) texto += " RETURNING rowid";
         // Statements that carry their values in the text (a window's criterion) are many: the store keeps
         // a bounded number of them prepared, as the embedded session does.
         if (Comandos.size() > 200) {
@@ -672,12 +739,32 @@ class Sessão_Servidor final : public Sessão {
         const QByteArray nome = "q" + QByteArray::number(++Série);
         // A statement refused as it is prepared must not spoil the transaction's earlier work either.
         const bool protegida = Transação_SQL && Algo_Na_Transação;
-        if (protegida) Executa_Simples(C, "SAVEPOINT preparo");
         const QByteArray texto_servidor = texto.toUtf8();
-        PGresult* r = PQprepare(C, nome.constData(), texto_servidor.constData(), 0, nullptr);
+        // Prepared and described in one exchange, inside its savepoint when it needs one.
+        PGresult* r = nullptr;
+        PGresult* descrição = nullptr;
+        if (protegida) {
+            auto respostas = Numa_Ida(C, {{Pedido::Texto, "SAVEPOINT preparo"},
+                                          {Pedido::Prepara, nome.constData(), texto_servidor.constData()},
+                                          {Pedido::Descreve, nome.constData()},
+                                          {Pedido::Texto, "RELEASE SAVEPOINT preparo"}});
+            r = respostas[1];
+            descrição = respostas[2];
+            PQclear(respostas[0]);
+            PQclear(respostas[3]);
+        } else {
+            auto respostas = Numa_Ida(C, {{Pedido::Prepara, nome.constData(), texto_servidor.constData()},
+                                          {Pedido::Descreve, nome.constData()}});
+            r = respostas[0];
+            descrição = respostas[1];
+        }
         bool ok = PQresultStatus(r) == PGRES_COMMAND_OK;
         Falha_Servidor f;
-        if (!ok) f = Falha_Do_Resultado(C, r);
+        if (!ok) {
+            f = Falha_Do_Resultado(C, r);
+            PQclear(descrição);
+            descrição = nullptr;
+        }
         PQclear(r);
         if (!ok && Perdeu(f)) {
             // A read is prepared again over the new connection; what a lost transaction held is gone.
@@ -691,9 +778,8 @@ class Sessão_Servidor final : public Sessão {
             Guarda_Perda(desfeita, falha);
             return nullptr;
         }
-        if (protegida)
-            Executa_Simples(C, ok ? "RELEASE SAVEPOINT preparo"
-                                  : "ROLLBACK TO SAVEPOINT preparo; RELEASE SAVEPOINT preparo");
+        if (protegida && !ok)
+            Executa_Simples(C, "ROLLBACK TO SAVEPOINT preparo; RELEASE SAVEPOINT preparo");
         else if (!ok && Transação_SQL)
             Recomeça_Transação();
         // A table or field made by another workstation since the names were read: read them again once.
@@ -708,8 +794,9 @@ class Sessão_Servidor final : public Sessão {
             Guarda(f, falha);
             return nullptr;
         }
-        auto* comando = new Comando_Servidor(this, nome, texto_servidor, valores, escrita, inclusão, Geração);
-        comando->Descreve(PQdescribePrepared(C, nome.constData()));
+        auto* comando =
+            new Comando_Servidor(this, nome, texto_servidor, valores, escrita, inclusão, devolve, Geração);
+        comando->Descreve(descrição);
         Comandos.insert(sql, comando);
         return comando;
     }
@@ -717,6 +804,7 @@ class Sessão_Servidor final : public Sessão {
     bool Executa(const QString& sql, Falha_Banco& falha) override {
         Esquece_Contagens();
         if (Transação_Perdida) return Recusa_Pela_Perda(falha);
+        if (!Envia_Começo(falha)) return false;
         if (Nomes.isEmpty()) Lê_Nomes();
         int valores = 0;
         const QString texto = Traduz_Para_Servidor(sql, Nomes, valores);
@@ -741,6 +829,7 @@ class Sessão_Servidor final : public Sessão {
 
     // Runs a statement of the catalogue, already in the server's words.
     bool Executa_Direto(const QString& sql, Falha_Banco& falha) {
+        if (!Envia_Começo(falha)) return false;
         Falha_Servidor f;
         const bool ok = Executa_Simples(C, sql, &f);
         if (!ok && Perdeu(f))
@@ -784,7 +873,7 @@ class Sessão_Servidor final : public Sessão {
         if (Travas.contains(chave)) return true;
         Falha_Banco ignorada;
         if (Transação_Perdida) return Recusa_Pela_Perda(ignorada);
-        if (!Transação_SQL) {
+        if (!Transação_SQL && !Começo_Pendente) {
             if (!Começa_Transação(ignorada)) return false;
             Transação_Da_Trava = !Transação_Lógica;
         }
@@ -792,7 +881,26 @@ class Sessão_Servidor final : public Sessão {
                             " WHERE rowid = " + QString::number(linha) +
                             " FOR UPDATE NOWAIT; RELEASE SAVEPOINT trava";
         Falha_Servidor f;
-        if (!Executa_Simples(C, sql, &f)) {
+        // The transaction's BEGIN, when still owed, goes in the same exchange as the lock.
+        bool ok = Executa_Simples(C, (Começo_Pendente ? "BEGIN; " : "") + sql, &f);
+        // Lost with nothing of the transaction sent before: asked again over the new connection, as a
+        // BEGIN lost on its own was.
+        if (!ok && Começo_Pendente && Perdeu(f)) {
+            const bool da_trava = Transação_Da_Trava;
+            Recupera(f.Mensagem);
+            Transação_Da_Trava = da_trava;
+            ok = Conectada() && Executa_Simples(C, "BEGIN; " + sql, &f);
+            if (!ok && Perdeu(f)) {
+                if (Transação_Da_Trava) Termina_Transação_Da_Trava();
+                Guarda_Perda(false, ignorada);
+                return false;
+            }
+        }
+        if (Começo_Pendente) {
+            Transação_SQL = true;  // begun, even when the lock was refused
+            Começo_Pendente = false;
+        }
+        if (!ok) {
             if (Perdeu(f)) {
                 Guarda_Perda(Recupera(f.Mensagem), ignorada);
                 return false;
@@ -820,22 +928,19 @@ class Sessão_Servidor final : public Sessão {
 
     PGconn* Conexão() const { return C; }
     bool Algo_Na_Transação = false;  // a write or a lock that a refusal must not undo
+    // After a refusal with nothing done in the transaction: it is undone, and begun again with the next
+    // statement.
     void Recomeça_Transação() {
         Executa_Simples(C, "ROLLBACK");
-        Executa_Simples(C, "BEGIN");
+        Transação_SQL = false;
+        Começo_Pendente = true;
     }
-    void Guarda(const Falha_Servidor& f, Falha_Banco& falha) {
-        Última = f;
-        falha = Falha_Traduzida(f);
-    }
-    void Guarda_Falha(const Falha_Servidor& f) { Última = f; }
-    void Anota_Id(qint64 id) { Id_Inserido = id; }
-
-  protected:
-    std::shared_ptr<Estrutura_Tabela> Lê_Estrutura(const QString& tabela, Falha_Banco& falha) override;
-
-  private:
-    bool Começa_Transação(Falha_Banco& falha) {
+    // A transaction begun by the store whose BEGIN is sent with its first statement, saving a round trip:
+    // until then nothing of it is on the server.
+    bool Começo_Pendente = false;
+    // Sends the BEGIN still owed on its own, before a statement that cannot carry it.
+    bool Envia_Começo(Falha_Banco& falha) {
+        if (!Começo_Pendente) return true;
         Falha_Servidor f;
         bool ok = Executa_Simples(C, "BEGIN", &f);
         // Nothing was in flight: over a connection made anew the transaction simply begins.
@@ -851,17 +956,36 @@ class Sessão_Servidor final : public Sessão {
             Guarda(f, falha);
             return false;
         }
+        Começo_Pendente = false;
         Transação_SQL = true;
+        return true;
+    }
+    void Guarda(const Falha_Servidor& f, Falha_Banco& falha) {
+        Última = f;
+        falha = Falha_Traduzida(f);
+    }
+    void Guarda_Falha(const Falha_Servidor& f) { Última = f; }
+    void Anota_Id(qint64 id) { Id_Inserido = id; }
+
+  protected:
+    std::shared_ptr<Estrutura_Tabela> Lê_Estrutura(const QString& tabela, Falha_Banco& falha) override;
+
+  private:
+    // The BEGIN waits for the transaction's first statement (Começo_Pendente).
+    bool Começa_Transação(Falha_Banco&) {
+        Começo_Pendente = true;
         Algo_Na_Transação = false;
         return true;
     }
     void Termina_Transação_Da_Trava() {
-        Executa_Simples(C, "COMMIT");
+        if (Transação_SQL) Executa_Simples(C, "COMMIT");
         Transação_SQL = false;
+        Começo_Pendente = false;
         Transação_Da_Trava = false;
     }
     void Fim_Da_Transação() {
         Transação_SQL = false;
+        Começo_Pendente = false;
         Transação_Lógica = false;
         Transação_Perdida = false;
         Transação_Da_Trava = false;
@@ -949,20 +1073,37 @@ int Comando_Servidor::Passo() {
             PGconn* c = S->Conexão();
             // A write refused inside a transaction must not spoil what the transaction did before it: it
             // runs inside a savepoint. With nothing done yet, the transaction is simply begun again on a
-            // refusal.
-            const bool em_transação = Escrita && S->Transação_SQL;
+            // refusal. The transaction's BEGIN, when owed, and the savepoint go in the same exchange as the
+            // write: one round trip.
+            const bool começo = Escrita && S->Começo_Pendente;
+            const bool em_transação = Escrita && (S->Transação_SQL || começo);
             const bool protegida = em_transação && S->Algo_Na_Transação;
             Falha_Servidor f;
             bool ok = Preparado(f);
-            if (ok) {
-                if (protegida) Executa_Simples(c, "SAVEPOINT escrita");
+            if (ok && !começo && !protegida) {
                 R = PQexecPrepared(c, Nome.constData(), Valores, ponteiros.data(), nullptr, nullptr, 0);
-                const ExecStatusType estado = PQresultStatus(R);
-                ok = estado == PGRES_TUPLES_OK || estado == PGRES_COMMAND_OK;
+                ok = Deu_Certo(R);
                 if (!ok) f = Falha_Do_Resultado(c, R);
-                if (protegida)
-                    Executa_Simples(c, ok ? "RELEASE SAVEPOINT escrita"
-                                          : "ROLLBACK TO SAVEPOINT escrita; RELEASE SAVEPOINT escrita");
+            } else if (ok) {
+                const Pedido execução{Pedido::Executa, Nome.constData(), nullptr, Valores, ponteiros.data()};
+                auto respostas = começo ? Numa_Ida(c, {{Pedido::Texto, "BEGIN"}, execução})
+                                        : Numa_Ida(c, {{Pedido::Texto, "SAVEPOINT escrita"},
+                                                       execução,
+                                                       {Pedido::Texto, "RELEASE SAVEPOINT escrita"}});
+                R = respostas[1];
+                ok = Deu_Certo(R);
+                if (!ok) f = Falha_Do_Resultado(c, R ? R : respostas[0]);
+                const bool começou = começo && Deu_Certo(respostas[0]);
+                for (PGresult* r : respostas)
+                    if (r != R) PQclear(r);
+                if (R == nullptr) R = PQmakeEmptyPGresult(c, PGRES_FATAL_ERROR);
+                if (começou && (ok || !S->Perdeu(f))) {
+                    // Begun, even when the write was refused.
+                    S->Transação_SQL = true;
+                    S->Começo_Pendente = false;
+                }
+                if (protegida && !ok && !S->Perdeu(f))
+                    Executa_Simples(c, "ROLLBACK TO SAVEPOINT escrita; RELEASE SAVEPOINT escrita");
             }
             if (ok) {
                 if (em_transação) S->Algo_Na_Transação = true;
@@ -970,9 +1111,10 @@ int Comando_Servidor::Passo() {
             }
             Reinicia();
             if (S->Perdeu(f)) {
-                // Told once; a read outside a transaction is simply asked again over the new connection.
+                // Told once; a read outside a transaction is simply asked again over the new connection,
+                // and so is a write that carried its transaction's BEGIN: nothing was in flight.
                 const bool desfeita = S->Recupera(f.Mensagem);
-                if (vez == 0 && !Escrita && !desfeita && S->Conectada()) continue;
+                if (vez == 0 && (!Escrita || começo) && !desfeita && S->Conectada()) continue;
                 Falha_Banco ignorada;
                 S->Guarda_Perda(desfeita, ignorada);
                 return 1;
@@ -983,6 +1125,8 @@ int Comando_Servidor::Passo() {
         }
         if (Inclusão) {
             if (PQntuples(R) == 1) S->Anota_Id(std::strtoll(PQgetvalue(R, 0, 0), nullptr, 10));
+        }
+        if (Inclusão && !Devolve) {
             Reinicia();
             R = PQmakeEmptyPGresult(S->Conexão(), PGRES_COMMAND_OK);
             Linha = 0;

@@ -351,3 +351,67 @@ TEST(Estações_Servidor, AWrongPasswordAndAHostThatDoesNotAnswerAreEachToldInTh
     EXPECT_GT(host.indexOf("Detalhe: "), 0);
     EXPECT_EQ(plataforma.Caixas[0].Ícone, Ícone_Caixa::Crítico);
 }
+
+// A transaction begun with nothing sent yet holds nothing on the server (its BEGIN goes with its first
+// statement): a restart before that statement costs one box and the statement then goes through, for a
+// save (the new row shown as the server numbered it, with its audit row) as for a lock.
+TEST(Estações_Servidor, AServerRestartedBeforeATransactionsFirstStatementCostsOneBoxAndItGoesThrough) {
+    SO_NO_SERVIDOR();
+    Pasta_Teste pasta;
+    Plataforma_Roteirizada plataforma;
+    Instala_Programa_Para_Janelas();
+    Usuário_Atual = "Supervisor";
+    Monitora_Log = true;
+    Em_Cadastro = true;
+    const int auditoria = Lastrec("tblManutenção_Banco_de_Dados", Conexão_Manutenção);
+    Abre_Tabela("tblPergunta");
+    const auto inclui = [&](const QString& pergunta) {
+        Operação = "Inclusão";
+        Inicia_Transação();
+        Tabela.AddNew();
+        Tabela.Fields("Pergunta").Set_Value(pergunta);
+        Tabela.Fields("Resposta_Correta").Set_Value("Certa");
+        Tabela.Fields("Resposta_Incorreta_1").Set_Value("Errada A");
+        Tabela.Fields("Resposta_Incorreta_2").Set_Value("Errada B");
+        Tabela.Fields("Resposta_Incorreta_3").Set_Value("Errada C");
+        Tabela.Fields("Tipo").Set_Value("G");
+        Tabela.Fields("Já_Comparada").Set_Value(false);
+        Tabela.Fields("Já_Verificada").Set_Value(false);
+        Tabela.Fields("Pergunta_Original").Set_Value(QString(""));
+        Grava(Tabela, false);
+        Finaliza_Transação();
+    };
+    // The first save prepares the insert, so that the second one finds the loss in the exchange that
+    // carries its transaction's BEGIN.
+    inclui("Qual é o rio mais longo do Brasil?");
+    ASSERT_TRUE(plataforma.Caixas.isEmpty()) << plataforma.Textos_Caixas().join("\n").toStdString();
+    const int primeira = Tabela.Fields("Código_Pergunta").Value().toInt();
+
+    ASSERT_TRUE(Servidor_Teste::Ativo()->Reinicia());
+    inclui("Qual é o maior estado do Brasil?");
+    EXPECT_FALSE(Registro_Duplicado);
+    EXPECT_EQ(Estado_Transação, "Finalizou Transação");
+    ASSERT_EQ(Caixas_Da_Perda(plataforma), 1) << plataforma.Textos_Caixas().join("\n").toStdString();
+    EXPECT_EQ(plataforma.Caixas.size(), 1);
+    // Numbered by the server (a restart may skip numbers of the sequence), read back with the insert.
+    const int segunda = Tabela.Fields("Código_Pergunta").Value().toInt();
+    EXPECT_GT(segunda, primeira);
+    EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString(), "Qual é o maior estado do Brasil?");
+    EXPECT_EQ(Tabela.Fields("Resposta_Incorreta_3").Value().toString(), "Errada C");
+    EXPECT_EQ(Lastrec("tblPergunta", Conexão), 2);
+    EXPECT_EQ(Lastrec("tblManutenção_Banco_de_Dados", Conexão_Manutenção), auditoria + 2);
+
+    ASSERT_TRUE(Servidor_Teste::Ativo()->Reinicia());
+    Operação = "Alteração";
+    Inicia_Transação();
+    Trava(Tabela, Conexão, false);
+    EXPECT_TRUE(Travou);
+    EXPECT_EQ(Caixas_Da_Perda(plataforma), 2);
+    // Held by the server: another workstation cannot change the row while the edit lasts.
+    const QString muda =
+        "UPDATE tblPergunta SET Tipo = 'B' WHERE Código_Pergunta = " + QString::number(segunda);
+    EXPECT_FALSE(Executa_Como_Outra_Estação({"SET lock_timeout = 1000", muda}));
+    Tabela.CancelUpdate();
+    Desfaz_Transação();
+    EXPECT_TRUE(Executa_Como_Outra_Estação({"SET lock_timeout = 1000", muda}));
+}
