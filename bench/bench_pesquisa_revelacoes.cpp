@@ -1,6 +1,7 @@
 // The text search of the revelations browser over 2,000 citation files, through its window, against
-// reading the table's numbers with raw SQLite and reading and searching the same files directly. The
-// program runs on the real platform (events let through at every row, cursors, clock).
+// reading the table's numbers with raw SQLite, reading and searching the same files directly and filling
+// the same kind of grid with what was found. The program runs on the real platform (events, cursors,
+// clock).
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
@@ -9,6 +10,7 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QRadioButton>
+#include <QTableWidgetItem>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -141,8 +143,12 @@ void BM_Pesquisa_Texto_Revelações_SQLite_Puro(benchmark::State& estado) {
     for (char& c : procurado) c = static_cast<char>(Minúscula(static_cast<unsigned char>(c)));
     std::string texto, bruto;
     std::vector<std::pair<int, std::string>> achadas;
+    // The grid where the window shows what it found: the beginning of each citation and its code.
+    Grade_Flex grade;
+    grade.Set_Cols(2);
     for (auto _ : estado) {
         achadas.clear();
+        grade.setRowCount(1);
         while (sqlite3_step(linhas) == SQLITE_ROW) {
             char nome[32];
             std::snprintf(nome, sizeof nome, "cit_%04d.txt", sqlite3_column_int(linhas, 1));
@@ -159,8 +165,13 @@ void BM_Pesquisa_Texto_Revelações_SQLite_Puro(benchmark::State& estado) {
             }
             achadas.emplace_back(sqlite3_column_int(linhas, 0),
                                  De_Cp1252(QByteArray::fromStdString(início)).toStdString());
+            const int linha = static_cast<int>(achadas.size());
+            grade.setRowCount(linha + 1);
+            grade.setItem(linha, 0, new QTableWidgetItem(QString::fromStdString(achadas.back().second)));
+            grade.setItem(linha, 1, new QTableWidgetItem(QString::number(achadas.back().first)));
         }
         sqlite3_reset(linhas);
+        grade.resizeColumnsToContents();
         if (static_cast<int>(achadas.size()) != Achadas_Esperadas) {
             estado.SkipWithError("a pesquisa deveria achar uma citação em quarenta");
             break;
