@@ -11,6 +11,7 @@
 #include <QString>
 
 #include "Banco_Puro.h"
+#include "Medidas_Programa.h"
 #include "Relator_Razão.h"
 #include "common/Globais.h"
 #include "questions/frmPergunta.h"
@@ -191,9 +192,12 @@ void BM_Passo_Coerência_Pelo_Programa(benchmark::State& estado) {
 }
 
 // By hand: write the question back marked, with its audit row, commit; then count the table, seek the
-// first unverified question in the index's order and read it, and count again for the progress.
+// first unverified question in the index's order and read it, and put what the window shows of it into
+// the same widgets (a register window used only for its widgets).
 void BM_Passo_Coerência_SQLite_Puro(benchmark::State& estado) {
     Instalação_Da_Execução();
+    Abre_Conexões_Programa();
+    frmPergunta tela;
     Reinicia_Estado_Global();
     Desmarca_Finais();
     sqlite3* banco = Abre_Banco_Puro(Caminho_Banco_Principal());
@@ -217,6 +221,11 @@ void BM_Passo_Coerência_SQLite_Puro(benchmark::State& estado) {
             id = sqlite3_column_int64(busca, 0);
             for (int c = 0; c < sqlite3_column_count(busca); ++c)
                 benchmark::DoNotOptimize(sqlite3_column_text(busca, c));
+            const char* textos[5];
+            for (int c = 0; c < 5; ++c)
+                textos[c] = reinterpret_cast<const char*>(sqlite3_column_text(busca, c == 0 ? 1 : c + 2));
+            Mostra_Pergunta_À_Mão(tela, sqlite3_column_int(busca, 2), textos,
+                                  reinterpret_cast<const char*>(sqlite3_column_text(busca, 7)));
         }
         sqlite3_reset(busca);
         return id;
