@@ -1,10 +1,14 @@
 // 10,000 questions imported from a CSV file through frmImporta_Pergunta (the file read, the preview grid
 // filled, the checks against the bank, every row written by Grava with its audit row, in one transaction),
-// against raw SQLite inserting the same rows in one transaction.
+// against raw SQLite doing the same visible work: the file read, the same grid filled, the same rows and
+// audit rows written in one transaction each.
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
 #include <QByteArray>
+#include <QDateTime>
+#include <QSet>
+#include <QTableWidgetItem>
 #include <QFile>
 #include <QString>
 #include <QVector>
@@ -95,22 +99,49 @@ void BM_Importa_CSV_Pelo_Programa(benchmark::State& estado) {
     Reinicia_Estado_Global();
 }
 
-// By hand: the rows already in memory, in their stored form, inserted in one transaction.
+// By hand, the same visible work: the file read and split into its fields, the bank's questions read for
+// the repetitions, the preview grid filled (the line, the five texts, the kind, the verdict), the audit
+// rows written in one transaction of the audit file and the questions in one of the bank's, and the
+// verdicts turned into "Incluída".
 void BM_Importa_CSV_SQLite_Puro(benchmark::State& estado) {
     Instalação_Da_Execução();
     Reinicia_Estado_Global();
-    QFile f(Arquivo_CSV());
-    f.open(QIODevice::ReadOnly);
-    const QVector<Pergunta_Lida> linhas = Lê_CSV(f.readAll()).Perguntas;
-    QVector<std::array<QByteArray, 6>> campos;
-    for (const Pergunta_Lida& p : linhas)
-        campos.append({p.Pergunta.toUtf8(), p.Resposta_Correta.toUtf8(), p.Resposta_Incorreta[0].toUtf8(),
-                       p.Resposta_Incorreta[1].toUtf8(), p.Resposta_Incorreta[2].toUtf8(), p.Tipo.toUtf8()});
+    const QString caminho = Arquivo_CSV();
+    Grade_Flex grade;
+    grade.Set_Cols(8);
     for (auto _ : estado) {
         estado.PauseTiming();
         Esvazia_Banco();
         estado.ResumeTiming();
+        QFile f(caminho);
+        f.open(QIODevice::ReadOnly);
+        const QVector<Pergunta_Lida> linhas = Lê_CSV(f.readAll()).Perguntas;
         sqlite3* banco = Abre_Banco_Puro(Caminho_Banco_Principal());
+        sqlite3* manutenção = Abre_Banco_Puro(Caminho_Banco_Manutenção());
+        QSet<QString> no_banco;
+        sqlite3_stmt* existentes = Prepara_Puro(banco, "SELECT Pergunta FROM tblPergunta");
+        while (sqlite3_step(existentes) == SQLITE_ROW)
+            no_banco.insert(
+                QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(existentes, 0))));
+        sqlite3_finalize(existentes);
+        grade.setRowCount(1);
+        grade.setRowCount(static_cast<int>(linhas.size()) + 1);
+        for (int i = 0; i < linhas.size(); ++i) {
+            const Pergunta_Lida& p = linhas[i];
+            const QString textos[8] = {QString::number(p.Linha),
+                                       p.Pergunta,
+                                       p.Resposta_Correta,
+                                       p.Resposta_Incorreta[0],
+                                       p.Resposta_Incorreta[1],
+                                       p.Resposta_Incorreta[2],
+                                       p.Tipo == "G" ? "Geral" : "Bíblica",
+                                       no_banco.contains(p.Pergunta) ? "Recusada" : "Pronta"};
+            for (int c = 0; c < 8; ++c) grade.setItem(i + 1, c, new QTableWidgetItem(textos[c]));
+        }
+        const QDateTime agora = QDateTime::currentDateTime();
+        const QByteArray data = QDateTime(agora.date(), QTime(0, 0)).toString("yyyy-MM-dd HH:mm:ss").toUtf8();
+        const QByteArray hora = agora.toString("HH:mm:ss").toUtf8();
+        Executa_Puro(manutenção, "BEGIN IMMEDIATE");
         Executa_Puro(banco, "BEGIN IMMEDIATE");
         sqlite3_stmt* p =
             Prepara_Puro(banco,
@@ -118,15 +149,36 @@ void BM_Importa_CSV_SQLite_Puro(benchmark::State& estado) {
                          "Resposta_Incorreta_2, "
                          "Resposta_Incorreta_3, Tipo, Já_Comparada, Já_Verificada, Pergunta_Original) "
                          "VALUES (?1, ?2, ?3, ?4, ?5, ?6, 0, 0, ?1)");
-        for (const auto& linha : campos) {
+        sqlite3_stmt* auditoria =
+            Prepara_Puro(manutenção,
+                         "INSERT INTO tblManutenção_Banco_de_Dados (Manutenção, Usuário, Data_Manutenção, "
+                         "Hora_Manutenção) VALUES (?, 'Supervisor', ?, ?)");
+        for (const Pergunta_Lida& linha : linhas) {
+            const QByteArray campos[6] = {linha.Pergunta.toUtf8(),
+                                          linha.Resposta_Correta.toUtf8(),
+                                          linha.Resposta_Incorreta[0].toUtf8(),
+                                          linha.Resposta_Incorreta[1].toUtf8(),
+                                          linha.Resposta_Incorreta[2].toUtf8(),
+                                          linha.Tipo.toUtf8()};
             for (int k = 0; k < 6; ++k)
-                sqlite3_bind_text(p, k + 1, linha[k].constData(), static_cast<int>(linha[k].size()),
+                sqlite3_bind_text(p, k + 1, campos[k].constData(), static_cast<int>(campos[k].size()),
                                   SQLITE_STATIC);
             sqlite3_step(p);
             sqlite3_reset(p);
+            const QByteArray texto =
+                ("Incluindo Pergunta onde Pergunta = " + linha.Pergunta).left(100).toUtf8();
+            sqlite3_bind_text(auditoria, 1, texto.constData(), -1, SQLITE_STATIC);
+            sqlite3_bind_text(auditoria, 2, data.constData(), -1, SQLITE_STATIC);
+            sqlite3_bind_text(auditoria, 3, hora.constData(), -1, SQLITE_STATIC);
+            sqlite3_step(auditoria);
+            sqlite3_reset(auditoria);
         }
         sqlite3_finalize(p);
+        sqlite3_finalize(auditoria);
+        Executa_Puro(manutenção, "COMMIT");
         Executa_Puro(banco, "COMMIT");
+        for (int i = 0; i < linhas.size(); ++i) grade.item(i + 1, 7)->setText("Incluída");
+        sqlite3_close(manutenção);
         sqlite3_close(banco);
         estado.PauseTiming();
         if (Perguntas_No_Banco() != Perguntas) {

@@ -6,6 +6,8 @@
 #include <sqlite3.h>
 
 #include <QApplication>
+#include <QCheckBox>
+#include <QTableWidgetItem>
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
@@ -18,6 +20,7 @@
 #include "Relator_Razão.h"
 #include "common/Globais.h"
 #include "forms/Controles.h"
+#include "forms/Listas_Arquivos.h"
 #include "platform/Plataforma_Qt.h"
 #include "store/Funções_Banco.h"
 #include "support/Instalação_Teste.h"
@@ -117,7 +120,9 @@ void BM_Mostra_Usuário_Pelo_Programa(benchmark::State& estado) {
     Reinicia_Estado_Global();
 }
 
-// What the window shows, by hand: the user's row and the user's rights rows in code order.
+// What the window shows, by hand, into widgets of the same kinds as the register's: the user's row and
+// the user's rights rows in code order read with raw SQLite, the name and the box, the pictures' folder
+// listed, the rights grid filled row by row and its columns fitted, the caption.
 void BM_Mostra_Usuário_SQLite_Puro(benchmark::State& estado) {
     Instalação_Da_Execução();
     Reinicia_Estado_Global();
@@ -125,21 +130,47 @@ void BM_Mostra_Usuário_SQLite_Puro(benchmark::State& estado) {
     sqlite3_stmt* usuário = Prepara_Puro(banco, "SELECT * FROM tblUsuário WHERE Código_Usuário = ?");
     sqlite3_stmt* direitos = Prepara_Puro(
         banco, "SELECT * FROM tblPermissão WHERE trim(Usuário) = ? ORDER BY Código_Permissão, rowid");
+    QWidget tela;
+    auto* txtUsuário = new QLineEdit(&tela);
+    auto* chkMuda_Fundo = new QCheckBox(&tela);
+    auto* pastas = new Lista_Pastas(&tela);
+    auto* grade = new Grade_Flex(&tela);
+    grade->Set_Cols(6);
+    grade->Set_Rows(1);
+    grade->Set_FormatString(
+        "<Permissões de Acesso                           |<Inclusão|<Alteração|<Exclusão|<Consulta|");
+    grade->setColumnHidden(5, true);
+    const QString pasta_ícones = Caminho_Programa() + "/Ícones";
     for (auto _ : estado) {
         sqlite3_bind_int(usuário, 1, Usuário_Mostrado + 2);
         std::string nome;
-        if (sqlite3_step(usuário) == SQLITE_ROW)
+        bool muda_fundo = false;
+        if (sqlite3_step(usuário) == SQLITE_ROW) {
             nome = reinterpret_cast<const char*>(sqlite3_column_text(usuário, 0));
+            muda_fundo = sqlite3_column_int(usuário, 5) != 0;
+        }
         sqlite3_reset(usuário);
+        txtUsuário->setText(QString::fromStdString(nome).trimmed());
+        chkMuda_Fundo->setChecked(muda_fundo);
+        pastas->Set_Path(pasta_ícones);
+        grade->setRowCount(1);
         sqlite3_bind_text(direitos, 1, nome.c_str(), -1, SQLITE_TRANSIENT);
         int linhas = 0;
-        std::string rotina;
         while (sqlite3_step(direitos) == SQLITE_ROW) {
-            rotina = reinterpret_cast<const char*>(sqlite3_column_text(direitos, 0));
-            for (int c = 3; c <= 6; ++c) benchmark::DoNotOptimize(sqlite3_column_int(direitos, c));
             ++linhas;
+            grade->setRowCount(linhas + 1);
+            grade->setItem(linhas, 0,
+                           new QTableWidgetItem(QString::fromUtf8(reinterpret_cast<const char*>(
+                                                                      sqlite3_column_text(direitos, 0)))
+                                                    .trimmed()));
+            for (int c = 0; c < 4; ++c)
+                grade->setItem(linhas, c + 1,
+                               new QTableWidgetItem(sqlite3_column_int(direitos, c + 3) ? "Sim" : "Não"));
+            grade->setItem(linhas, 5, new QTableWidgetItem(QString::number(sqlite3_column_int(direitos, 1))));
         }
         sqlite3_reset(direitos);
+        grade->resizeColumnsToContents();
+        tela.setWindowTitle("Consulta do Usuário " + QString::number(Usuário_Mostrado + 2));
         if (nome != Nome_Usuário(Usuário_Mostrado) || linhas != Janelas) {
             estado.SkipWithError("a leitura não deu o usuário com seus direitos");
             break;

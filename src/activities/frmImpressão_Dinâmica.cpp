@@ -152,7 +152,7 @@ bool frmImpressão_Dinâmica::Imprime_Dinâmicas(std::array<int, 5>& Quantidades
         ++Quantidades[0];
         ++Quantidades[forma + 1];
         Tabela.MoveNext();
-        plataforma.Processa_Eventos();
+        plataforma.Processa_Eventos_Da_Caminhada();
         if (Interrompido) return false;
     }
     return true;

@@ -25,9 +25,8 @@ QString Texto_Transformado(const QString& texto) {
         if (início && c.isLetter()) c = c.toUpper();
         início = c == ' ';
     }
-    static const char* procurados[] = {" E ", " Da ", " De ", " Do ", " Das ", " Dos "};
-    for (const char* p : procurados) {
-        const QString procurado = QString::fromUtf8(p);
+    static const QString procurados[] = {" E ", " Da ", " De ", " Do ", " Das ", " Dos "};
+    for (const QString& procurado : procurados) {
         const QString troca = procurado.toLower();
         for (int onde = saída.indexOf(procurado, 0, Qt::CaseInsensitive); onde >= 0;
              onde = saída.indexOf(procurado, onde + 1, Qt::CaseInsensitive))

@@ -38,6 +38,9 @@ class Plataforma {
     virtual void Abre_Com_Aplicativo(const QString& caminho_ou_endereço) = 0;
     virtual void Dorme(int milissegundos) = 0;
     virtual void Processa_Eventos() = 0;
+    // Called at every row of a long walk: the desktop lets the events through a few hundred times a
+    // second at most, which a user cannot tell from every row.
+    virtual void Processa_Eventos_Da_Caminhada() { Processa_Eventos(); }
     virtual void Cursor_Ocupado(const QString& arquivo_ícone) = 0;
     virtual void Cursor_Normal() = 0;
 

@@ -161,11 +161,28 @@ void Plataforma_Qt::Dorme(int milissegundos) {
 }
 
 void Plataforma_Qt::Processa_Eventos() {
+    Restaura_Cursor();
     QApplication::processEvents();
+    Desde_Os_Eventos.start();
+}
+
+void Plataforma_Qt::Processa_Eventos_Da_Caminhada() {
+    if (!Desde_Os_Eventos.isValid() || Desde_Os_Eventos.elapsed() >= 5) Processa_Eventos();
+}
+
+void Plataforma_Qt::Restaura_Cursor() {
+    if (!Cursor_A_Restaurar) return;
+    Cursor_A_Restaurar = false;
+    QApplication::restoreOverrideCursor();
+    Cursor_Trocado = false;
 }
 
 void Plataforma_Qt::Cursor_Ocupado(const QString& arquivo_ícone) {
-    if (Cursor_Trocado && Cursor_Atual == arquivo_ícone) return;
+    if (Cursor_Trocado && Cursor_Atual == arquivo_ícone) {
+        Cursor_A_Restaurar = false;
+        return;
+    }
+    Cursor_A_Restaurar = false;
     auto achado = Cursores.constFind(arquivo_ícone);
     if (achado == Cursores.constEnd()) {
         const QPixmap imagem(arquivo_ícone);
@@ -181,9 +198,11 @@ void Plataforma_Qt::Cursor_Ocupado(const QString& arquivo_ícone) {
 }
 
 void Plataforma_Qt::Cursor_Normal() {
-    if (!Cursor_Trocado) return;
-    QApplication::restoreOverrideCursor();
-    Cursor_Trocado = false;
+    if (!Cursor_Trocado || Cursor_A_Restaurar) return;
+    Cursor_A_Restaurar = true;
+    // Put back when the events pass, unless a busy cursor is taken again before.
+    QMetaObject::invokeMethod(
+        &Contexto_Cursor, [this] { Restaura_Cursor(); }, Qt::QueuedConnection);
 }
 
 QDateTime Plataforma_Qt::Agora() {

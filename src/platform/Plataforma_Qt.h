@@ -1,5 +1,7 @@
 #pragma once
 #include <QCursor>
+#include <QElapsedTimer>
+#include <QObject>
 #include <QHash>
 #include <random>
 
@@ -23,6 +25,7 @@ class Plataforma_Qt : public Plataforma {
     void Abre_Com_Aplicativo(const QString& caminho_ou_endereço) override;
     void Dorme(int milissegundos) override;
     void Processa_Eventos() override;
+    void Processa_Eventos_Da_Caminhada() override;
     void Cursor_Ocupado(const QString& arquivo_ícone) override;
     void Cursor_Normal() override;
     QDateTime Agora() override;
@@ -38,6 +41,12 @@ class Plataforma_Qt : public Plataforma {
     QStringList Argumentos;
     std::mt19937 Gerador;
     bool Cursor_Trocado = false;
+    // The normal cursor is put back when the events next pass, not at once: a walk that takes the busy
+    // cursor for every row changes the desktop's cursor once, not twice a row.
+    bool Cursor_A_Restaurar = false;
+    void Restaura_Cursor();
+    QObject Contexto_Cursor;  // the queued putting back dies with the platform
+    QElapsedTimer Desde_Os_Eventos;
     // Long walks ask for the same busy cursor at every row: each picture is made into a cursor once.
     QHash<QString, QCursor> Cursores;
     QString Cursor_Atual;

@@ -40,6 +40,9 @@ void Verifica_Perguntas(QVector<Pergunta_Lida>& perguntas, const QSet<QString>& 
 
         const QString forma = Forma_Comparação(p.Pergunta);
         const QString forma_certa = Forma_Resposta(p.Resposta_Correta);
+        // Each wrong answer's form is taken once, for all the comparisons below.
+        QString formas_erradas[3];
+        for (int k = 0; k < 3; ++k) formas_erradas[k] = Forma_Resposta(p.Resposta_Incorreta[k]);
         if (p.Pergunta.isEmpty()) {
             p.Recusa = "Pergunta vazia";
         } else if (p.Resposta_Correta.isEmpty()) {
@@ -62,11 +65,11 @@ void Verifica_Perguntas(QVector<Pergunta_Lida>& perguntas, const QSet<QString>& 
                                .arg(ordinais[k])
                                .arg(errada.size())
                                .arg(Largura_Resposta);
-            else if (Forma_Resposta(errada) == forma_certa)
+            else if (formas_erradas[k] == forma_certa)
                 p.Recusa =
                     QString("A resposta correta se repete como %1 resposta incorreta").arg(ordinais[k]);
             for (int j = 0; j < k && p.Pronta(); ++j)
-                if (Forma_Resposta(errada) == Forma_Resposta(p.Resposta_Incorreta[j]))
+                if (formas_erradas[k] == formas_erradas[j])
                     p.Recusa =
                         QString("A %1 e a %2 respostas incorretas são iguais").arg(ordinais[j], ordinais[k]);
         }

@@ -489,7 +489,14 @@ QString Decodifica_Texto(const QByteArray& bytes, bool* binário) {
 }
 
 QString Forma_Comparação(const QString& texto) {
-    const QString decomposto = texto.normalized(QString::NormalizationForm_D);
+    // Plain ASCII has no accents to take apart: the decomposition would give the same text.
+    bool só_ascii = true;
+    for (const QChar c : texto)
+        if (c.unicode() >= 0x80) {
+            só_ascii = false;
+            break;
+        }
+    const QString decomposto = só_ascii ? texto : texto.normalized(QString::NormalizationForm_D);
     QString saída;
     saída.reserve(decomposto.size());
     bool separa = false;

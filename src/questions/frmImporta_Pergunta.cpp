@@ -357,7 +357,7 @@ void frmImporta_Pergunta::cmdImporta_Click() {
             break;
         }
         ++gravadas;
-        Plataforma_Atual().Processa_Eventos();
+        Plataforma_Atual().Processa_Eventos_Da_Caminhada();
         if (Cancelado) break;
     }
     setWindowTitle(Legenda);

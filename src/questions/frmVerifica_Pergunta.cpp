@@ -138,7 +138,7 @@ void frmVerifica_Pergunta::cmdVerifica_Duplicidade_Click() {
         if (Lastrec(Tabela.Source, Conexão) != 0) Tabela.Seek(0, Tipo_Busca::Primeiro_Igual);
         if (Tabela.Eof()) break;
         Compara_Questão_Atual();
-        Plataforma_Atual().Processa_Eventos();
+        Plataforma_Atual().Processa_Eventos_Da_Caminhada();
         if (Verificação_Interrompida) break;  // cmdCancelar_Click has ended the transaction
     }
     Em_Comparação = false;
@@ -230,7 +230,7 @@ void frmVerifica_Pergunta::cmdVerifica_Coerência_Click() {
             return;
         }
         Tabela.MoveNext();
-        Plataforma_Atual().Processa_Eventos();
+        Plataforma_Atual().Processa_Eventos_Da_Caminhada();
         if (Verificação_Interrompida) return;
     }
     cmdSair_Click();  // every question is verified

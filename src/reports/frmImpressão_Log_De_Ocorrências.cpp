@@ -143,7 +143,7 @@ bool frmImpressão_Log_De_Ocorrências::Imprime_Log(Resumo_Log& resumo) {
         if (linha.contains(Separador)) Destaca_Impressão(false);
         Imprime(linha, 0, false);
         Analisa_Linha_Log(linha, pasta, resumo);
-        Plataforma_Atual().Processa_Eventos();
+        Plataforma_Atual().Processa_Eventos_Da_Caminhada();
         if (Interrompido) break;
     }
     log.close();

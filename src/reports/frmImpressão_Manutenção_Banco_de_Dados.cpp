@@ -295,7 +295,7 @@ bool frmImpressão_Manutenção_Banco_de_Dados::Imprime_Manutenções(int& Quant
             }
         }
         Tabela_Secundária.MoveNext();
-        plataforma.Processa_Eventos();
+        plataforma.Processa_Eventos_Da_Caminhada();
         if (Interrompido) return false;
     }
     return true;

@@ -201,7 +201,7 @@ void frmRevelações_De_Deus::cmdOk_Click() {
                 !mostrada)
                 Mostra_Citação(Tabela.Fields("Código_Revelação").Value(), número);
             Tabela.MoveNext();
-            plataforma.Processa_Eventos();
+            plataforma.Processa_Eventos_Da_Caminhada();
             if (Interrompe_Pesquisa) break;
         }
     } else {
@@ -213,7 +213,7 @@ void frmRevelações_De_Deus::cmdOk_Click() {
             if (Citação_Contém(Caminho_Citação(número), procurado))
                 Mostra_Citação(Tabela_Secundária.Fields("Código_Revelação").Value(), número);
             Tabela_Secundária.MoveNext();
-            plataforma.Processa_Eventos();
+            plataforma.Processa_Eventos_Da_Caminhada();
             if (Interrompe_Pesquisa) break;
         }
     }

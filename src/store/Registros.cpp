@@ -73,7 +73,7 @@ QVariant Campo::Value(std::source_location onde) const {
     }
     if (auto it = R->Pendentes.find(Posição); it != R->Pendentes.end()) return *it;
     if (R->Estático) return R->Linhas_Estáticas.at(R->Posição).at(Posição);
-    if (!R->Linha_Lida) {
+    if (!R->Garante_Linha()) {
         Falha(-2147217885, "Uma linha excluída foi referenciada.", onde);
         return {};
     }
@@ -227,7 +227,9 @@ void Registros::Close() {
     Excluídas_Antes_Da_Contagem = 0;
     Posição = -1;
     Linha_Lida = false;
+    Linha_Adiada = false;
     Linha.clear();
+    Textos_Gravação.clear();
     Estático = false;
     Nomes_Estáticos.clear();
     Tipos_Estáticos.clear();
@@ -533,7 +535,8 @@ bool Registros::Passo(bool adiante, std::source_location onde) {
     }
     int próxima = Atual + (adiante ? 1 : -1);
     if (próxima < 0 || próxima >= Janela.size()) {
-        const Entrada de = adiante ? Janela.last() : Janela.first();
+        Entrada de = adiante ? Janela.last() : Janela.first();
+        if (de.Chave_Adiada) Entrada_Da_Linha(de.Id, false, de, onde);
         QVector<Entrada> página = Busca_Página(&de, adiante, página_cheia, onde);
         if (página.isEmpty()) return false;
         if (adiante) {
@@ -558,6 +561,7 @@ bool Registros::Passo(bool adiante, std::source_location onde) {
 void Registros::Anda(bool adiante, std::source_location onde) {
     Descarta_Edição();
     Linha_Lida = false;
+    Linha_Adiada = false;
     while (Passo(adiante, onde)) {
         if (!Janela[Atual].Excluída && (Linha_Da_Página(Janela[Atual]) || Lê_Linha(Id_Atual()))) {
             Onde = Lugar::Na_Linha;
@@ -636,6 +640,7 @@ void Registros::Edita(std::source_location onde) {
         }
         Trava_Sem_Transação = !Sessão_->Transação_Lógica;
     }
+    Linha_Adiada = false;
     Linha_Lida = Lê_Linha(id);
     if (!Linha_Lida) {
         if (Trava_Sem_Transação) Sessão_->Libera_Trava(Estrutura->Nome, id);
@@ -875,9 +880,11 @@ void Registros::Seek(const QVariantList& chave, Tipo_Busca tipo, std::source_loc
         Atual = 0;
         Onde = Lugar::Na_Linha;
         Linha_Lida = true;
+        Linha_Adiada = false;
     } else {
         // Nothing found: EOF, no current row; a step back from here starts at the last row.
         Linha_Lida = false;
+        Linha_Adiada = false;
         Janela.clear();
         Atual = -1;
         Onde = Lugar::Depois;
@@ -1009,8 +1016,19 @@ void Registros::Update(std::source_location onde) {
 
     QList<int> posições = Pendentes.keys();
     std::sort(posições.begin(), posições.end());
-    QString sql;
-    if (Modo == Modo_Edição::Inclusão) {
+    // The kind of write and the fields written, one bit each: the key of the statement's text.
+    quint64 marca = Modo == Modo_Edição::Inclusão ? 1 : 0;
+    bool guardável = true;
+    for (int p : posições) {
+        if (p < 63)
+            marca |= quint64{2} << p;
+        else
+            guardável = false;
+    }
+    QString sql = guardável ? Textos_Gravação.value(marca) : QString();
+    if (!sql.isEmpty()) {
+        // built by an earlier write of the same fields
+    } else if (Modo == Modo_Edição::Inclusão) {
         if (posições.isEmpty()) {
             sql = "INSERT INTO " + Citação(Estrutura->Nome) + " DEFAULT VALUES";
         } else {
@@ -1021,6 +1039,7 @@ void Registros::Update(std::source_location onde) {
             }
             sql = "INSERT INTO " + Citação(Estrutura->Nome) + " (" + nomes + ") VALUES (" + marcas + ")";
         }
+        if (guardável) Textos_Gravação.insert(marca, sql);
     } else {
         if (posições.isEmpty()) {
             Descarta_Edição();
@@ -1030,6 +1049,7 @@ void Registros::Update(std::source_location onde) {
         for (int p : posições)
             atribuições += (atribuições.isEmpty() ? "" : ", ") + Citação(Estrutura->Campos[p].Nome) + " = ?";
         sql = "UPDATE " + Citação(Estrutura->Nome) + " SET " + atribuições + " WHERE rowid = ?";
+        if (guardável) Textos_Gravação.insert(marca, sql);
     }
     // On a server the new row comes back with the insert, its place in the order and its fields: the
     // slot needs no reads of it afterwards, each a round trip over the network.
@@ -1059,11 +1079,10 @@ void Registros::Update(std::source_location onde) {
     if (Modo == Modo_Edição::Inclusão) {
         // The new row becomes current, in its place in the order; the keyset grows to hold it.
         Entrada nova{Sessão_->Último_Id(), {}, false};
+        nova.Chave_Adiada = true;
         Limite_Id = std::max(Limite_Id, nova.Id);
-        if (!campos_devolvidos.isEmpty())
-            nova = devolvida;
-        else
-            Entrada_Da_Linha(nova.Id, false, nova, onde);
+        // On a server the insert brought its order values back; here they are read when a step needs them.
+        if (!campos_devolvidos.isEmpty()) nova = devolvida;
         Janela = {nova};
         Atual = 0;
         Onde = Lugar::Na_Linha;
@@ -1079,9 +1098,18 @@ void Registros::Update(std::source_location onde) {
     if (!campos_devolvidos.isEmpty()) {
         Linha = std::move(campos_devolvidos);
         Linha_Lida = true;
+        Linha_Adiada = false;
     } else {
-        Linha_Lida = Lê_Linha(Id_Atual());
+        // The row is read back only when something asks for it.
+        Linha_Lida = true;
+        Linha_Adiada = true;
     }
+}
+
+bool Registros::Garante_Linha() {
+    if (Linha_Adiada && Tem_Linha_Atual()) Linha_Lida = Lê_Linha(Id_Atual());
+    Linha_Adiada = false;
+    return Linha_Lida;
 }
 
 void Registros::Delete(std::source_location onde) {
@@ -1111,4 +1139,5 @@ void Registros::Delete(std::source_location onde) {
     Janela[Atual].Excluída = true;
     if (Contagem < 0) ++Excluídas_Antes_Da_Contagem;
     Linha_Lida = false;
+    Linha_Adiada = false;
 }

@@ -106,6 +106,7 @@ class Registros {
         qint64 Id = 0;
         QVariantList Chave;
         bool Excluída = false;      // deleted through this slot
+        bool Chave_Adiada = false;  // a row just added: its order values are read when a step needs them
         QVector<QVariant> Valores;  // the row as its page read it, good while the file's mark is unchanged
         Carimbo_Dados Carimbo;
     };
@@ -150,6 +151,12 @@ class Registros {
     mutable int Contagem = -1;  // RecordCount, counted when first asked
     int Excluídas_Antes_Da_Contagem = 0;
     bool Linha_Lida = false;
+    // The row just written is read back when first asked for, not at once: a slot written row after row
+    // (an import, the audit trail) reads nothing back.
+    bool Linha_Adiada = false;
+    bool Garante_Linha();
+    // The statements of the writes, by kind and fields written: built once for the slot's table.
+    QHash<quint64, QString> Textos_Gravação;
     bool Recusa_Do_Valor_ = false;
     QVector<QVariant> Linha;
 

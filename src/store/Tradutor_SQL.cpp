@@ -48,10 +48,16 @@ QString Data_Para_Banco(const QDateTime& data) {
 QDateTime Data_Do_Banco(const QString& texto) {
     // The stored form is read by hand: it is read for every row of every walk.
     if (texto.size() == 19 && texto[4] == '-' && texto[7] == '-' && texto[10] == ' ') {
-        const QDateTime d(
-            QDate(texto.left(4).toInt(), texto.mid(5, 2).toInt(), texto.mid(8, 2).toInt()),
-            QTime(texto.mid(11, 2).toInt(), texto.mid(14, 2).toInt(), texto.mid(17, 2).toInt()));
+        const QDate dia(texto.left(4).toInt(), texto.mid(5, 2).toInt(), texto.mid(8, 2).toInt());
+        const QTime hora(texto.mid(11, 2).toInt(), texto.mid(14, 2).toInt(), texto.mid(17, 2).toInt());
+        const QDateTime d(dia, hora);
         if (d.isValid()) return d;
+        // An hour that the local clock skipped (the midnight when summer time began, as in Brazil up to
+        // 2018) is read as the first hour that exists after it, so that the day itself is not lost.
+        if (dia.isValid() && hora.isValid())
+            for (int passo = 1; passo <= 4; ++passo)
+                if (const QDateTime adiante(dia, hora.addSecs(passo * 1800)); adiante.isValid())
+                    return adiante;
     }
     QDateTime d = QDateTime::fromString(texto, "yyyy-MM-dd HH:mm:ss");
     if (!d.isValid()) d = QDateTime::fromString(texto, Qt::ISODate);

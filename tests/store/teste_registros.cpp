@@ -341,6 +341,16 @@ TEST_F(Registros_Teste, OpeningWhatIsNotThereFailsAndLeavesTheSlotClosed) {
 }
 
 // Jet's brackets in a Like: a set of letters, a range, a negation; a typed %, _ or [ finds itself.
+// On the day summer time began in Brazil the local midnight did not exist: the stored date must still be
+// read as that day (the runners set TZ=America/Sao_Paulo; elsewhere the midnight simply exists).
+TEST(Datas_Teste, MidnightSkippedBySummerTimeIsReadOnItsOwnDay) {
+    const QDateTime lida = Data_Do_Banco("2018-11-04 00:00:00");
+    ASSERT_TRUE(lida.isValid());
+    EXPECT_EQ(lida.date(), QDate(2018, 11, 4));
+    EXPECT_EQ(Data_Do_Banco("2018-11-03 00:00:00").time(), QTime(0, 0));
+    EXPECT_EQ(Data_Do_Banco("2018-11-05 13:45:10"), QDateTime(QDate(2018, 11, 5), QTime(13, 45, 10)));
+}
+
 TEST(Like_Teste, BracketsMatchOneLetterOfTheirSetAndTypedSignsFindThemselves) {
     auto like = [](const QString& padrão, const QString& texto) {
         const QByteArray p = padrão.toUtf8(), t = texto.toUtf8();

@@ -682,7 +682,7 @@ void frmAtualiza_Versão::Etapa_Citações() {
                 Tabela.Fields(campo).Set_Value(Tabela_Temporária.Fields(campo).Value());
             Grava(Tabela, false);
             Tabela_Temporária.MoveNext();
-            Plataforma_Atual().Processa_Eventos();
+            Plataforma_Atual().Processa_Eventos_Da_Caminhada();
         }
         Tabela.Reinicia();
         Tabela_Temporária.Reinicia();
@@ -742,7 +742,7 @@ void frmAtualiza_Versão::Importa_Tabela_Semente(const QString& tabela, const QS
             Finaliza_Transação();
         }
         Tabela_Temporária.MoveNext();
-        Plataforma_Atual().Processa_Eventos();
+        Plataforma_Atual().Processa_Eventos_Da_Caminhada();
     }
     Tabela.Reinicia();
     Tabela_Temporária.Reinicia();
