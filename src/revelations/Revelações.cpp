@@ -36,11 +36,20 @@ bool Palavra_Chave_Confere(const QString& Palavra_Chave, const QString& Procurad
     return Palavra_Chave[p - 1] == ' ' && fim;
 }
 
-bool Lê_Linhas_Citação(const QString& arquivo, QStringList& linhas) {
-    linhas.clear();
+namespace {
+// The citation's text in the program's code page; false when the file cannot be read.
+bool Lê_Texto_Citação(const QString& arquivo, QString& texto) {
     QFile f(arquivo);
     if (!f.open(QIODevice::ReadOnly)) return false;
-    QString texto = De_Cp1252(f.readAll());
+    texto = De_Cp1252(f.readAll());
+    return true;
+}
+}  // namespace
+
+bool Lê_Linhas_Citação(const QString& arquivo, QStringList& linhas) {
+    linhas.clear();
+    QString texto;
+    if (!Lê_Texto_Citação(arquivo, texto)) return false;
     texto.replace("\r\n", "\n").replace('\r', '\n');
     linhas = texto.split('\n');
     // The line end of the last line opens no further line.
@@ -62,9 +71,8 @@ QString Início_Citação(const QString& arquivo) {
 bool Citação_Contém(const QString& arquivo, const QString& Procurado) {
     // The lines joined by blanks, as the search reads them: each line end (CR LF, CR or LF) becomes one
     // blank, in one pass over the text, but the last one, which opens no further line.
-    QFile f(arquivo);
-    if (!f.open(QIODevice::ReadOnly)) return false;
-    QString texto = De_Cp1252(f.readAll());
+    QString texto;
+    if (!Lê_Texto_Citação(arquivo, texto)) return false;
     if (texto.endsWith("\r\n"))
         texto.chop(2);
     else if (texto.endsWith('\n') || texto.endsWith('\r'))

@@ -1016,8 +1016,14 @@ void Registros::Update(std::source_location onde) {
 
     QList<int> posições = Pendentes.keys();
     std::sort(posições.begin(), posições.end());
-    // The kind of write and the fields written, one bit each: the key of the statement's text.
-    quint64 marca = Modo == Modo_Edição::Inclusão ? 1 : 0;
+    const bool inclusão = Modo == Modo_Edição::Inclusão;
+    if (!inclusão && posições.isEmpty()) {
+        Descarta_Edição();  // nothing changed: nothing to write
+        return;
+    }
+    // The kind of write and the fields written, one bit each: the key of the statement's text, built once
+    // for the slot's table.
+    quint64 marca = inclusão ? 1 : 0;
     bool guardável = true;
     for (int p : posições) {
         if (p < 63)
@@ -1026,34 +1032,24 @@ void Registros::Update(std::source_location onde) {
             guardável = false;
     }
     QString sql = guardável ? Textos_Gravação.value(marca) : QString();
-    if (!sql.isEmpty()) {
-        // built by an earlier write of the same fields
-    } else if (Modo == Modo_Edição::Inclusão) {
-        if (posições.isEmpty()) {
+    if (sql.isEmpty()) {
+        QString nomes, marcas;
+        for (int p : posições) {
+            const QString nome = Citação(Estrutura->Campos[p].Nome);
+            nomes += (nomes.isEmpty() ? "" : ", ") + nome + (inclusão ? "" : " = ?");
+            marcas += marcas.isEmpty() ? "?" : ", ?";
+        }
+        if (!inclusão)
+            sql = "UPDATE " + Citação(Estrutura->Nome) + " SET " + nomes + " WHERE rowid = ?";
+        else if (posições.isEmpty())
             sql = "INSERT INTO " + Citação(Estrutura->Nome) + " DEFAULT VALUES";
-        } else {
-            QString nomes, marcas;
-            for (int p : posições) {
-                nomes += (nomes.isEmpty() ? "" : ", ") + Citação(Estrutura->Campos[p].Nome);
-                marcas += marcas.isEmpty() ? "?" : ", ?";
-            }
+        else
             sql = "INSERT INTO " + Citação(Estrutura->Nome) + " (" + nomes + ") VALUES (" + marcas + ")";
-        }
-        if (guardável) Textos_Gravação.insert(marca, sql);
-    } else {
-        if (posições.isEmpty()) {
-            Descarta_Edição();
-            return;
-        }
-        QString atribuições;
-        for (int p : posições)
-            atribuições += (atribuições.isEmpty() ? "" : ", ") + Citação(Estrutura->Campos[p].Nome) + " = ?";
-        sql = "UPDATE " + Citação(Estrutura->Nome) + " SET " + atribuições + " WHERE rowid = ?";
         if (guardável) Textos_Gravação.insert(marca, sql);
     }
     // On a server the new row comes back with the insert, its place in the order and its fields: the
     // slot needs no reads of it afterwards, each a round trip over the network.
-    const bool devolve = Modo == Modo_Edição::Inclusão && Sessão_->Servidor() && !Campos_Da_Tabela.isEmpty();
+    const bool devolve = inclusão && Sessão_->Servidor() && !Campos_Da_Tabela.isEmpty();
     if (devolve) sql += " RETURNING rowid" + Colunas_Chave + ", " + Campos_Da_Tabela;
     Comando_Banco* comando = Sessão_->Prepara(sql, falha);
     if (comando == nullptr) return Falha(falha.Número, falha.Descrição, onde);
@@ -1076,7 +1072,7 @@ void Registros::Update(std::source_location onde) {
         return Falha(falha.Número, falha.Descrição, onde);
     }
     Sessão_->Marca_Escrita(Estrutura->Nome);
-    if (Modo == Modo_Edição::Inclusão) {
+    if (inclusão) {
         // The new row becomes current, in its place in the order; the keyset grows to hold it.
         Entrada nova{Sessão_->Último_Id(), {}, false};
         nova.Chave_Adiada = true;
