@@ -84,10 +84,12 @@ std::shared_ptr<Sessão> Sessão_Estatísticas(Falha_Banco& falha) {
     if (!sessão) return nullptr;
     ++sessão->Conexões_Lógicas;
     // A killed program keeps every committed turn in the journal; the flush to the disk is left to the
-    // checkpoints, so a turn does not wait for it.
+    // checkpoints, so a turn does not wait for it, and the checkpoints to a thread of their own, so that
+    // no turn waits for them either.
     if (!sessão->Servidor()) {
         Falha_Banco ignorada;
         sessão->Executa("PRAGMA synchronous=NORMAL", ignorada);
+        sessão->Descarga_Em_Segundo_Plano();
     }
     guardada = sessão;
     return sessão;

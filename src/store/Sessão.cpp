@@ -15,6 +15,7 @@
 #include "failure/Trata_Erro.h"
 #include "store/Comando_Banco.h"
 #include "store/Comparação.h"
+#include "store/Descarga_Paralela.h"
 #include "store/Sessão_Servidor.h"
 
 namespace {
@@ -185,6 +186,7 @@ Sessão::Sessão(QString caminho) : Caminho(std::move(caminho)) {}
 Sessão::~Sessão() = default;
 
 Sessão_SQLite::~Sessão_SQLite() {
+    Descarga_Própria.reset();  // before the connection it hooks goes
     qDeleteAll(Comandos);
     if (Banco != nullptr) sqlite3_close_v2(Banco);
     if (Descritor_Travas >= 0) ::close(Descritor_Travas);
@@ -220,6 +222,11 @@ bool Sessão_SQLite::Carimbo(Carimbo_Dados& carimbo) {
 
 std::shared_ptr<Sessão> Sessão::Procura(const QString& caminho) {
     return Registro().value(Chave(caminho)).lock();
+}
+
+void Sessão::Descarga_Em_Segundo_Plano() {
+    if (Banco != nullptr && !Descarga_Própria)
+        Descarga_Própria = std::make_unique<Descarga_Paralela>(Banco, Caminho);
 }
 
 void Sessão::Retira_do_Registro() {

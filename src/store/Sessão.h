@@ -72,6 +72,7 @@ struct Estrutura_Tabela {
 };
 
 class Comando_Banco;
+class Descarga_Paralela;
 
 // One open database: an embedded SQLite file, or a schema of a PostgreSQL server when the installation
 // names one. Logical connections that point at the same database share one session, so the process's
@@ -92,6 +93,10 @@ class Sessão {
     sqlite3* Banco = nullptr;  // the embedded engine's handle; null on a server
     int Conexões_Lógicas = 0;
     virtual bool Servidor() const { return false; }
+    // The WAL's copies into the file made from now on by a thread of their own (an embedded file; a
+    // server makes its own).
+    void Descarga_Em_Segundo_Plano();
+    Descarga_Paralela* Descarga() const { return Descarga_Própria.get(); }
 
     // The logical transaction opened by Inicia_Transação; the engine's own transaction starts only at the
     // first write or lock, so that a user editing a row does not stop other copies from writing others.
@@ -138,6 +143,7 @@ class Sessão {
 
   protected:
     explicit Sessão(QString caminho);
+    std::unique_ptr<Descarga_Paralela> Descarga_Própria;
     virtual std::shared_ptr<Estrutura_Tabela> Lê_Estrutura(const QString& tabela, Falha_Banco& falha) = 0;
     struct Contagem_Guardada {
         QString Tabela;
