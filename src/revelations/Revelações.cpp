@@ -3,6 +3,11 @@
 #include <QDir>
 #include <QFile>
 #include <QPlainTextEdit>
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <string_view>
+#include <unistd.h>
 
 #include "common/Cp1252.h"
 #include "common/Globais.h"
@@ -37,11 +42,29 @@ bool Palavra_Chave_Confere(const QString& Palavra_Chave, const QString& Procurad
 }
 
 namespace {
+// The file's bytes, read with the system's own calls: a search opens thousands of citations, and QFile
+// asks the system for each one's details two or three times over.
+bool Lê_Bytes_Citação(const QString& arquivo, QByteArray& bytes) {
+    const int descritor = ::open(QFile::encodeName(arquivo).constData(), O_RDONLY | O_CLOEXEC);
+    if (descritor < 0) return false;
+    bytes.clear();
+    char bloco[8192];
+    ssize_t lidos;
+    while ((lidos = ::read(descritor, bloco, sizeof bloco)) != 0) {
+        if (lidos > 0)
+            bytes.append(bloco, lidos);
+        else if (errno != EINTR)
+            break;  // a folder, or a disk that fails
+    }
+    ::close(descritor);
+    return lidos == 0;
+}
+
 // The citation's text in the program's code page; false when the file cannot be read.
 bool Lê_Texto_Citação(const QString& arquivo, QString& texto) {
-    QFile f(arquivo);
-    if (!f.open(QIODevice::ReadOnly)) return false;
-    texto = De_Cp1252(f.readAll());
+    QByteArray bytes;
+    if (!Lê_Bytes_Citação(arquivo, bytes)) return false;
+    texto = De_Cp1252(bytes);
     return true;
 }
 }  // namespace
@@ -68,26 +91,67 @@ QString Início_Citação(const QString& arquivo) {
     return início;
 }
 
-bool Citação_Contém(const QString& arquivo, const QString& Procurado) {
-    // The lines joined by blanks, as the search reads them: each line end (CR LF, CR or LF) becomes one
-    // blank, in one pass over the text, but the last one, which opens no further line.
-    QString texto;
-    if (!Lê_Texto_Citação(arquivo, texto)) return false;
+namespace {
+// Each byte of the code page as a search without regard to case sees it: the first byte whose character
+// folds to the same one. Searching folded bytes finds exactly what searching the decoded text finds.
+const std::array<char, 256>& Bytes_Dobrados() {
+    static const std::array<char, 256> tabela = [] {
+        std::array<char16_t, 256> dobrado{};
+        std::array<char, 256> t{};
+        for (int b = 0; b < 256; ++b) {
+            const QString c = De_Cp1252(QByteArray(1, static_cast<char>(b)));
+            dobrado[b] = c.size() == 1 ? c[0].toCaseFolded().unicode() : char16_t(0xFFFF);
+            t[b] = static_cast<char>(b);
+            for (int a = 0; a < b; ++a)
+                if (dobrado[a] == dobrado[b]) {
+                    t[b] = static_cast<char>(a);
+                    break;
+                }
+        }
+        return t;
+    }();
+    return tabela;
+}
+
+// The lines joined by blanks, as the search reads them: each line end (CR LF, CR or LF) becomes one blank,
+// in one pass, but the last one, which opens no further line. Every character goes through `Troca`.
+template <typename Texto, typename Função>
+void Junta_Linhas(Texto& texto, Função Troca) {
     if (texto.endsWith("\r\n"))
         texto.chop(2);
     else if (texto.endsWith('\n') || texto.endsWith('\r'))
         texto.chop(1);
-    QChar* escrito = texto.data();
-    const QChar* lido = escrito;
-    const QChar* const fim = lido + texto.size();
+    auto* escrito = texto.data();
+    const auto* lido = escrito;
+    const auto* const fim = lido + texto.size();
     qsizetype tamanho = 0;
     for (; lido < fim; ++lido) {
-        const QChar c = *lido;  // read before the write, which may land on it
-        if (c == u'\r' && lido + 1 < fim && lido[1] == u'\n') ++lido;
-        escrito[tamanho++] = c == u'\r' || c == u'\n' ? QChar(u' ') : c;
+        const auto c = *lido;  // read before the write, which may land on it
+        if (c == '\r' && lido + 1 < fim && lido[1] == '\n') ++lido;
+        escrito[tamanho++] = c == '\r' || c == '\n' ? decltype(c)(' ') : Troca(c);
     }
     texto.truncate(tamanho);
-    return texto.contains(Procurado, Qt::CaseInsensitive);
+}
+}  // namespace
+
+bool Citação_Contém(const QString& arquivo, const QString& Procurado) {
+    // The search runs over the file's own bytes when every character sought has one in the code page: a
+    // search sees thousands of files, and decoding each would be most of its time.
+    QByteArray procurado = Para_Cp1252(Procurado);
+    if (De_Cp1252(procurado) != Procurado) {
+        QString texto;
+        if (!Lê_Texto_Citação(arquivo, texto)) return false;
+        Junta_Linhas(texto, [](QChar c) { return c; });
+        return texto.contains(Procurado, Qt::CaseInsensitive);
+    }
+    QByteArray texto;
+    if (!Lê_Bytes_Citação(arquivo, texto)) return false;
+    const std::array<char, 256>& dobrado = Bytes_Dobrados();
+    const auto Dobra = [&dobrado](char c) { return dobrado[static_cast<unsigned char>(c)]; };
+    for (char& c : procurado) c = Dobra(c);
+    Junta_Linhas(texto, Dobra);
+    return std::string_view(texto.constData(), texto.size())
+               .find(procurado.constData(), 0, procurado.size()) != std::string_view::npos;
 }
 
 bool Painel_Revelações_Vazio() {

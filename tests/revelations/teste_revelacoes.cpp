@@ -115,6 +115,41 @@ TEST_F(Revelacoes, TheTextSearchReadsLinesJoinedByBlanksWhateverTheLineEnds) {
     EXPECT_FALSE(Citação_Contém(Caminho_Citação(8), "paz"));  // no file
 }
 
+// The search over the file's bytes agrees with a search over its decoded text for every character of the
+// code page and its capital and small forms. The file holds the capitals but not the small letters, and
+// some ranges not at all.
+TEST_F(Revelacoes, TheTextSearchFindsWhatTheDecodedTextWouldForEveryCharacterOfThePage) {
+    QByteArray bytes = "linha\r\n";
+    for (int b = 0x20; b < 0x100; ++b)
+        if (b < 0x60 || (b >= 0x80 && b < 0xA0) || (b >= 0xC0 && b < 0xE0)) bytes += static_cast<char>(b);
+    bytes += "\rfim\n";
+    const QString arquivo = Caminho_Citação(9);
+    {
+        QFile f(arquivo);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(bytes);
+    }
+    QString lido = De_Cp1252(bytes);
+    lido.chop(1);
+    lido.replace("\r\n", " ").replace('\r', ' ');
+    int achados = 0, vistos = 0;
+    for (int b = 0x20; b < 0x100; ++b) {
+        const QString c = De_Cp1252(QByteArray(1, static_cast<char>(b)));
+        for (const QString& procurado : {c, c.toUpper(), c.toLower(), "a " + c, c + " f"}) {
+            const bool esperado = lido.contains(procurado, Qt::CaseInsensitive);
+            EXPECT_EQ(Citação_Contém(arquivo, procurado), esperado)
+                << "byte " << b << ": " << procurado.toStdString();
+            achados += esperado;
+            ++vistos;
+        }
+    }
+    EXPECT_GT(achados, 300);  // both outcomes were compared
+    EXPECT_LT(achados, vistos - 200);
+    EXPECT_TRUE(Citação_Contém(arquivo, QString::fromUtf8("LINHA ")));
+    // Characters outside the page are still compared by their folded forms.
+    EXPECT_FALSE(Citação_Contém(arquivo, QString::fromUtf8("ω")));
+}
+
 TEST_F(Revelacoes, AnOpenedCitationLeavesLaterSubjectSearchesButNotTextSearchesAndIsPaintedBlue) {
     Cita(2, "fé, confiança", "A fé move\r\nmontanhas.\r\n");
     Cita(3, "esperança, fé", "Esperai no Senhor.\r\n");
