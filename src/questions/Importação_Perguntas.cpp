@@ -19,6 +19,11 @@ QSet<QString> Formas_Do_Banco() {
     return formas;
 }
 
+bool Marca_Do_Banco(Carimbo_Dados& marca) {
+    const std::shared_ptr<Sessão> sessão = Conexão.Sessão_Física();
+    return sessão && sessão->Carimbo(marca);
+}
+
 namespace {
 // An answer made only of signs ("{", "(") is compared as it is written.
 QString Forma_Resposta(const QString& resposta) {

@@ -6,12 +6,16 @@
 #include <QVector>
 
 #include "questions/Leitura_Perguntas.h"
+#include "store/Sessão.h"
 
 inline constexpr int Largura_Pergunta = 124;
 inline constexpr int Largura_Resposta = 50;
 
 // The questions of tblPergunta in the form they are compared (Forma_Comparação).
 QSet<QString> Formas_Do_Banco();
+// The bank's present mark, which any copy's write changes; false where the store gives none (a server),
+// and then nothing can be told from it.
+bool Marca_Do_Banco(Carimbo_Dados& marca);
 
 // Gives each question its verdict: the answers take the register's capitalisation, a question without a
 // kind takes tipo_padrão ("G" or "B"), and a question is refused for an empty field, a text too long, a

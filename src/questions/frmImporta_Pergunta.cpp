@@ -220,6 +220,7 @@ void frmImporta_Pergunta::Carrega_Arquivo(const QString& caminho) {
         Aviso(Leitura.Erro, true);
         return;
     }
+    Formas_Marcadas = Marca_Do_Banco(Marca_Formas);
     Formas_Banco = Formas_Do_Banco();
     Monta_Prévia();
 }
@@ -229,7 +230,8 @@ void frmImporta_Pergunta::Monta_Prévia() {
     if (Resumo_Sem_Inclusão) Resumo.clear();
     Resumo_Sem_Inclusão = false;
     Perguntas_ = Leitura.Perguntas;
-    Verifica_Perguntas(Perguntas_, Formas_Banco, optTipo[0]->isChecked() ? "G" : "B");
+    Tipo_Verificado = optTipo[0]->isChecked() ? "G" : "B";
+    Verifica_Perguntas(Perguntas_, Formas_Banco, Tipo_Verificado);
     Cancelado = false;
     Habilita(true);
     const int total = Perguntas_.size();
@@ -308,12 +310,20 @@ void frmImporta_Pergunta::cmdImporta_Click() {
     Habilita(true);
     Operação = "Inclusão";
     Inicia_Transação();
-    // Another workstation may have added some of these questions since the preview was made.
-    Formas_Banco = Formas_Do_Banco();
-    QVector<Pergunta_Lida> agora = Leitura.Perguntas;
-    Verifica_Perguntas(agora, Formas_Banco, optTipo[0]->isChecked() ? "G" : "B");
-    int prontas_agora = 0;
-    for (const Pergunta_Lida& p : agora) prontas_agora += p.Pronta() ? 1 : 0;
+    // Another workstation may have added some of these questions since the preview was made; when the
+    // bank's mark says that nobody wrote to it since its forms were read, the preview's checks stand.
+    const QString tipo = optTipo[0]->isChecked() ? "G" : "B";
+    Carimbo_Dados marca;
+    const bool sem_escritas = Formas_Marcadas && Marca_Do_Banco(marca) && marca == Marca_Formas;
+    int prontas_agora = prontas;
+    if (!sem_escritas || tipo != Tipo_Verificado) {
+        Formas_Marcadas = Marca_Do_Banco(Marca_Formas);
+        Formas_Banco = Formas_Do_Banco();
+        QVector<Pergunta_Lida> agora = Leitura.Perguntas;
+        Verifica_Perguntas(agora, Formas_Banco, tipo);
+        prontas_agora = 0;
+        for (const Pergunta_Lida& p : agora) prontas_agora += p.Pronta() ? 1 : 0;
+    }
     if (prontas_agora != prontas) {
         Desfaz_Transação();
         Operação = "Consulta";

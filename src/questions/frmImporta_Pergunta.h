@@ -7,6 +7,7 @@
 
 #include "forms/Formulário.h"
 #include "questions/Leitura_Perguntas.h"
+#include "store/Sessão.h"
 
 class Grade_Flex;
 class QComboBox;
@@ -65,6 +66,10 @@ class frmImporta_Pergunta : public Formulário {
     Leitura_Perguntas Leitura;
     QVector<Pergunta_Lida> Perguntas_;
     QSet<QString> Formas_Banco;
+    // The bank's mark taken before its forms were read, and the kind that the preview's checks gave.
+    Carimbo_Dados Marca_Formas;
+    bool Formas_Marcadas = false;
+    QString Tipo_Verificado;
     QString Resumo;                    // the summary of the last import; empty before one
     bool Resumo_Sem_Inclusão = false;  // the summary is that of a file with no question ready
 };
