@@ -15,6 +15,7 @@
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
+#include "support/Servidor_Teste.h"
 
 namespace {
 // A machine with a local disk, shares of each kind, a bind mount of a share and a local folder bound inside a
@@ -99,6 +100,7 @@ class Aviso_Rede_Teste : public ::testing::Test {
     Plataforma_Roteirizada Plataforma;
 
     void SetUp() override {
+        SO_NO_EMBUTIDO("o aviso é sobre os arquivos do banco numa pasta compartilhada");
         Instala_Programa();
         Plataforma.Caixas.clear();
         Plataforma.Pastas_Sistema_Arquivos.clear();

@@ -6,6 +6,7 @@
 #include <QProcess>
 #include <QStringList>
 
+#include "store/Comando_Banco.h"
 #include "store/Comparação.h"
 #include "store/Funções_Banco.h"
 #include "store/Sessão_Servidor.h"
@@ -186,4 +187,49 @@ bool Executa_Como_Outra_Estação(const QStringList& comandos) {
         ok = ok && sqlite3_exec(banco, c.toUtf8().constData(), nullptr, nullptr, nullptr) == SQLITE_OK;
     sqlite3_close(banco);
     return ok;
+}
+
+QVector<QStringList> Consulta_Como_Outra_Estação(const QString& caminho, const QString& sql, bool* ok) {
+    QVector<QStringList> linhas;
+    bool lida = false;
+    if (const QString servidor = Conexão_Do_Servidor(caminho); !servidor.isEmpty()) {
+        Falha_Banco falha;
+        auto sessão = Abre_Sessão_Servidor(caminho, servidor, Esquema_Do_Servidor(caminho), falha);
+        if (Comando_Banco* c = sessão ? sessão->Prepara(sql, falha) : nullptr) {
+            int r;
+            while ((r = c->Passo()) == Linha_Pronta) {
+                QStringList linha;
+                for (int i = 0; i < c->Colunas(); ++i) linha << c->Texto(i);
+                linhas << linha;
+            }
+            lida = r == Fim_Comando;
+            c->Reinicia();
+        }
+    } else {
+        sqlite3* banco = nullptr;
+        sqlite3_open_v2(caminho.toUtf8().constData(), &banco, SQLITE_OPEN_READONLY, nullptr);
+        sqlite3_busy_timeout(banco, 5000);
+        Registra_Comparação(banco);
+        sqlite3_stmt* c = nullptr;
+        if (sqlite3_prepare_v2(banco, sql.toUtf8().constData(), -1, &c, nullptr) == SQLITE_OK) {
+            int r;
+            while ((r = sqlite3_step(c)) == SQLITE_ROW) {
+                QStringList linha;
+                for (int i = 0; i < sqlite3_column_count(c); ++i)
+                    linha << QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(c, i)));
+                linhas << linha;
+            }
+            lida = r == SQLITE_DONE;
+        }
+        sqlite3_finalize(c);
+        sqlite3_close(banco);
+    }
+    if (ok != nullptr) *ok = lida;
+    return lida ? linhas : QVector<QStringList>();
+}
+
+int Conta_Como_Outra_Estação(const QString& caminho, const QString& sql) {
+    bool ok = false;
+    const QVector<QStringList> linhas = Consulta_Como_Outra_Estação(caminho, sql, &ok);
+    return ok && !linhas.isEmpty() && !linhas[0].isEmpty() ? linhas[0][0].toInt() : -1;
 }

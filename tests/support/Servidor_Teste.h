@@ -3,6 +3,8 @@
 // temporary folder (under the postgres system user when the tests run as root), listening only on a
 // unix socket in that folder, on a free port; stopped and removed when the process ends.
 #include <QString>
+#include <QStringList>
+#include <QVector>
 
 // Whether this run puts the store on a server (the variable QUIZORA_TESTE_SERVIDOR is set).
 bool Testa_No_Servidor();
@@ -39,3 +41,11 @@ class Servidor_Teste {
 // Runs statements (the embedded engine's dialect) on Dados.Mdb as another workstation: a connection of its
 // own, on whichever engine the installation uses. False at the first refusal.
 bool Executa_Como_Outra_Estação(const QStringList& comandos);
+
+// The rows of a query (the embedded engine's dialect) on one of the installation's databases, read as
+// another workstation would: a connection of its own, on whichever engine the installation uses. Each
+// value as text, empty for a null; `ok` false when the query fails.
+QVector<QStringList> Consulta_Como_Outra_Estação(const QString& caminho, const QString& sql,
+                                                 bool* ok = nullptr);
+// The first value of such a query as a number ("Select Count(*) ..."); -1 when it fails.
+int Conta_Como_Outra_Estação(const QString& caminho, const QString& sql);
