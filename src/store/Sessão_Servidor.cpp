@@ -972,8 +972,8 @@ class Sessão_Servidor final : public Sessão {
     }
     void Retira_Do_Lote(Comando_Servidor* comando) { Lote.removeOne(comando); }
     bool No_Lote(Comando_Servidor* comando) const { return Lote.contains(comando); }
-    // The reads sent ahead, in one exchange, each on its own: one refused or lost is simply run again by
-    // its Passo, which tells what it meets as it always did.
+    // The reads sent ahead, in one exchange: one refused or lost, and those the server skipped after it,
+    // are simply run again by their Passo, which tells what it meets as it always did.
     void Pede_Lote() {
         Descarrega();
         const QVector<Comando_Servidor*> lote = std::exchange(Lote, {});
@@ -990,7 +990,7 @@ class Sessão_Servidor final : public Sessão {
             pedidos.push_back({Pedido::Executa, c->Nome_Preparado().constData(), nullptr,
                                static_cast<int>(p.size()), p.data()});
         }
-        std::vector<PGresult*> respostas = Recebe_Respostas(Envia_Pedidos(C, pedidos, true), pedidos.size());
+        std::vector<PGresult*> respostas = Recebe_Respostas(Envia_Pedidos(C, pedidos), pedidos.size());
         for (std::size_t i = 0; i < respostas.size(); ++i) {
             if (respostas[i] != nullptr && PQresultStatus(respostas[i]) == PGRES_TUPLES_OK)
                 lote[static_cast<int>(i)]->Toma_Resultado(respostas[i]);
