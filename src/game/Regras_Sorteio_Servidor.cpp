@@ -27,6 +27,17 @@ const QString Fonte_Histórico = "tblPergunta_Já_Mostrada";
 bool Deu_Certo(int passo) {
     return passo == Linha_Pronta || passo == Fim_Comando;
 }
+
+// Statements used together. The session may let go of the statements it keeps when it prepares a new one:
+// once all are prepared, asking again finds each kept, and no handle given out is let go meanwhile.
+bool Prepara_Juntos(Sessão& sessão,
+                    std::initializer_list<std::pair<const QString*, Comando_Banco**>> pedidos) {
+    Falha_Banco falha;
+    for (int volta = 0; volta < 2; ++volta)
+        for (const auto& [sql, comando] : pedidos)
+            if ((*comando = sessão.Prepara(*sql, falha)) == nullptr) return false;
+    return true;
+}
 }  // namespace
 
 bool Sorteio_No_Servidor::Disponível(const std::shared_ptr<Sessão>& sessão) {
@@ -51,11 +62,11 @@ void Sorteio_No_Servidor::Esquece() {
 
 // The two counts and the oldest row of the history, in one exchange.
 bool Sorteio_No_Servidor::Lê_Contagens() {
-    Falha_Banco falha;
-    Comando_Banco* perguntas = S->Prepara(Conta_Perguntas, falha);
-    Comando_Banco* mostradas = perguntas ? S->Prepara(Conta_Mostradas, falha) : nullptr;
-    Comando_Banco* antiga = mostradas ? S->Prepara(Lê_Mais_Antiga_Sql, falha) : nullptr;
-    if (antiga == nullptr) return false;
+    Comando_Banco *perguntas = nullptr, *mostradas = nullptr, *antiga = nullptr;
+    if (!Prepara_Juntos(
+            *S,
+            {{&Conta_Perguntas, &perguntas}, {&Conta_Mostradas, &mostradas}, {&Lê_Mais_Antiga_Sql, &antiga}}))
+        return false;
     perguntas->Envia();
     mostradas->Envia();
     antiga->Envia();
@@ -108,18 +119,15 @@ std::optional<int> Sorteio_No_Servidor::Quantidade_Perguntas() {
 }
 
 bool Sorteio_No_Servidor::Busca_Pergunta(int código, std::optional<Registro_Pergunta>& achada) {
-    Falha_Banco falha;
-    Comando_Banco* pergunta = S->Prepara(Lê_Pergunta, falha);
-    if (pergunta == nullptr) return false;
+    Comando_Banco *pergunta = nullptr, *histórico = nullptr;
+    if (!Prepara_Juntos(*S, {{&Lê_Pergunta, &pergunta}, {&Lê_Mostradas_Do_Código, &histórico}})) return false;
     pergunta->Liga_Inteiro(1, código);
     // Whether the code was shown is the draw's next question: it goes in the same exchange.
-    Comando_Banco* histórico = nullptr;
-    if (!Linhas_Do_Código.contains(código)) {
-        histórico = S->Prepara(Lê_Mostradas_Do_Código, falha);
-        if (histórico != nullptr) {
-            histórico->Liga_Inteiro(1, código);
-            histórico->Envia();
-        }
+    if (Linhas_Do_Código.contains(código)) {
+        histórico = nullptr;
+    } else {
+        histórico->Liga_Inteiro(1, código);
+        histórico->Envia();
     }
     pergunta->Envia();
     const int passo = pergunta->Passo();

@@ -665,13 +665,31 @@ class Sessão_Servidor final : public Sessão {
             Guarda(*Falha_Na_Transação, falha);
             ok = false;
             Descarrega_Outras();
-        } else if (Transação_SQL || !Adiadas.isEmpty()) {
+        } else if (!Adiadas.isEmpty() || (Transação_SQL && Outras_Adiadas())) {
             ok = Confirma_Numa_Ida(falha);
+        } else if (Transação_SQL) {
+            Falha_Servidor f;
+            if (!Executa_Simples(C, "COMMIT", &f)) {
+                if (Perdeu(f)) {
+                    Guarda_Perda(Recupera(f.Mensagem), falha);
+                } else {
+                    Guarda(f, falha);
+                    Executa_Simples(C, "ROLLBACK");
+                }
+                ok = false;
+            }
         } else {
             Descarrega_Outras();
         }
         Fim_Da_Transação();
         return ok;
+    }
+    // Whether another session keeps writes outside a transaction, to be sent alongside this commit.
+    bool Outras_Adiadas() const {
+        for (const Sessão_Servidor* s : Abertas())
+            if (s != this && !s->Adiadas.isEmpty() && !s->Adiadas_Em_Transação && !s->Descarregando)
+                return true;
+        return false;
     }
     // The commit with the writes kept for it, BEGIN first when still owed, in one exchange; the writes kept
     // by the other sessions outside a transaction (the audit rows) go on their own connections meanwhile.
@@ -1005,7 +1023,7 @@ class Sessão_Servidor final : public Sessão {
             (*it)->Limpa_Valores();
             return *it;
         }
-        Descarrega();
+        // Preparing reads no row: the writes kept for later can wait.
         if (Nomes.isEmpty()) Lê_Nomes();
         int valores = 0;
         QString texto = Traduz_Para_Servidor(sql, Nomes, valores);
