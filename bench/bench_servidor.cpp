@@ -13,9 +13,11 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QSet>
 #include <QVector>
 #include <cstdlib>
 #include <memory>
+#include <vector>
 
 #include "common/Globais.h"
 #include "game/Regras_Jogo.h"
@@ -246,6 +248,13 @@ void BM_Rodada_Pelo_Programa(benchmark::State& estado, bool pelo_relé) {
     {
         frmJogo janela;
         Registra_Jogador(janela.Jogo, 1, "Ana");
+        // One turn before the measure, as the raw side prepares its statements before its own: the first
+        // preparing of the turn's statements is not the time of a turn.
+        instalação.Passa_Rodada();
+        Inicia_Transação();
+        ::Nova_Rodada(janela.Jogo, janela, instalação.Plataforma.Relógio.date());
+        Finaliza_Transação();
+        janela.Jogo.Vez_Em_Andamento = false;
         for (auto _ : estado) {
             idas.Repetição();
             instalação.Passa_Rodada();
@@ -266,9 +275,53 @@ void BM_Rodada_Pelo_Programa(benchmark::State& estado, bool pelo_relé) {
     Reinicia_Estado_Global();
 }
 
-// The same turn by hand with the program's draws: count the bank, seed from the clock, and for each code
-// drawn read its row, trim the history when over its limit, look the code up in the history; the first
-// code not shown goes into the history. Each write adds its audit row; the writes share one transaction.
+// Statements of one exchange by hand (a libpq pipeline): sent without waiting, the answers read later, so
+// that two connections can be at work at once. `cada_um`: each stands apart (outside a transaction, each is
+// its own).
+struct Ida_Libpq {
+    PGconn* C;
+    std::vector<QVector<QByteArray>> Valores;
+    std::size_t Quantos = 0;
+};
+
+Ida_Libpq Envia_Libpq(PGconn* c, const std::vector<std::pair<const char*, QVector<QByteArray>>>& pedidos,
+                      bool cada_um) {
+    Ida_Libpq ida{c};
+    PQenterPipelineMode(c);
+    for (const auto& [nome, valores] : pedidos) {
+        QVector<const char*> v;
+        for (const QByteArray& x : valores) v << x.constData();
+        if (QByteArray(nome).startsWith("BEGIN") || QByteArray(nome).startsWith("COMMIT"))
+            PQsendQueryParams(c, nome, 0, nullptr, nullptr, nullptr, nullptr, 0);
+        else
+            PQsendQueryPrepared(c, nome, v.size(), v.data(), nullptr, nullptr, 0);
+        if (cada_um) PQpipelineSync(c);
+        ++ida.Quantos;
+    }
+    if (!cada_um) PQpipelineSync(c);
+    return ida;
+}
+
+// One result per statement, in order; the caller clears them.
+std::vector<PGresult*> Recebe_Libpq(const Ida_Libpq& ida) {
+    std::vector<PGresult*> respostas(ida.Quantos, nullptr);
+    for (std::size_t i = 0; i < ida.Quantos; ++i)
+        while (PGresult* r = PQgetResult(ida.C)) {
+            if (respostas[i] == nullptr && PQresultStatus(r) != PGRES_PIPELINE_SYNC)
+                respostas[i] = r;
+            else
+                PQclear(r);
+        }
+    while (PQexitPipelineMode(ida.C) != 1)
+        if (PGresult* r = PQgetResult(ida.C)) PQclear(r);
+    return respostas;
+}
+
+// The same turn by hand with the program's draws, as a careful programmer sends it: the bank's count, the
+// history's count and its oldest row in one exchange; seed from the clock, and for each code drawn its row
+// and its rows in the history in one exchange; the trim of the oldest row when the history is over its
+// limit, and the first code not shown goes into the history: these writes, each with its audit row, go
+// with the COMMIT in one exchange, the audit rows on the audit connection alongside it.
 void BM_Rodada_Libpq_Puro(benchmark::State& estado, bool pelo_relé) {
     Instalação_Jogo instalação(pelo_relé);
     Contador_Idas idas(pelo_relé);
@@ -276,14 +329,14 @@ void BM_Rodada_Libpq_Puro(benchmark::State& estado, bool pelo_relé) {
     PGconn* banco = Abre_Libpq(Caminho_Banco_Principal());
     PGconn* auditoria = Abre_Libpq(Caminho_Banco_Manutenção());
     Prepara_Libpq(banco, "conta", "SELECT count(*) FROM \"tblPergunta\"");
-    Prepara_Libpq(banco, "le", "SELECT * FROM \"tblPergunta\" WHERE \"Código_Pergunta\" = $1");
     Prepara_Libpq(banco, "conta_h", "SELECT count(*) FROM \"tblPergunta_Já_Mostrada\"");
     Prepara_Libpq(banco, "antiga",
                   "SELECT rowid, \"Código_Pergunta\" FROM \"tblPergunta_Já_Mostrada\" ORDER BY \"Data_Jogo\" "
                   "NULLS FIRST, rowid LIMIT 1");
+    Prepara_Libpq(banco, "le", "SELECT * FROM \"tblPergunta\" WHERE \"Código_Pergunta\" = $1");
+    Prepara_Libpq(banco, "mostradas",
+                  "SELECT rowid FROM \"tblPergunta_Já_Mostrada\" WHERE \"Código_Pergunta\" = $1");
     Prepara_Libpq(banco, "apaga", "DELETE FROM \"tblPergunta_Já_Mostrada\" WHERE rowid = $1");
-    Prepara_Libpq(banco, "mostrada",
-                  "SELECT count(*) FROM \"tblPergunta_Já_Mostrada\" WHERE \"Código_Pergunta\" = $1");
     Prepara_Libpq(
         banco, "insere",
         "INSERT INTO \"tblPergunta_Já_Mostrada\" (\"Código_Pergunta\", \"Data_Jogo\") VALUES ($1, $2)");
@@ -303,56 +356,72 @@ void BM_Rodada_Libpq_Puro(benchmark::State& estado, bool pelo_relé) {
         const QDateTime agora = instalação.Plataforma.Relógio;
         const QByteArray dia = QDateTime(agora.date(), QTime(0, 0)).toString("yyyy-MM-dd HH:mm:ss").toUtf8();
         const QByteArray hora = agora.toString("HH:mm:ss").toUtf8();
+        std::vector<std::pair<const char*, QVector<QByteArray>>> escritas, auditorias;
         const auto audita = [&](const QString& texto) {
-            const QByteArray m = texto.left(100).toUtf8();
-            const char* v[] = {m.constData(), dia.constData(), hora.constData()};
-            PGresult* r = PQexecPrepared(auditoria, "audita", 3, v, nullptr, nullptr, 0);
-            ok = PQresultStatus(r) == PGRES_COMMAND_OK && ok;
-            PQclear(r);
+            auditorias.push_back({"audita", {texto.left(100).toUtf8(), dia, hora}});
         };
-        bool escrevendo = false;
-        PGresult* r = um("conta", {});
-        const int n = std::atoi(PQgetvalue(r, 0, 0));
-        PQclear(r);
+        std::vector<PGresult*> r =
+            Recebe_Libpq(Envia_Libpq(banco, {{"conta", {}}, {"conta_h", {}}, {"antiga", {}}}, false));
+        const int n = std::atoi(PQgetvalue(r[0], 0, 0));
+        int no_histórico = std::atoi(PQgetvalue(r[1], 0, 0));
+        bool antiga_lida = true;
+        QByteArray antiga, código_antigo;
+        if (PQntuples(r[2]) == 1) {
+            antiga = PQgetvalue(r[2], 0, 0);
+            código_antigo = PQgetvalue(r[2], 0, 1);
+        }
+        for (PGresult* x : r) PQclear(x);
+        QSet<QByteArray> apagadas;
+        bool começou = false;
         Semeia_Gerador();
         bool sorteada = false;
         for (int tentativa = 0; !sorteada && tentativa < 10 * (n + 1); ++tentativa) {
-            const int código = Sorteia(n + 1);
-            r = um("le", {QByteArray::number(código)});
-            const bool existe = PQntuples(r) == 1;
-            PQclear(r);
+            const QByteArray código = QByteArray::number(Sorteia(n + 1));
+            r = Recebe_Libpq(Envia_Libpq(banco, {{"le", {código}}, {"mostradas", {código}}}, false));
+            const bool existe = PQntuples(r[0]) == 1;
+            QList<QByteArray> linhas;
+            for (int i = 0; i < PQntuples(r[1]); ++i) linhas << PQgetvalue(r[1], i, 0);
+            for (PGresult* x : r) PQclear(x);
             if (!existe) continue;
-            r = um("conta_h", {});
-            const int no_histórico = std::atoi(PQgetvalue(r, 0, 0));
-            PQclear(r);
             if (no_histórico > Limite_Histórico) {
-                r = um("antiga", {});
-                const QByteArray antiga = PQgetvalue(r, 0, 0);
-                const QByteArray código_antigo = PQgetvalue(r, 0, 1);
-                PQclear(r);
-                if (!escrevendo) ok = Executa_Libpq(banco, "BEGIN") && ok;
-                escrevendo = true;
-                r = um("apaga", {antiga});
-                ok = PQresultStatus(r) == PGRES_COMMAND_OK && ok;
-                PQclear(r);
-                audita(
-                    "AtualizandoSelect * From tblPergunta_Já_Mostrada Order By Data_Jogo onde "
-                    "Código_Pergunta = " +
-                    QString::fromUtf8(código_antigo));
+                if (!antiga_lida) {
+                    // A second trim in one turn: the first goes to the server before the next oldest is read.
+                    if (!começou) escritas.insert(escritas.begin(), {"BEGIN", {}});
+                    for (PGresult* x : Recebe_Libpq(Envia_Libpq(banco, escritas, false))) PQclear(x);
+                    escritas.clear();
+                    começou = true;
+                    PGresult* a = um("antiga", {});
+                    antiga = PQntuples(a) == 1 ? PQgetvalue(a, 0, 0) : "";
+                    código_antigo = PQntuples(a) == 1 ? PQgetvalue(a, 0, 1) : "";
+                    PQclear(a);
+                }
+                if (!antiga.isEmpty()) {
+                    escritas.push_back({"apaga", {antiga}});
+                    apagadas.insert(antiga);
+                    audita(
+                        "AtualizandoSelect * From tblPergunta_Já_Mostrada Order By Data_Jogo onde "
+                        "Código_Pergunta = " +
+                        QString::fromUtf8(código_antigo));
+                    --no_histórico;
+                    antiga_lida = false;
+                }
             }
-            r = um("mostrada", {QByteArray::number(código)});
-            const bool já_mostrada = std::atoi(PQgetvalue(r, 0, 0)) > 0;
-            PQclear(r);
+            bool já_mostrada = false;
+            for (const QByteArray& linha : linhas) já_mostrada = já_mostrada || !apagadas.contains(linha);
             if (já_mostrada) continue;
-            if (!escrevendo) ok = Executa_Libpq(banco, "BEGIN") && ok;
-            escrevendo = true;
-            r = um("insere", {QByteArray::number(código), dia});
-            ok = PQresultStatus(r) == PGRES_COMMAND_OK && ok;
-            PQclear(r);
-            audita("Atualizando Pergunta_Já_Mostrada onde Código_Pergunta = " + QString::number(código));
+            escritas.push_back({"insere", {código, dia}});
+            audita("Atualizando Pergunta_Já_Mostrada onde Código_Pergunta = " + QString::fromUtf8(código));
             sorteada = true;
         }
-        if (escrevendo) ok = Executa_Libpq(banco, "COMMIT") && ok;
+        if (!escritas.empty() && !começou) escritas.insert(escritas.begin(), {"BEGIN", {}});
+        if (!escritas.empty() || começou) escritas.push_back({"COMMIT", {}});
+        const Ida_Libpq ida_banco = Envia_Libpq(banco, escritas, false);
+        const Ida_Libpq ida_auditoria = Envia_Libpq(auditoria, auditorias, true);
+        for (const Ida_Libpq* ida : {&ida_banco, &ida_auditoria})
+            for (PGresult* x : Recebe_Libpq(*ida)) {
+                ok = ok && (PQresultStatus(x) == PGRES_COMMAND_OK || PQresultStatus(x) == PGRES_TUPLES_OK);
+                PQclear(x);
+            }
         if (!sorteada || !ok) {
             estado.SkipWithError(ok ? "nenhuma pergunta sorteada" : "uma gravação falhou");
             break;

@@ -300,10 +300,15 @@ void frmJogo::Abre_Tabelas() {
 // The store behind the drawing of questions
 
 int frmJogo::Quantidade_Perguntas() {
+    if (Servidor.Disponível(Conexão.Sessão_Física()))
+        if (const std::optional<int> n = Servidor.Quantidade_Perguntas()) return *n;
     return Lastrec(Tabela.Source, Conexão);
 }
 
 std::optional<Registro_Pergunta> frmJogo::Busca_Pergunta(int código) {
+    if (std::optional<Registro_Pergunta> achada;
+        Servidor.Disponível(Conexão.Sessão_Física()) && Servidor.Busca_Pergunta(código, achada))
+        return achada;
     Tabela.Seek(código);
     if (Tabela.Eof()) return std::nullopt;
     Registro_Pergunta p;
@@ -318,11 +323,15 @@ std::optional<Registro_Pergunta> frmJogo::Busca_Pergunta(int código) {
 }
 
 int frmJogo::Quantidade_Mostradas() {
+    if (Servidor.Disponível(Conexão_Secundária.Sessão_Física()))
+        if (const std::optional<int> n = Servidor.Quantidade_Mostradas()) return *n;
     // A count asked of the store: no need to walk the history for it.
     return Lastrec("tblPergunta_Já_Mostrada", Conexão_Secundária);
 }
 
 void frmJogo::Exclui_Mostrada_Mais_Antiga() {
+    if (Servidor.Disponível(Conexão_Secundária.Sessão_Física()) && Servidor.Exclui_Mostrada_Mais_Antiga())
+        return;
     Tabela_Secundária.Reinicia();
     Abre_Tabela_Secundária("Select * From tblPergunta_Já_Mostrada Order By Data_Jogo");
     if (Tabela_Secundária.RecordCount() == 0) return;
@@ -334,6 +343,8 @@ void frmJogo::Exclui_Mostrada_Mais_Antiga() {
 }
 
 bool frmJogo::Já_Mostrada(int código) {
+    if (Servidor.Disponível(Conexão_Secundária.Sessão_Física()))
+        if (const std::optional<bool> já = Servidor.Já_Mostrada(código)) return *já;
     Tabela_Secundária.Reinicia();
     Abre_Tabela_Secundária("Select * From tblPergunta_Já_Mostrada where Código_Pergunta = " +
                            QString::number(código));
@@ -341,6 +352,8 @@ bool frmJogo::Já_Mostrada(int código) {
 }
 
 void frmJogo::Registra_Mostrada(int código, const QDate& data) {
+    if (Servidor.Disponível(Conexão_Secundária.Sessão_Física()) && Servidor.Registra_Mostrada(código, data))
+        return;
     Tabela_Secundária.Reinicia();
     Abre_Tabela_Secundária("tblPergunta_Já_Mostrada");
     Tabela_Secundária.AddNew();
@@ -430,7 +443,7 @@ void frmJogo::Nova_Rodada() {
         return;
     }
     // The row of the question stays current in Tabela for the whole turn.
-    Busca_Pergunta(Jogo.Pergunta_Atual.Código_Pergunta);
+    Tabela.Seek(Jogo.Pergunta_Atual.Código_Pergunta);
     lblPontuação_1->setText("Valendo");
     lblPontuação_2->setText(Formata_Expressão(Jogo.Valor_Pergunta, 9, 0, false));
     lblPontuação_3->setText("pontos...");

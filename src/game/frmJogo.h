@@ -10,6 +10,7 @@
 
 #include "forms/Formulário.h"
 #include "game/Regras_Jogo.h"
+#include "game/Regras_Sorteio_Servidor.h"
 #include "statistics/Estatísticas.h"
 
 class QCheckBox;
@@ -104,6 +105,8 @@ class frmJogo : public Formulário, public Fonte_Perguntas {
     void Encerra_Tela();
     void Avisa_Mudança();
 
+    // The same store work in fewer exchanges when the bank is on a server.
+    Sorteio_No_Servidor Servidor;
     bool Lista_Fechada = false;
     bool Rolando = false;
     // Every turn goes to the games' statistics.

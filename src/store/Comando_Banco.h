@@ -19,6 +19,11 @@ class Comando_Banco {
     virtual void Liga_Texto(int posição, const QByteArray& utf8) = 0;
     // The next row: Linha_Pronta, Fim_Comando, or a failure code that the session's Falha_Da_Última reads.
     virtual int Passo() = 0;
+    // Sends the statement ahead of its first Passo, so that reads whose answers do not depend on each
+    // other travel together: a server asks all the statements sent ahead on a connection in one exchange,
+    // with the values bound by then, at the first Passo of any of them. The embedded engine has nothing to
+    // send and runs the statement at its Passo. Reinicia takes it back.
+    virtual void Envia() {}
     // Ready to run again with the same values.
     virtual void Reinicia() = 0;
     virtual void Limpa_Valores() = 0;

@@ -9,6 +9,8 @@
 #include "failure/Rotina.h"
 #include "failure/Trata_Erro.h"
 #include "platform/Plataforma.h"
+#include "store/Comando_Banco.h"
+#include "store/Tradutor_SQL.h"
 
 namespace {
 QString Cache_Fonte;
@@ -286,14 +288,92 @@ void Reescreve_Auditoria_Desfeita() {
     const QList<QVariantList> linhas = std::exchange(Auditoria_Na_Transação, {});
     for (const QVariantList& valores : linhas) Adiciona_Auditoria(valores);
 }
+
+// The audit row of a write through a slot opened on `fonte` whose first field `campo` holds the key in
+// Chave_Registro; Texto_Manutenção gets its text.
+QVariantList Linha_Auditoria(const QString& fonte, const QString& campo) {
+    QString verbo = "Atualizando";
+    if (Operação == "Inclusão")
+        verbo = "Incluindo";
+    else if (Operação == "Alteração")
+        verbo = "Alterando";
+    else if (Operação == "Exclusão")
+        verbo = "Excluindo";
+    if (fonte.left(3).toLower() == "tbl")
+        Texto_Manutenção = verbo + " " + fonte.mid(3, 50).trimmed();
+    else
+        Texto_Manutenção = verbo + fonte.left(50).trimmed();
+    Texto_Manutenção += " onde " + campo.trimmed() + " = " + Chave_Registro.toString();
+    const QDateTime agora = Plataforma_Atual().Agora();
+    // Before the login there is no user: the row keeps an empty user rather than being refused.
+    return {Texto_Manutenção.left(100).trimmed(),
+            Usuário_Atual.isEmpty() ? QVariant() : QVariant(Usuário_Atual),
+            QDateTime(agora.date(), QTime(0, 0)), agora.toString("HH:mm:ss")};
+}
+
+// Tells the refusal of audit rows the store sent later, as Grava tells that of one it writes.
+void Relata_Auditoria_Adiada() {
+    const auto sessão = Conexão_Manutenção.Sessão_Física();
+    Falha_Banco falha;
+    if (sessão && sessão->Falha_Adiada(falha))
+        Trata_Erro(falha.Número, falha.Descrição, 0, Fonte_Funções_Públicas, "Grava");
+}
 }  // namespace
+
+void Audita_Escrita(const QString& fonte, const QString& campo, const QVariant& chave) {
+    Chave_Registro = chave.toString().trimmed();
+    Texto_Manutenção.clear();
+    Cache_Fonte.clear();
+    if (fonte.isEmpty() || !Monitora_Log) return;
+    const QVariantList valores = Linha_Auditoria(fonte, campo);
+    const auto sessão = Conexão_Manutenção.Sessão_Física();
+    if (sessão && sessão->Servidor() && !Auditoria_Dentro_Da_Transação()) {
+        Falha_Banco falha;
+        Comando_Banco* comando = sessão->Prepara(
+            "INSERT INTO tblManutenção_Banco_de_Dados (Manutenção, Usuário, Data_Manutenção, "
+            "Hora_Manutenção) "
+            "VALUES (?, ?, ?, ?)",
+            falha);
+        if (comando != nullptr) {
+            comando->Liga_Texto(1, valores[0].toString().toUtf8());
+            if (valores[1].isValid())
+                comando->Liga_Texto(2, valores[1].toString().toUtf8());
+            else
+                comando->Liga_Nulo(2);
+            comando->Liga_Texto(3, Data_Para_Banco(valores[2].toDateTime()).toUtf8());
+            comando->Liga_Texto(4, valores[3].toString().toUtf8());
+            if (sessão->Escreve_Depois(comando, falha)) {
+                sessão->Marca_Escrita("tblManutenção_Banco_de_Dados");
+                return;
+            }
+        }
+        Trata_Erro(falha.Número, falha.Descrição, 0, Fonte_Funções_Públicas, "Grava");
+        return;
+    }
+    // Written now, through the audit slot, as Grava writes it.
+    Rotina r(Fonte_Funções_Públicas, "Grava", [](long número, const QString& descrição, long linha) {
+        Trata_Erro(número, descrição, linha, Fonte_Funções_Públicas, "Grava");
+        Tabela_Manutenção.CancelUpdate();
+    });
+    Adiciona_Auditoria(valores);
+    if (Auditoria_Dentro_Da_Transação()) Auditoria_Na_Transação.append(valores);
+}
 
 bool Transação_Aberta() {
     return Estado_Transação == "Iniciou Transação";
 }
 
+namespace {
+int Contador_Transações = 0;
+}
+
+int Transações_Iniciadas() {
+    return Contador_Transações;
+}
+
 void Inicia_Transação() {
     Rotina r(Fonte_Funções_Públicas, "Inicia_Transação");
+    ++Contador_Transações;
     Ponteiro_Ocupado cursor(Ícone_Alteração);
     if (Transação_Aberta()) Desfaz_Transação();
     Gravação_Recusada = false;
@@ -314,6 +394,7 @@ void Finaliza_Transação() {
     for (Ligação* c : Conexões_Transacionais) c->CommitTrans();
     Estado_Transação = "Finalizou Transação";
     Auditoria_Na_Transação.clear();
+    Relata_Auditoria_Adiada();
 }
 
 void Desfaz_Transação() {
@@ -323,6 +404,7 @@ void Desfaz_Transação() {
     for (Ligação* c : Conexões_Transacionais) c->RollbackTrans();
     Estado_Transação = "Desfez Transação";
     Reescreve_Auditoria_Desfeita();
+    Relata_Auditoria_Adiada();
 }
 
 void Grava(Registros& Tabela_Gravar, bool Excluir) {
@@ -387,25 +469,7 @@ void Grava(Registros& Tabela_Gravar, bool Excluir) {
     }
 
     if (!Registro_Duplicado && !Tabela_Gravar.Source.isEmpty() && Monitora_Log) {
-        QString verbo = "Atualizando";
-        if (Operação == "Inclusão")
-            verbo = "Incluindo";
-        else if (Operação == "Alteração")
-            verbo = "Alterando";
-        else if (Operação == "Exclusão")
-            verbo = "Excluindo";
-        const QString fonte = Tabela_Gravar.Source;
-        if (fonte.left(3).toLower() == "tbl")
-            Texto_Manutenção = verbo + " " + fonte.mid(3, 50).trimmed();
-        else
-            Texto_Manutenção = verbo + fonte.left(50).trimmed();
-        Texto_Manutenção +=
-            " onde " + Tabela_Gravar.Fields(0).Name().trimmed() + " = " + Chave_Registro.toString();
-        const QDateTime agora = Plataforma_Atual().Agora();
-        // Before the login there is no user: the row keeps an empty user rather than being refused.
-        const QVariantList valores = {Texto_Manutenção.left(100).trimmed(),
-                                      Usuário_Atual.isEmpty() ? QVariant() : QVariant(Usuário_Atual),
-                                      QDateTime(agora.date(), QTime(0, 0)), agora.toString("HH:mm:ss")};
+        const QVariantList valores = Linha_Auditoria(Tabela_Gravar.Source, Tabela_Gravar.Fields(0).Name());
         na_auditoria = true;
         Adiciona_Auditoria(valores);
         na_auditoria = false;

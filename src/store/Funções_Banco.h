@@ -92,7 +92,14 @@ void Inicia_Transação();
 void Finaliza_Transação();
 void Desfaz_Transação();
 bool Transação_Aberta();
+// How many transactions Inicia_Transação has opened in this process: what was read inside one is known
+// to belong to it.
+int Transações_Iniciadas();
 void Grava(Registros& Tabela_Gravar, bool Excluir);
+// The audit row of a write made without a slot, the same row Grava writes for a write through a slot
+// opened on `fonte` whose first field `campo` holds `chave`. On a server it is kept and sent with the
+// next commit, alongside it.
+void Audita_Escrita(const QString& fonte, const QString& campo, const QVariant& chave);
 
 // Re-points a connection: closes it if it was ever opened, then opens it on the new string.
 void Reaponta_Conexão(Ligação& conexão, const QString& texto_conexão);

@@ -470,6 +470,13 @@ void Sessão_SQLite::Memoriza_Contagem(const QString& sql, qint64 contagem) {
     Contagens.insert(sql, {tabela, contagem, Escritas_Por_Tabela.value(tabela)});
 }
 
+bool Sessão::Escreve_Depois(Comando_Banco* comando, Falha_Banco& falha) {
+    const int r = comando->Passo();
+    if (r == Fim_Comando || r == Linha_Pronta) return true;
+    Falha_Da_Última(falha, r);
+    return false;
+}
+
 void Sessão::Marca_Escrita(const QString& tabela) {
     ++Escritas_Por_Tabela[tabela.toLower()];
 }

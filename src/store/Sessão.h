@@ -118,6 +118,14 @@ class Sessão {
     virtual Comando_Banco* Prepara(const QString& sql, Falha_Banco& falha) = 0;
     virtual bool Executa(const QString& sql, Falha_Banco& falha) = 0;
     virtual void Falha_Da_Última(Falha_Banco& falha, int código) const = 0;
+    // A write whose answer nobody waits for (no row read back, no id). A server keeps it and sends it with
+    // the exchange that must go anyway: inside the program's transaction, the commit, in the same round
+    // trip; outside one (the audit rows), the next commit or statement of any session on that server,
+    // sent alongside it. Elsewhere it runs now. Its values are taken as bound now. False with `falha` only
+    // when it ran now and was refused; a refusal met at the commit fails the commit, which undoes it all.
+    virtual bool Escreve_Depois(Comando_Banco* comando, Falha_Banco& falha);
+    // The refusal of a write sent later outside any transaction, not yet told; given once.
+    virtual bool Falha_Adiada(Falha_Banco&) { return false; }
     // The row id of the last row inserted through this session.
     virtual qint64 Último_Id() const = 0;
 

@@ -164,28 +164,39 @@ bool Executa_Simples(PGconn* c, const QString& sql, Falha_Servidor* falha = null
     return ok;
 }
 
-// One statement of an exchange: a text without values, a prepared statement run, prepared, or described.
+// One statement of an exchange: a text without values, a text with values, a prepared statement run,
+// prepared, or described.
 struct Pedido {
-    enum Tipo { Texto, Executa, Prepara, Descreve } Tipo;
+    enum Tipo { Texto, Com_Valores, Executa, Prepara, Descreve } Tipo;
     const char* Nome_Ou_Texto;
     const char* Texto_Preparo = nullptr;  // Prepara: the statement
-    int Quantos = 0;                      // Executa: the values
+    int Quantos = 0;                      // Executa, Com_Valores: the values
     const char* const* Valores = nullptr;
 };
 
+// Statements sent to the server whose answers are still to be read.
+struct Envio {
+    PGconn* C = nullptr;
+    std::size_t Enviados = 0;
+    bool Sincronizado = false;
+};
+
 // Sends statements in one exchange with the server (a pipeline): each goes without waiting for the answer
-// to the one before, and one wait takes all the answers. One result per statement, in order (the caller
-// clears them): its own, PGRES_PIPELINE_ABORTED for those the server skipped after a refusal, or null
-// when nothing came back (the connection was lost).
-std::vector<PGresult*> Numa_Ida(PGconn* c, std::initializer_list<Pedido> pedidos) {
-    std::vector<PGresult*> respostas(pedidos.size(), nullptr);
-    if (PQenterPipelineMode(c) != 1) return respostas;
-    std::size_t enviados = 0;
+// to the one before, and the answers are read by Recebe_Respostas, so that the exchanges of several
+// connections can be under way at once. `cada_um`: each statement stands apart, a refusal does not make the
+// server skip the ones after it (outside a transaction, each is then its own).
+Envio Envia_Pedidos(PGconn* c, const std::vector<Pedido>& pedidos, bool cada_um = false) {
+    Envio envio{c};
+    if (PQenterPipelineMode(c) != 1) return envio;
     for (const Pedido& p : pedidos) {
         int ok = 0;
         switch (p.Tipo) {
             case Pedido::Texto:
                 ok = PQsendQueryParams(c, p.Nome_Ou_Texto, 0, nullptr, nullptr, nullptr, nullptr, 0);
+                break;
+            case Pedido::Com_Valores:
+                ok =
+                    PQsendQueryParams(c, p.Nome_Ou_Texto, p.Quantos, nullptr, p.Valores, nullptr, nullptr, 0);
                 break;
             case Pedido::Executa:
                 ok = PQsendQueryPrepared(c, p.Nome_Ou_Texto, p.Quantos, p.Valores, nullptr, nullptr, 0);
@@ -197,11 +208,22 @@ std::vector<PGresult*> Numa_Ida(PGconn* c, std::initializer_list<Pedido> pedidos
                 ok = PQsendDescribePrepared(c, p.Nome_Ou_Texto);
                 break;
         }
-        if (ok != 1) break;
-        ++enviados;
+        if (ok != 1 || (cada_um && PQpipelineSync(c) != 1)) break;
+        ++envio.Enviados;
     }
-    if (PQpipelineSync(c) == 1) {
-        for (std::size_t i = 0; i < enviados; ++i)
+    // The sync sends what the pipeline holds: from here the server is at work.
+    envio.Sincronizado = cada_um ? envio.Enviados == pedidos.size() : PQpipelineSync(c) == 1;
+    return envio;
+}
+
+// The answers of an exchange: one result per statement, in order (the caller clears them): its own,
+// PGRES_PIPELINE_ABORTED for those the server skipped after a refusal, or null when nothing came back
+// (the connection was lost).
+std::vector<PGresult*> Recebe_Respostas(const Envio& envio, std::size_t quantos) {
+    PGconn* c = envio.C;
+    std::vector<PGresult*> respostas(quantos, nullptr);
+    if (envio.Sincronizado) {
+        for (std::size_t i = 0; i < envio.Enviados; ++i)
             while (PGresult* r = PQgetResult(c)) {
                 if (respostas[i] == nullptr && PQresultStatus(r) != PGRES_PIPELINE_SYNC)
                     respostas[i] = r;
@@ -217,6 +239,10 @@ std::vector<PGresult*> Numa_Ida(PGconn* c, std::initializer_list<Pedido> pedidos
             ++vazios;
     }
     return respostas;
+}
+
+std::vector<PGresult*> Numa_Ida(PGconn* c, std::initializer_list<Pedido> pedidos) {
+    return Recebe_Respostas(Envia_Pedidos(c, pedidos), pedidos.size());
 }
 
 bool Deu_Certo(const PGresult* r) {
@@ -521,9 +547,30 @@ class Comando_Servidor final : public Comando_Banco {
     void Liga_Real(int p, double v) override { Valor(p) = QByteArray::number(v, 'g', 17); }
     void Liga_Texto(int p, const QByteArray& t) override { Valor(p) = t; }
     int Passo() override;
-    void Reinicia() override {
+    void Envia() override;
+    void Reinicia() override;
+    // The values as bound, one per position (null for Null).
+    QVector<std::optional<QByteArray>> Valores_Ligados() {
+        Ligados.resize(Valores);
+        return Ligados;
+    }
+    const QByteArray& Nome_Preparado() const { return Nome; }
+    const QByteArray& Texto() const { return Texto_SQL; }
+    // The table an insert names, as the server's words name it ("INSERT INTO <table> (..."); empty for
+    // another statement.
+    QByteArray Tabela_Da_Inclusão() const {
+        if (!Inclusão) return {};
+        const QByteArray resto = Texto_SQL.trimmed().mid(6).trimmed();  // past "insert"
+        if (!resto.toLower().startsWith("into")) return {};
+        QByteArray tabela = resto.mid(4).trimmed();
+        const int fim = tabela.indexOf(tabela.startsWith('"') ? '"' : ' ', 1);
+        return fim < 0 ? QByteArray() : tabela.left(fim + (tabela.startsWith('"') ? 1 : 0)).trimmed();
+    }
+    bool Preparado_Nesta_Conexão() const;
+    // The answer of a read sent ahead, taken in its exchange.
+    void Toma_Resultado(PGresult* r) {
         if (R != nullptr) PQclear(R);
-        R = nullptr;
+        R = r;
         Linha = -1;
     }
     void Limpa_Valores() override { Ligados.clear(); }
@@ -594,7 +641,10 @@ class Sessão_Servidor final : public Sessão {
         Abertas().append(this);
     }
     ~Sessão_Servidor() override {
+        // What was kept outside a transaction (the audit rows) is written before the connection closes.
+        if (!Adiadas_Em_Transação) Descarrega();
         Abertas().removeOne(this);
+        Lote.clear();
         qDeleteAll(Comandos);
         PQfinish(C);
     }
@@ -606,8 +656,18 @@ class Sessão_Servidor final : public Sessão {
         return Começa_Transação(falha);
     }
     bool Confirma(Falha_Banco& falha) override {
+        if (!Adiadas.isEmpty() && !Adiadas_Em_Transação) Descarrega();
         bool ok = true;
-        if (Transação_SQL) {
+        if (Falha_Na_Transação) {
+            // A write kept for later was refused on its way: nothing of the transaction stays.
+            if (Transação_SQL) Executa_Simples(C, "ROLLBACK");
+            Adiadas.clear();
+            Guarda(*Falha_Na_Transação, falha);
+            ok = false;
+            Descarrega_Outras();
+        } else if (!Adiadas.isEmpty() || (Transação_SQL && Outras_Adiadas())) {
+            ok = Confirma_Numa_Ida(falha);
+        } else if (Transação_SQL) {
             Falha_Servidor f;
             if (!Executa_Simples(C, "COMMIT", &f)) {
                 if (Perdeu(f)) {
@@ -618,13 +678,66 @@ class Sessão_Servidor final : public Sessão {
                 }
                 ok = false;
             }
+        } else {
+            Descarrega_Outras();
         }
         Fim_Da_Transação();
+        return ok;
+    }
+    // Whether another session keeps writes outside a transaction, to be sent alongside this commit.
+    bool Outras_Adiadas() const {
+        for (const Sessão_Servidor* s : Abertas())
+            if (s != this && !s->Adiadas.isEmpty() && !s->Adiadas_Em_Transação && !s->Descarregando)
+                return true;
+        return false;
+    }
+    // The commit with the writes kept for it, BEGIN first when still owed, in one exchange; the writes kept
+    // by the other sessions outside a transaction (the audit rows) go on their own connections meanwhile.
+    bool Confirma_Numa_Ida(Falha_Banco& falha) {
+        const QVector<Escrita_Adiada> escritas = std::exchange(Adiadas, {});
+        const bool começo = !Transação_SQL;
+        std::vector<Pedido> pedidos;
+        std::vector<std::vector<const char*>> ponteiros;
+        if (começo) pedidos.push_back({Pedido::Texto, "BEGIN"});
+        Pedidos_Das_Escritas(escritas, pedidos, ponteiros);
+        pedidos.push_back({Pedido::Texto, "COMMIT"});
+        const Envio envio = Envia_Pedidos(C, pedidos);
+        auto outras = Envia_Outras();
+        std::vector<PGresult*> respostas = Recebe_Respostas(envio, pedidos.size());
+        const bool refeita = Recebe_Outras(outras);
+        // The first answer that is not a success tells why; those the server skipped after it say nothing.
+        bool ok = true;
+        Falha_Servidor f;
+        for (PGresult* r : respostas) {
+            if (ok && (r == nullptr || !Deu_Certo(r))) {
+                ok = false;
+                f = Falha_Do_Resultado(C, r);
+            }
+            PQclear(r);
+        }
+        if (!ok) {
+            // The audit rows sent alongside tell of writes that are now undone: they go too.
+            for (const Envio_Outra& o : outras) o.S->Desfaz_Inclusões(o.Inclusões);
+            if (Perdeu(f)) {
+                // The writes were in flight: the transaction is undone, and the user is told so, once: the
+                // audit connection's loss may have told it and made this connection anew already.
+                Transação_SQL = true;
+                const bool já_refeita = refeita && Conectada();
+                Guarda_Perda(já_refeita || Recupera(f.Mensagem), falha);
+                if (já_refeita) Transação_SQL = false;
+            } else {
+                Guarda(f, falha);
+                Executa_Simples(C, "ROLLBACK");
+            }
+        }
         return ok;
     }
     bool Desfaz(Falha_Banco& falha) override {
         bool ok = true;
         Esquece_Contagens();
+        if (Adiadas_Em_Transação) Adiadas.clear();
+        Falha_Na_Transação.reset();
+        Descarrega_Outras();
         if (Transação_SQL) {
             Falha_Servidor f;
             // A lost connection has undone the transaction already: the undo is done, once the user knows.
@@ -693,6 +806,10 @@ class Sessão_Servidor final : public Sessão {
         C = nova;
         ++Geração;
         Transação_Perdida = Transação_Perdida || (Transação_SQL && Transação_Lógica);
+        // Writes kept for the commit of a transaction the server undid go with it; kept ones of a
+        // transaction with nothing sent yet were never in flight, and go over the new connection.
+        if (Transação_Perdida && Adiadas_Em_Transação) Adiadas.clear();
+        Lote.clear();
         Transação_SQL = false;
         Transação_Da_Trava = false;
         Algo_Na_Transação = false;
@@ -715,12 +832,198 @@ class Sessão_Servidor final : public Sessão {
     }
     int Geração = 0;  // how many times the connection was made anew
 
+    // ---- writes kept for a later exchange, reads sent ahead ----
+
+    struct Escrita_Adiada {
+        QByteArray Texto;
+        QVector<std::optional<QByteArray>> Valores;
+        QByteArray Tabela;  // of an insert, whose row id comes back; empty for another write
+    };
+    QVector<Escrita_Adiada> Adiadas;
+    bool Adiadas_Em_Transação = false;
+    // A write kept for the commit was refused when sent earlier: the commit fails with it.
+    std::optional<Falha_Servidor> Falha_Na_Transação;
+    // A write kept outside a transaction was refused: told once by Falha_Adiada.
+    std::optional<Falha_Servidor> Falha_Fora_Da_Transação;
+    bool Descarregando = false;
+    // The reads sent ahead (Envia), asked together at the first Passo of any of them.
+    QVector<Comando_Servidor*> Lote;
+
+    bool Escreve_Depois(Comando_Banco* comando, Falha_Banco& falha) override {
+        auto* c = static_cast<Comando_Servidor*>(comando);
+        if (Transação_Lógica && Transação_Perdida) return Recusa_Pela_Perda(falha);
+        if (!Adiadas.isEmpty() && Adiadas_Em_Transação != Transação_Lógica) Descarrega();
+        Adiadas_Em_Transação = Transação_Lógica;
+        Adiadas.append({c->Texto(), c->Valores_Ligados(), c->Tabela_Da_Inclusão()});
+        Esquece_Contagens();
+        return true;
+    }
+    bool Falha_Adiada(Falha_Banco& falha) override {
+        if (!Falha_Fora_Da_Transação) return false;
+        falha = Falha_Traduzida(*std::exchange(Falha_Fora_Da_Transação, std::nullopt));
+        return true;
+    }
+    void Pedidos_Das_Escritas(const QVector<Escrita_Adiada>& escritas, std::vector<Pedido>& pedidos,
+                              std::vector<std::vector<const char*>>& ponteiros) {
+        ponteiros.reserve(escritas.size());
+        for (const Escrita_Adiada& e : escritas) {
+            std::vector<const char*>& v = ponteiros.emplace_back();
+            for (const auto& valor : e.Valores) v.push_back(valor ? valor->constData() : nullptr);
+            pedidos.push_back(
+                {Pedido::Com_Valores, e.Texto.constData(), nullptr, static_cast<int>(v.size()), v.data()});
+        }
+    }
+    // Sends now the writes kept, before a statement that must see them. Inside a transaction they go in a
+    // savepoint of their own: a refusal undoes them only, and fails the commit later.
+    void Descarrega() {
+        if (Adiadas.isEmpty() || Descarregando) return;
+        Descarregando = true;
+        struct Fim {
+            bool& D;
+            ~Fim() { D = false; }
+        } fim{Descarregando};
+        const QVector<Escrita_Adiada> escritas = std::exchange(Adiadas, {});
+        if (!Adiadas_Em_Transação) {
+            std::vector<Envio_Outra> envio{Envia_Fora_Da_Transação(escritas)};
+            Recebe_Outras(envio);
+            return;
+        }
+        if (Transação_Perdida) return;
+        const bool começo = !Transação_SQL;
+        std::vector<Pedido> pedidos;
+        std::vector<std::vector<const char*>> ponteiros;
+        if (começo) pedidos.push_back({Pedido::Texto, "BEGIN"});
+        pedidos.push_back({Pedido::Texto, "SAVEPOINT adiadas"});
+        Pedidos_Das_Escritas(escritas, pedidos, ponteiros);
+        pedidos.push_back({Pedido::Texto, "RELEASE SAVEPOINT adiadas"});
+        std::vector<PGresult*> respostas = Recebe_Respostas(Envia_Pedidos(C, pedidos), pedidos.size());
+        std::optional<Falha_Servidor> f;
+        for (PGresult* r : respostas) {
+            if (!f && (r == nullptr || !Deu_Certo(r))) f = Falha_Do_Resultado(C, r);
+            PQclear(r);
+        }
+        if (começo && (!f || !Perdeu(*f))) {
+            Transação_SQL = true;
+            Começo_Pendente = false;
+        }
+        Algo_Na_Transação = true;
+        if (!f) return;
+        if (Perdeu(*f)) {
+            Transação_SQL = true;
+            Recupera(f->Mensagem);
+            Falha_Na_Transação = Falha_Servidor{Estado_Conexão_Perdida, f->Mensagem};
+            return;
+        }
+        Falha_Na_Transação = f;
+        Executa_Simples(C, "ROLLBACK TO SAVEPOINT adiadas; RELEASE SAVEPOINT adiadas");
+    }
+    // Writes kept outside a transaction, each on its own, sent without waiting for the answers.
+    struct Envio_Outra {
+        Sessão_Servidor* S;
+        Envio E;
+        QVector<Escrita_Adiada> Escritas;
+        // The rows the inserts made, by table, once answered.
+        QHash<QByteArray, QList<qint64>> Inclusões = {};
+    };
+    Envio_Outra Envia_Fora_Da_Transação(const QVector<Escrita_Adiada>& escritas) {
+        std::vector<Pedido> pedidos;
+        std::vector<std::vector<const char*>> ponteiros;
+        Pedidos_Das_Escritas(escritas, pedidos, ponteiros);
+        return {this, Envia_Pedidos(C, pedidos, true), escritas};
+    }
+    // Deletes rows that inserts sent outside a transaction made (audit rows of writes then undone).
+    void Desfaz_Inclusões(const QHash<QByteArray, QList<qint64>>& inclusões) {
+        for (auto it = inclusões.begin(); it != inclusões.end(); ++it) {
+            if (it.value().isEmpty()) continue;
+            QStringList ids;
+            for (const qint64 id : it.value()) ids << QString::number(id);
+            Executa_Simples(
+                C, "DELETE FROM " + QString::fromUtf8(it.key()) + " WHERE rowid IN (" + ids.join(", ") + ")");
+        }
+    }
+    // The other sessions' writes kept outside a transaction, sent at once over their own connections.
+    std::vector<Envio_Outra> Envia_Outras() {
+        std::vector<Envio_Outra> envios;
+        for (Sessão_Servidor* s : Abertas())
+            if (s != this && !s->Adiadas.isEmpty() && !s->Adiadas_Em_Transação && !s->Descarregando)
+                envios.push_back(s->Envia_Fora_Da_Transação(std::exchange(s->Adiadas, {})));
+        return envios;
+    }
+    // True when a lost connection was told, and every connection to the server made anew.
+    static bool Recebe_Outras(std::vector<Envio_Outra>& envios) {
+        // Every answer is read before any box about a lost connection, which makes the connections anew.
+        std::vector<std::optional<Falha_Servidor>> falhas;
+        for (Envio_Outra& e : envios) {
+            std::optional<Falha_Servidor> f;
+            const std::vector<PGresult*> respostas = Recebe_Respostas(e.E, e.Escritas.size());
+            for (std::size_t i = 0; i < respostas.size(); ++i) {
+                PGresult* r = respostas[i];
+                if (!f && (r == nullptr || !Deu_Certo(r))) f = Falha_Do_Resultado(e.S->C, r);
+                const QByteArray& tabela = e.Escritas[static_cast<int>(i)].Tabela;
+                if (r != nullptr && !tabela.isEmpty() && PQresultStatus(r) == PGRES_TUPLES_OK &&
+                    PQntuples(r) == 1)
+                    e.Inclusões[tabela].append(std::strtoll(PQgetvalue(r, 0, 0), nullptr, 10));
+                PQclear(r);
+            }
+            falhas.push_back(f);
+        }
+        bool refeitas = false;
+        for (std::size_t i = 0; i < envios.size(); ++i) {
+            if (!falhas[i]) continue;
+            Sessão_Servidor* s = envios[i].S;
+            if (s->Perdeu(*falhas[i])) {
+                if (!refeitas) s->Recupera(falhas[i]->Mensagem);
+                refeitas = true;
+                falhas[i] = Falha_Servidor{Estado_Conexão_Perdida, falhas[i]->Mensagem};
+            }
+            if (!s->Falha_Fora_Da_Transação) s->Falha_Fora_Da_Transação = falhas[i];
+        }
+        return refeitas;
+    }
+    void Descarrega_Outras() {
+        auto envios = Envia_Outras();
+        Recebe_Outras(envios);
+    }
+
+    void Envia_No_Lote(Comando_Servidor* comando) {
+        if (!Lote.contains(comando)) Lote.append(comando);
+    }
+    void Retira_Do_Lote(Comando_Servidor* comando) { Lote.removeOne(comando); }
+    bool No_Lote(Comando_Servidor* comando) const { return Lote.contains(comando); }
+    // The reads sent ahead, in one exchange: one refused or lost, and those the server skipped after it,
+    // are simply run again by their Passo, which tells what it meets as it always did.
+    void Pede_Lote() {
+        Descarrega();
+        const QVector<Comando_Servidor*> lote = std::exchange(Lote, {});
+        if (Transação_SQL) return;  // a refused read would spoil the transaction: each goes on its own
+        std::vector<Pedido> pedidos;
+        std::vector<QVector<std::optional<QByteArray>>> valores;
+        std::vector<std::vector<const char*>> ponteiros;
+        valores.reserve(lote.size());
+        ponteiros.reserve(lote.size());
+        for (Comando_Servidor* c : lote) {
+            const auto& v = valores.emplace_back(c->Valores_Ligados());
+            std::vector<const char*>& p = ponteiros.emplace_back();
+            for (const auto& valor : v) p.push_back(valor ? valor->constData() : nullptr);
+            pedidos.push_back({Pedido::Executa, c->Nome_Preparado().constData(), nullptr,
+                               static_cast<int>(p.size()), p.data()});
+        }
+        std::vector<PGresult*> respostas = Recebe_Respostas(Envia_Pedidos(C, pedidos), pedidos.size());
+        for (std::size_t i = 0; i < respostas.size(); ++i) {
+            if (respostas[i] != nullptr && PQresultStatus(respostas[i]) == PGRES_TUPLES_OK)
+                lote[static_cast<int>(i)]->Toma_Resultado(respostas[i]);
+            else
+                PQclear(respostas[i]);
+        }
+    }
+
     Comando_Banco* Prepara(const QString& sql, Falha_Banco& falha) override {
         if (auto it = Comandos.find(sql); it != Comandos.end()) {
             (*it)->Reinicia();
             (*it)->Limpa_Valores();
             return *it;
         }
+        // Preparing reads no row: the writes kept for later can wait.
         if (Nomes.isEmpty()) Lê_Nomes();
         int valores = 0;
         QString texto = Traduz_Para_Servidor(sql, Nomes, valores);
@@ -803,6 +1106,7 @@ class Sessão_Servidor final : public Sessão {
 
     bool Executa(const QString& sql, Falha_Banco& falha) override {
         Esquece_Contagens();
+        Descarrega();
         if (Transação_Perdida) return Recusa_Pela_Perda(falha);
         if (!Envia_Começo(falha)) return false;
         if (Nomes.isEmpty()) Lê_Nomes();
@@ -829,6 +1133,7 @@ class Sessão_Servidor final : public Sessão {
 
     // Runs a statement of the catalogue, already in the server's words.
     bool Executa_Direto(const QString& sql, Falha_Banco& falha) {
+        Descarrega();
         if (!Envia_Começo(falha)) return false;
         Falha_Servidor f;
         const bool ok = Executa_Simples(C, sql, &f);
@@ -871,6 +1176,7 @@ class Sessão_Servidor final : public Sessão {
     bool Trava_Linha(const QString& tabela, qint64 linha) override {
         const auto chave = qMakePair(tabela.toLower(), linha);
         if (Travas.contains(chave)) return true;
+        Descarrega();
         Falha_Banco ignorada;
         if (Transação_Perdida) return Recusa_Pela_Perda(ignorada);
         if (!Transação_SQL && !Começo_Pendente) {
@@ -984,6 +1290,7 @@ class Sessão_Servidor final : public Sessão {
         Transação_Da_Trava = false;
     }
     void Fim_Da_Transação() {
+        Falha_Na_Transação.reset();
         Transação_SQL = false;
         Começo_Pendente = false;
         Transação_Lógica = false;
@@ -1016,6 +1323,7 @@ class Sessão_Servidor final : public Sessão {
 
     // A statement that reads the catalogue, asked again once over a connection made anew.
     PGresult* Lê(const QByteArray& sql) {
+        Descarrega();
         PGresult* r = PQexec(C, sql.constData());
         if (PQresultStatus(r) == PGRES_TUPLES_OK) return r;
         const Falha_Servidor f = Falha_Do_Resultado(C, r);
@@ -1038,6 +1346,22 @@ class Sessão_Servidor final : public Sessão {
     bool Transação_Da_Trava = false;
 };
 
+bool Comando_Servidor::Preparado_Nesta_Conexão() const {
+    return Geração_Preparo == S->Geração;
+}
+
+void Comando_Servidor::Envia() {
+    // A write waits for its Passo; a statement to prepare again goes on its own.
+    if (!Escrita && R == nullptr && Preparado_Nesta_Conexão()) S->Envia_No_Lote(this);
+}
+
+void Comando_Servidor::Reinicia() {
+    S->Retira_Do_Lote(this);
+    if (R != nullptr) PQclear(R);
+    R = nullptr;
+    Linha = -1;
+}
+
 bool Comando_Servidor::Preparado(Falha_Servidor& f) {
     if (Geração_Preparo == S->Geração) return true;
     PGresult* r = PQprepare(S->Conexão(), Nome.constData(), Texto_SQL.constData(), 0, nullptr);
@@ -1051,7 +1375,9 @@ bool Comando_Servidor::Preparado(Falha_Servidor& f) {
 }
 
 int Comando_Servidor::Passo() {
+    if (R == nullptr && S->No_Lote(this)) S->Pede_Lote();
     if (R == nullptr) {
+        S->Descarrega();
         // The writes that would follow a transaction the server undid are refused until it ends.
         if (Escrita && S->Transação_Perdida) {
             Falha_Banco ignorada;
