@@ -8,10 +8,8 @@ constexpr char16_t Faixa_80_9F[32] = {0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x
                                       0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
 }  // namespace
 
-QByteArray Para_Cp1252(const QString& texto) {
-    // One byte for each character, written in place: every line of a report passes here.
-    QByteArray saída(texto.size(), Qt::Uninitialized);
-    char* destino = saída.data();
+namespace {
+char* Escreve_Cp1252(char* destino, QStringView texto) {
     for (const QChar c : texto) {
         const char16_t u = c.unicode();
         if (u < 0x80 || (u >= 0xA0 && u <= 0xFF)) {
@@ -23,7 +21,21 @@ QByteArray Para_Cp1252(const QString& texto) {
             if (Faixa_80_9F[i] != 0 && Faixa_80_9F[i] == u) byte = static_cast<char>(0x80 + i);
         *destino++ = byte;
     }
+    return destino;
+}
+}  // namespace
+
+QByteArray Para_Cp1252(const QString& texto) {
+    // One byte for each character, written in place: every line of a report passes here.
+    QByteArray saída(texto.size(), Qt::Uninitialized);
+    Escreve_Cp1252(saída.data(), texto);
     return saída;
+}
+
+void Acrescenta_Cp1252(QByteArray& saída, QStringView texto) {
+    const qsizetype antes = saída.size();
+    saída.resize(antes + texto.size());
+    Escreve_Cp1252(saída.data() + antes, texto);
 }
 
 QString De_Cp1252(const QByteArray& bytes) {
