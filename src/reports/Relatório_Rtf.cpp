@@ -45,6 +45,13 @@ void Escreve_Linha(const QString& linha) {
     Grava_Linha();
 }
 
+// A line of ASCII control words, as it is: the highlight's, written at every row.
+void Escreve_Linha_Ascii(QByteArrayView linha) {
+    Bytes_Linha.resize(0);
+    Bytes_Linha.append(linha);
+    Grava_Linha();
+}
+
 int Tamanho_Fonte_Inteiro() {
     return static_cast<int>(std::lround(Tamanho_Fonte));
 }
@@ -263,10 +270,10 @@ void Destaca_Impressão(bool Encerra) {
     if (Cor_Destaque == 0) return;
     Destaque_Ligado = !Destaque_Ligado;
     if (Encerra || !Destaque_Ligado) {
-        Escreve_Linha("\\cf0\\b0");
+        Escreve_Linha_Ascii("\\cf0\\b0");
         if (Encerra) Destaque_Ligado = true;
     } else {
-        Escreve_Linha("\\cf1\\b1");
+        Escreve_Linha_Ascii("\\cf1\\b1");
     }
 }
 
