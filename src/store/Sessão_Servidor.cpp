@@ -1361,12 +1361,16 @@ bool Garante_Índices_de_Texto(Sessão& sessão, const QString& tabela, const QS
     // dropped or renamed); one already there, in any schema, is used where it is. Any refusal (the
     // extension not installed, a user without the right to add it, a second workstation making the same
     // index at the same moment) leaves things as they were, and the search reads the whole table.
+    // New rows wait in a short list of the index until the server takes them in: kept to 1 MB (4 MB by
+    // default), a table just filled is still searched through the index, and the list's taking in is
+    // still shared among many writes.
     QString índices;
     for (const QString& campo : campos)
         índices += "  EXECUTE format(" +
                    Valor_Texto_SQL("CREATE INDEX IF NOT EXISTS " + Citação(Nome_Físico("t_", nome, campo)) +
                                    " ON " + Citação(nome) + " USING gin (lower(" + Citação(campo) +
-                                   "::text COLLATE \"und-x-icu\") %I.gin_trgm_ops)") +
+                                   "::text COLLATE \"und-x-icu\") %I.gin_trgm_ops) "
+                                   "WITH (gin_pending_list_limit = 1024)") +
                    ", esquema);\n";
     return Do_Servidor(sessão).Executa_Direto(
         "DO $quizora$\nDECLARE esquema text;\nBEGIN\n"

@@ -162,7 +162,7 @@ TEST(Motor_Banco, AWordSoughtAnywhereHasATrigramIndexWhereTheServerGivesOneAndIs
     const QString índices_de_texto =
         "SELECT count(*) FROM pg_indexes WHERE schemaname = current_schema() AND tablename = 'tblPergunta' "
         "AND indexdef LIKE '%gin_trgm_ops%'";
-    EXPECT_EQ(Do_Servidor(índices_de_texto), "5");
+    EXPECT_EQ(Do_Servidor(índices_de_texto), "1");
     QStringList inclusões;
     for (int i = 1; i <= 60; ++i)
         inclusões << QString(
