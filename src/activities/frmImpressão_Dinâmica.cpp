@@ -138,16 +138,21 @@ bool frmImpressão_Dinâmica::Imprime_Dinâmicas(std::array<int, 5>& Quantidades
     if (total == 0) return true;
     Tabela.MoveFirst();
     Início_Progresso = plataforma.Agora();
+    // The fields are found by name once for the walk.
+    const Campo tipo = Tabela.Fields("Tipo_Dinâmica");
+    const Campo nome = Tabela.Fields("Dinâmica");
+    const Campo realizada = Tabela.Fields("Data_Última_Realização");
+    const Campo materiais = Tabela.Fields("Materiais");
     int lidas = 0;
     while (!Tabela.Eof()) {
         Barra_de_Progresso(1, total, ++lidas, this);
         Destaca_Impressão(false);
-        const int forma = Índice_Tipo_Dinâmica(Tabela.Fields("Tipo_Dinâmica").Value().toString());
-        Preenche_Linha_Relatório(1, 50, Tabela.Fields("Dinâmica").Value().toString());
+        const int forma = Índice_Tipo_Dinâmica(tipo.Value().toString());
+        Preenche_Linha_Relatório(1, 50, nome.Value().toString());
         Preenche_Linha_Relatório(54, 20, Formas[forma]);
-        const QVariant data = Tabela.Fields("Data_Última_Realização").Value();
+        const QVariant data = realizada.Value();
         if (!data.isNull()) Preenche_Linha_Relatório(75, 10, data.toString());
-        Preenche_Linha_Relatório(87, 47, Tabela.Fields("Materiais").Value().toString().left(47));
+        Preenche_Linha_Relatório(87, 47, materiais.Value().toString().left(47));
         Imprime(Linha_Relatório, 0, false);
         ++Quantidades[0];
         ++Quantidades[forma + 1];

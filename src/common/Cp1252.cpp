@@ -1,5 +1,7 @@
 #include "common/Cp1252.h"
 
+#include <cstring>
+
 namespace {
 // Unicode of 0x80..0x9F; 0 where the code page leaves the byte undefined.
 constexpr char16_t Faixa_80_9F[32] = {0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
@@ -8,22 +10,43 @@ constexpr char16_t Faixa_80_9F[32] = {0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x
                                       0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
 }  // namespace
 
+namespace {
+char Byte_Cp1252(char16_t u) {
+    if (u < 0x80 || (u >= 0xA0 && u <= 0xFF)) return static_cast<char>(u);
+    for (int i = 0; i < 32; ++i)
+        if (Faixa_80_9F[i] != 0 && Faixa_80_9F[i] == u) return static_cast<char>(0x80 + i);
+    return '?';
+}
+
+char* Escreve_Cp1252(char* destino, QStringView texto) {
+    // Four characters at a time while they are plain ASCII, as most of a report line is.
+    const char16_t* origem = texto.utf16();
+    const qsizetype tamanho = texto.size();
+    qsizetype i = 0;
+    for (; i + 4 <= tamanho; i += 4) {
+        quint64 bloco;
+        std::memcpy(&bloco, origem + i, sizeof bloco);
+        if ((bloco & 0xFF80FF80FF80FF80ULL) != 0) {
+            for (int k = 0; k < 4; ++k) *destino++ = Byte_Cp1252(origem[i + k]);
+            continue;
+        }
+        for (int k = 0; k < 4; ++k) *destino++ = static_cast<char>(origem[i + k]);
+    }
+    for (; i < tamanho; ++i) *destino++ = Byte_Cp1252(origem[i]);
+    return destino;
+}
+}  // namespace
 QByteArray Para_Cp1252(const QString& texto) {
     // One byte for each character, written in place: every line of a report passes here.
     QByteArray saída(texto.size(), Qt::Uninitialized);
-    char* destino = saída.data();
-    for (const QChar c : texto) {
-        const char16_t u = c.unicode();
-        if (u < 0x80 || (u >= 0xA0 && u <= 0xFF)) {
-            *destino++ = static_cast<char>(u);
-            continue;
-        }
-        char byte = '?';
-        for (int i = 0; i < 32; ++i)
-            if (Faixa_80_9F[i] != 0 && Faixa_80_9F[i] == u) byte = static_cast<char>(0x80 + i);
-        *destino++ = byte;
-    }
+    Escreve_Cp1252(saída.data(), texto);
     return saída;
+}
+
+void Acrescenta_Cp1252(QByteArray& saída, QStringView texto) {
+    const qsizetype antes = saída.size();
+    saída.resize(antes + texto.size());
+    Escreve_Cp1252(saída.data() + antes, texto);
 }
 
 QString De_Cp1252(const QByteArray& bytes) {

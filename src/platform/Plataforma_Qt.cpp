@@ -200,9 +200,17 @@ void Plataforma_Qt::Cursor_Ocupado(const QString& arquivo_ícone) {
 void Plataforma_Qt::Cursor_Normal() {
     if (!Cursor_Trocado || Cursor_A_Restaurar) return;
     Cursor_A_Restaurar = true;
-    // Put back when the events pass, unless a busy cursor is taken again before.
+    // Put back when the events pass, unless a busy cursor is taken again before. One queued call serves
+    // a whole walk, whose every row takes and gives back the cursor.
+    if (Restauração_Pedida) return;
+    Restauração_Pedida = true;
     QMetaObject::invokeMethod(
-        &Contexto_Cursor, [this] { Restaura_Cursor(); }, Qt::QueuedConnection);
+        &Contexto_Cursor,
+        [this] {
+            Restauração_Pedida = false;
+            Restaura_Cursor();
+        },
+        Qt::QueuedConnection);
 }
 
 QDateTime Plataforma_Qt::Agora() {

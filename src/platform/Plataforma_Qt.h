@@ -44,6 +44,7 @@ class Plataforma_Qt : public Plataforma {
     // The normal cursor is put back when the events next pass, not at once: a walk that takes the busy
     // cursor for every row changes the desktop's cursor once, not twice a row.
     bool Cursor_A_Restaurar = false;
+    bool Restauração_Pedida = false;  // a putting back is already queued
     void Restaura_Cursor();
     QObject Contexto_Cursor;  // the queued putting back dies with the platform
     QElapsedTimer Desde_Os_Eventos;

@@ -25,14 +25,31 @@ const QString Caracteres_Proibidos = "\\/:*?\"<>|";
 // File number 1 of the system: one report open at a time.
 QFile Arquivo_Relatório;
 
-void Escreve_Linha(const QString& linha) {
+// The bytes of the line being written: one buffer for the whole report, which writes a line per row.
+QByteArray Bytes_Linha;
+
+// Writes Bytes_Linha, ended by CR LF, and empties it.
+void Grava_Linha() {
+    Bytes_Linha.append("\r\n", 2);
     if (!Arquivo_Relatório.isOpen()) {
         Falha(52, "O nome de arquivo ou seu número é inválido");
-        return;
-    }
-    const QByteArray bytes = Para_Cp1252(linha) + "\r\n";
-    if (Arquivo_Relatório.write(bytes) != bytes.size())
+    } else if (Arquivo_Relatório.write(Bytes_Linha) != Bytes_Linha.size()) {
         Falha(57, "Não foi possível gravar " + Arquivo_Relatório.fileName());
+    }
+    Bytes_Linha.resize(0);
+}
+
+void Escreve_Linha(const QString& linha) {
+    Bytes_Linha.resize(0);
+    Acrescenta_Cp1252(Bytes_Linha, linha);
+    Grava_Linha();
+}
+
+// A line of ASCII control words, as it is: the highlight's, written at every row.
+void Escreve_Linha_Ascii(QByteArrayView linha) {
+    Bytes_Linha.resize(0);
+    Bytes_Linha.append(linha);
+    Grava_Linha();
 }
 
 int Tamanho_Fonte_Inteiro() {
@@ -215,11 +232,21 @@ void Preenche_Linha_Relatório(int Coluna, int Tamanho, const QString& Texto) {
 void Imprime(const QString& Texto, int Coluna, bool Quebra_Página) {
     Rotina r(Fonte_Funções_Públicas, "Imprime");
     Ponteiro_Ocupado cursor(Ícone_Impressão);
-    QString cópia = Texto;
-    cópia.replace('\\', "\\\\");
-    const QString recuo(Coluna > 1 ? Coluna - 1 : 0, ' ');
-    Escreve_Linha(recuo + cópia + (Quebra_Página ? "\\par \\page" : "\\par"));
-    Linha_Relatório = QString(Tamanho_Linha_Relatório, ' ');
+    // Built as bytes in the report's one buffer: backslashes are doubled in the code page's text, which
+    // makes none of its own.
+    Bytes_Linha.resize(0);
+    if (Coluna > 1) Bytes_Linha.append(Coluna - 1, ' ');
+    const qsizetype início = Bytes_Linha.size();
+    Acrescenta_Cp1252(Bytes_Linha, Texto);
+    if (Bytes_Linha.indexOf('\\', início) >= 0)
+        Bytes_Linha = Bytes_Linha.left(início) + Bytes_Linha.mid(início).replace("\\", "\\\\");
+    Bytes_Linha.append(Quebra_Página ? "\\par \\page" : "\\par");
+    Grava_Linha();
+    // Cleaned in place: the line keeps its room from row to row.
+    if (Linha_Relatório.size() == Tamanho_Linha_Relatório)
+        Linha_Relatório.fill(' ');
+    else
+        Linha_Relatório = QString(Tamanho_Linha_Relatório, ' ');
 }
 
 void Centraliza_Relatório(const QString& Texto, bool Título) {
@@ -243,10 +270,10 @@ void Destaca_Impressão(bool Encerra) {
     if (Cor_Destaque == 0) return;
     Destaque_Ligado = !Destaque_Ligado;
     if (Encerra || !Destaque_Ligado) {
-        Escreve_Linha("\\cf0\\b0");
+        Escreve_Linha_Ascii("\\cf0\\b0");
         if (Encerra) Destaque_Ligado = true;
     } else {
-        Escreve_Linha("\\cf1\\b1");
+        Escreve_Linha_Ascii("\\cf1\\b1");
     }
 }
 

@@ -262,6 +262,19 @@ void frmImpressão_Manutenção_Banco_de_Dados::cmdOk_Click() {
     cmdSair_Click();
 }
 
+namespace {
+// "dd/MM/yyyy" written digit by digit: the formatter's pattern costs more than the rest of the row.
+QString Dia_Do_Relatório(const QDate& dia) {
+    const int d = dia.day(), m = dia.month(), a = dia.year();
+    if (a < 0 || a > 9999) return dia.toString("dd/MM/yyyy");
+    const QChar texto[10] = {QChar('0' + d / 10), QChar('0' + d % 10), QChar('/'),
+                             QChar('0' + m / 10), QChar('0' + m % 10), QChar('/'),
+                             QChar('0' + a / 1000), QChar('0' + a / 100 % 10), QChar('0' + a / 10 % 10),
+                             QChar('0' + a % 10)};
+    return QString(texto, 10);
+}
+}  // namespace
+
 bool frmImpressão_Manutenção_Banco_de_Dados::Imprime_Manutenções(int& Quantidade) {
     Rotina r(this, "Imprime_Manutenções");
     Plataforma& plataforma = Plataforma_Atual();
@@ -274,22 +287,25 @@ bool frmImpressão_Manutenção_Banco_de_Dados::Imprime_Manutenções(int& Quant
     Tabela_Secundária.Seek({usuário, dbData_Inicial->Value(), QString("00:00:00")},
                            Tipo_Busca::Depois_ou_Igual);
     Início_Progresso = plataforma.Agora();
+    // The fields are found by name once for the walk.
+    const Campo data_manutenção = Tabela_Secundária.Fields("Data_Manutenção");
+    const Campo usuário_da_linha = Tabela_Secundária.Fields("Usuário");
+    const Campo hora = Tabela_Secundária.Fields("Hora_Manutenção");
+    const Campo manutenção = Tabela_Secundária.Fields("Manutenção");
     int lidas = 0;
     while (!Tabela_Secundária.Eof()) {
         ++lidas;
         Barra_de_Progresso(1, total, lidas, this);
-        const QDateTime data = Tabela_Secundária.Fields("Data_Manutenção").Value().toDateTime();
+        const QDateTime data = data_manutenção.Value().toDateTime();
         if (data.isValid()) {
             // A later date ends the walk whoever the row's user is: past the user's rows the index holds
             // only later users, whose rows are all skipped.
             if (final.isValid() && data.date() > final) break;
-            if (Tabela_Secundária.Fields("Usuário").Value().toString().trimmed() == usuário) {
+            if (usuário_da_linha.Value().toString().trimmed() == usuário) {
                 Destaca_Impressão(false);
-                Preenche_Linha_Relatório(1, 26,
-                                         data.toString("dd/MM/yyyy") + ", às " +
-                                             Tabela_Secundária.Fields("Hora_Manutenção").Value().toString() +
-                                             " hs");
-                Preenche_Linha_Relatório(30, 104, Tabela_Secundária.Fields("Manutenção").Value().toString());
+                Preenche_Linha_Relatório(1, 26, Dia_Do_Relatório(data.date()) + ", às " +
+                                                    hora.Value().toString() + " hs");
+                Preenche_Linha_Relatório(30, 104, manutenção.Value().toString());
                 Imprime(Linha_Relatório, 0, false);
                 ++Quantidade;
             }

@@ -89,6 +89,10 @@ QString Texto_do_Valor(const QVariant& valor) {
     return valor.toString();
 }
 
+// A page of the grid is read at once: its 14 rows and one more, the step past the page that tells
+// whether there are more; the walk back over a page reads as much.
+constexpr int Linhas_Lidas_Por_Página = 15;
+
 const QStringList Títulos_Iniciais_Grade = {"Informação localizada no banco de dados...      ",
                                             "1º. campo a ser mostrado...  ", "2º. campo a ser mostrado... "};
 }  // namespace
@@ -483,15 +487,18 @@ void frmLocaliza_Informação::cmdOk_Click() {
     Linhas_Localizadas = 0;
     flxLocaliza->Clear();
     Títulos_Iniciais();
-    if (!Tabela_Dynaset.Aberto() || (Tabela_Dynaset.Bof() && Tabela_Dynaset.Eof()))
-        flxLocaliza->Set_TextMatrix(1, 0, "Nenhuma informação encontrada no banco de dados...");
-    while (Tabela_Dynaset.Aberto() && !Tabela_Dynaset.Bof() && !Tabela_Dynaset.Eof() &&
-           Linhas_Localizadas < 14) {
-        ++Linhas_Localizadas;
-        Preenche_Linha(Linhas_Localizadas);
-        Tabela_Dynaset.MoveNext();
+    {
+        Página_Lida página(Tabela_Dynaset, Linhas_Lidas_Por_Página);
+        if (!Tabela_Dynaset.Aberto() || (Tabela_Dynaset.Bof() && Tabela_Dynaset.Eof()))
+            flxLocaliza->Set_TextMatrix(1, 0, "Nenhuma informação encontrada no banco de dados...");
+        while (Tabela_Dynaset.Aberto() && !Tabela_Dynaset.Bof() && !Tabela_Dynaset.Eof() &&
+               Linhas_Localizadas < 14) {
+            ++Linhas_Localizadas;
+            Preenche_Linha(Linhas_Localizadas);
+            Tabela_Dynaset.MoveNext();
+        }
+        if (!Tabela_Dynaset.Bof() && !Tabela_Dynaset.Eof()) Tabela_Dynaset.MovePrevious();
     }
-    if (!Tabela_Dynaset.Bof() && !Tabela_Dynaset.Eof()) Tabela_Dynaset.MovePrevious();
     if (Linhas_Localizadas < 14) {
         cmdÚltimos_14->setEnabled(false);
         cmdPróximos_14->setEnabled(false);
@@ -514,6 +521,7 @@ void frmLocaliza_Informação::cmdPróximos_14_Click() {
     Rotina r(this, "cmdPróximos_14_Click");
     Navegação = "Navegando Próximos 14";
     Ponteiro_Ocupado cursor(Ícone_Processamento);
+    Página_Lida página(Tabela_Dynaset, Linhas_Lidas_Por_Página);
     Linhas_Localizadas = 0;
     if (Tabela_Dynaset.Bof())
         Tabela_Dynaset.MoveFirst();
@@ -539,6 +547,7 @@ void frmLocaliza_Informação::cmdÚltimos_14_Click() {
     Rotina r(this, "cmdÚltimos_14_Click");
     Navegação = "Navegando Últimos 14";
     Ponteiro_Ocupado cursor(Ícone_Processamento);
+    Página_Lida página(Tabela_Dynaset, Linhas_Lidas_Por_Página);
     Linhas_Localizadas = 0;
     if (Tabela_Dynaset.Eof())
         Tabela_Dynaset.MoveLast();
@@ -572,6 +581,7 @@ int frmLocaliza_Informação::Linhas_na_Tela() const {
 
 void frmLocaliza_Informação::cmdPróximos_14_LostFocus() {
     const int a_voltar = Linhas_na_Tela() - 1;
+    Página_Lida página(Tabela_Dynaset, Linhas_Lidas_Por_Página);
     Linhas_Localizadas = 0;
     while (!Tabela_Dynaset.Bof() && Linhas_Localizadas < a_voltar) {
         ++Linhas_Localizadas;
@@ -581,6 +591,7 @@ void frmLocaliza_Informação::cmdPróximos_14_LostFocus() {
 
 void frmLocaliza_Informação::cmdÚltimos_14_LostFocus() {
     const int a_avançar = Linhas_na_Tela();
+    Página_Lida página(Tabela_Dynaset, Linhas_Lidas_Por_Página);
     Linhas_Localizadas = 0;
     while (!Tabela_Dynaset.Eof() && Linhas_Localizadas < a_avançar) {
         ++Linhas_Localizadas;
@@ -594,6 +605,7 @@ void frmLocaliza_Informação::flxLocaliza_Click() {
     if (Código_Escolhido == 0) return;
     if (!Em_Lista_Encontrou) {
         const bool para_frente = Navegação.isEmpty() || Navegação == "Navegando Próximos 14";
+        Página_Lida página(Tabela_Dynaset, Linhas_Lidas_Por_Página);
         if (para_frente) {
             Tabela_Dynaset.MoveFirst();
             while (!Tabela_Dynaset.Eof() && Tabela_Dynaset.Fields(1).Value().toInt() != Código_Escolhido)

@@ -169,6 +169,13 @@ void Garante_Índice_de_Consulta(Ligação& conexão, const QString& tabela, con
                          " ON " + Citação(tabela) + " (" + Citação(campo) + ")");
 }
 
+void Garante_Índices_de_Texto(Ligação& conexão, const QString& tabela, const QStringList& campos) {
+    auto sessão = Sessão_De(conexão);
+    if (!sessão || !sessão->Servidor() || !Existe_Tabela(conexão, tabela)) return;
+    Falha_Banco ignorada;
+    Catálogo_Servidor::Garante_Índices_de_Texto(*sessão, tabela, campos, ignorada);
+}
+
 void Exclui_Índice(Ligação& conexão, const QString& tabela, const QString& índice) {
     auto sessão = Sessão_De(conexão);
     if (!sessão) return;

@@ -25,6 +25,11 @@ void Exclui_Índice(Ligação& conexão, const QString& tabela, const QString& �
 // An index of the store's own for a statement that the windows build on a field without one: the
 // catalogue does not list it. A rebuild of the table drops it; the next start makes it again.
 void Garante_Índice_de_Consulta(Ligação& conexão, const QString& tabela, const QString& campo);
+// On a server, an index of the text's three-letter pieces for each field, so that a search for a word in
+// any position ("Like '%palavra%'") reads only the rows that may hold it. Where the server cannot give
+// one (its trigram extension missing or not allowed to this user) nothing is made and nothing is
+// reported: the search works as before, reading the whole table. The embedded engine needs none.
+void Garante_Índices_de_Texto(Ligação& conexão, const QString& tabela, const QStringList& campos);
 QStringList Lista_Tabelas(Ligação& conexão);
 bool Existe_Tabela(Ligação& conexão, const QString& tabela);
 // The structure as the store holds it now; empty name when the table does not exist.

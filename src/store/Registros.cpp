@@ -188,6 +188,9 @@ void Liga_Chave(Comando_Banco* comando, int posição, const QVariant& valor) {
     }
 }
 
+// The end of a walk's source: the rows there when its keyset was taken.
+const QString Até_O_Limite = "+rowid <= ?";
+
 // "Where <criterion> Order By <terms>" split in its two parts, without their keywords.
 void Separa_Resto(const QString& resto, QString& critério, QString& ordenação) {
     static const QRegularExpression ordem("\\border\\s+by\\b", QRegularExpression::CaseInsensitiveOption);
@@ -229,6 +232,7 @@ void Registros::Close() {
     Linha_Lida = false;
     Linha_Adiada = false;
     Linha.clear();
+    Termina_Página();
     Textos_Gravação.clear();
     Estático = false;
     Nomes_Estáticos.clear();
@@ -370,7 +374,7 @@ void Registros::Prepara_Ordem() {
     // The criterion stands in brackets: an Or in it must not swallow the conditions of the walk.
     Sem_Critério = critério.isEmpty();
     Origem = "FROM " + Citação(Estrutura->Nome) + " WHERE " +
-             (critério.isEmpty() ? QString() : "(" + critério + ") AND ") + "+rowid <= ?";
+             (critério.isEmpty() ? QString() : "(" + critério + ") AND ") + Até_O_Limite;
 }
 
 // The keyset is the rows there now: rows added later by others have greater ids and stay out.
@@ -412,6 +416,7 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
         (com_limite ? ", (SELECT max(rowid) FROM " + Citação(Estrutura->Nome) + ") " : "") + Origem;
     Carimbo_Dados carimbo;
     const bool com_carimbo = Ordem_Servida && Sessão_->Carimbo(carimbo);
+    const bool com_valores = com_carimbo || (Ordem_Servida && Página_Aberta != 0);
     const int colunas = Estrutura->Campos.size();
     const int primeira = 1 + static_cast<int>(Ordem.size());
     bool falhou = false;
@@ -439,9 +444,10 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
                 Limite_Id = comando->Inteiro(primeira + (Ordem_Servida ? colunas : 0));
                 Limite_Na_Página = false;
             }
-            if (com_carimbo) {
+            if (com_valores) {
                 entrada.Valores = Campos_Lidos(*Estrutura, comando, primeira);
-                entrada.Carimbo = carimbo;
+                if (com_carimbo) entrada.Carimbo = carimbo;
+                entrada.Página = Página_Aberta;
             }
             página.append(std::move(entrada));
         }
@@ -526,8 +532,10 @@ bool Registros::Passo(bool adiante, std::source_location onde) {
     const int máximo_janela =
         servida ? Linhas_Por_Página * Páginas_Na_Janela : std::numeric_limits<int>::max();
     if (Janela.isEmpty()) {
-        // Opening reads mostly one row: the first page is short, the next ones full.
-        QVector<Entrada> página = Busca_Página(nullptr, adiante, Linhas_Primeira_Página, onde);
+        // Opening reads mostly one row: the first page is short, the next ones full; a page that a
+        // window shows at once is read whole.
+        QVector<Entrada> página =
+            Busca_Página(nullptr, adiante, std::max(Linhas_Primeira_Página, Linhas_Página), onde);
         if (página.isEmpty()) return false;
         if (!adiante) std::reverse(página.begin(), página.end());
         Janela = std::move(página);
@@ -563,7 +571,9 @@ void Registros::Anda(bool adiante, std::source_location onde) {
     Linha_Lida = false;
     Linha_Adiada = false;
     while (Passo(adiante, onde)) {
-        if (!Janela[Atual].Excluída && (Linha_Da_Página(Janela[Atual]) || Lê_Linha(Id_Atual()))) {
+        if (!Janela[Atual].Excluída &&
+            (Linha_Da_Página(Janela[Atual]) ||
+             (Lê_Linhas_Da_Página(adiante) && Linha_Da_Página(Janela[Atual])) || Lê_Linha(Id_Atual()))) {
             Onde = Lugar::Na_Linha;
             Linha_Lida = true;
             return;
@@ -593,10 +603,63 @@ void Registros::Começa(bool do_início, std::source_location onde) {
 }
 
 bool Registros::Linha_Da_Página(const Entrada& entrada) {
+    if (entrada.Valores.isEmpty()) return false;
     Carimbo_Dados agora;
-    if (entrada.Valores.isEmpty() || !Sessão_->Carimbo(agora) || !(agora == entrada.Carimbo)) return false;
+    if (!(Página_Aberta != 0 && entrada.Página == Página_Aberta) &&
+        (!Sessão_->Carimbo(agora) || !(agora == entrada.Carimbo)))
+        return false;
     Linha = entrada.Valores;
     return true;
+}
+
+// With a page open: the current row and those after it in the window, in the step's direction, up to
+// the page's rows, in one statement. A row that another workstation deleted does not come, and is then
+// looked for on its own, and found gone.
+bool Registros::Lê_Linhas_Da_Página(bool adiante) {
+    if (Página_Aberta == 0) return false;
+    QHash<qint64, int> posições;
+    QVector<qint64> ids;
+    QString marcas;
+    for (int i = Atual; i >= 0 && i < Janela.size() && ids.size() < Linhas_Página; i += adiante ? 1 : -1) {
+        const Entrada& entrada = Janela[i];
+        if (entrada.Excluída || (!entrada.Valores.isEmpty() && entrada.Página == Página_Aberta)) continue;
+        posições.insert(entrada.Id, i);
+        ids << entrada.Id;
+        marcas += marcas.isEmpty() ? "?" : ", ?";
+    }
+    if (ids.isEmpty()) return false;
+    Falha_Banco falha;
+    Comando_Banco* comando =
+        Sessão_->Prepara("SELECT rowid, " + Campos_Da_Tabela + " FROM " + Citação(Estrutura->Nome) +
+                             " WHERE rowid IN (" + marcas + ")",
+                         falha);
+    if (comando == nullptr) return false;
+    for (int n = 0; n < ids.size(); ++n) comando->Liga_Inteiro(n + 1, ids[n]);
+    while (comando->Passo() == Linha_Pronta) {
+        Entrada& entrada = Janela[posições.value(comando->Inteiro(0))];
+        entrada.Valores = Campos_Lidos(*Estrutura, comando, 1);
+        entrada.Página = Página_Aberta;
+    }
+    comando->Reinicia();
+    return true;
+}
+
+void Registros::Começa_Página(int linhas) {
+    Linhas_Página = std::max(linhas, 1);
+    Página_Aberta = ++Páginas_Abertas;
+}
+
+void Registros::Termina_Página() {
+    Linhas_Página = 0;
+    Página_Aberta = 0;
+}
+
+Página_Lida::Página_Lida(Registros& registros, int linhas) : R(registros) {
+    R.Começa_Página(linhas);
+}
+
+Página_Lida::~Página_Lida() {
+    R.Termina_Página();
 }
 
 bool Registros::Lê_Linha(qint64 id) {
@@ -690,10 +753,14 @@ int Registros::RecordCount() const {
         // A whole table is counted by its own count, which reads no row, less the rows added since.
         Falha_Banco falha;
         const QString tabela = Citação(Estrutura->Nome);
+        // A criterion's rows are counted with the keyset's limit as a filter of the count, not of the rows:
+        // a server plans a statement once for any limit, and would otherwise read the whole row id index to
+        // meet a criterion that its own index answers in a few rows.
         Comando_Banco* comando =
             Sessão_->Prepara(Sem_Critério ? "SELECT (SELECT count(*) FROM " + tabela +
                                                 ") - (SELECT count(*) FROM " + tabela + " WHERE rowid > ?)"
-                                          : "SELECT count(*) " + Origem,
+                                          : "SELECT count(*) FILTER (WHERE +rowid <= ?) " +
+                                                Origem.chopped(QString(" AND ").size() + Até_O_Limite.size()),
                              falha);
         if (comando == nullptr) return 0;
         comando->Liga_Inteiro(1, Limite_Id);

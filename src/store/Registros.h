@@ -36,6 +36,19 @@ class Campo {
     int Posição;
 };
 
+class Registros;
+// Holds a page of a slot open for the life of a block (Registros::Começa_Página).
+class Página_Lida {
+  public:
+    Página_Lida(Registros& registros, int linhas);
+    ~Página_Lida();
+    Página_Lida(const Página_Lida&) = delete;
+    Página_Lida& operator=(const Página_Lida&) = delete;
+
+  private:
+    Registros& R;
+};
+
 class Registros {
   public:
     Registros() = default;
@@ -86,6 +99,15 @@ class Registros {
     // left Null): such a write never passes, however often it is tried.
     bool Recusa_Do_Valor() const { return Recusa_Do_Valor_; }
 
+    // A page that a window shows at once (a grid of rows): while it is open, a step onto a row reads it
+    // together with the rows that follow in that direction, up to `linhas`, in one statement, and those
+    // rows are then taken as read, as the page shows them; the page's first reading comes with the rows.
+    // Otherwise a walk on a server reads each row again as it becomes current (the server gives no cheap
+    // sign of other workstations' writes): one exchange per row where a page needs one. Closing the
+    // slot ends the page.
+    void Começa_Página(int linhas);
+    void Termina_Página();
+
     // The table behind a keyset, empty for a static result.
     QString Tabela() const { return Estrutura ? Estrutura->Nome : QString(); }
     qint64 Id_Linha_Atual() const;
@@ -109,6 +131,7 @@ class Registros {
         bool Chave_Adiada = false;  // a row just added: its order values are read when a step needs them
         QVector<QVariant> Valores;  // the row as its page read it, good while the file's mark is unchanged
         Carimbo_Dados Carimbo;
+        quint32 Página = 0;  // read for the open page of that number (Página_Aberta), or 0
     };
 
     void Prepara_Ordem();
@@ -123,6 +146,7 @@ class Registros {
     void Carrega_Estático(std::source_location onde);
     bool Lê_Linha(qint64 id);
     bool Linha_Da_Página(const Entrada& entrada);
+    bool Lê_Linhas_Da_Página(bool adiante);
     bool Tem_Linha_Atual() const;
     qint64 Id_Atual() const { return Janela[Atual].Id; }
     bool Converte_Para_Gravar(int posição, const QVariant& valor, QVariant& saída, Falha_Banco& falha) const;
@@ -159,6 +183,11 @@ class Registros {
     QHash<quint64, QString> Textos_Gravação;
     bool Recusa_Do_Valor_ = false;
     QVector<QVariant> Linha;
+
+    // the page a window shows at once: how many rows it takes, and its number, or 0 when none is open
+    int Linhas_Página = 0;
+    quint32 Página_Aberta = 0;
+    quint32 Páginas_Abertas = 0;
 
     // static result
     bool Estático = false;

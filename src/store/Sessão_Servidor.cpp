@@ -1680,6 +1680,35 @@ bool Garante_Índice_de_Consulta(Sessão& sessão, const QString& tabela, const 
         falha);
 }
 
+bool Garante_Índices_de_Texto(Sessão& sessão, const QString& tabela, const QStringList& campos,
+                              Falha_Banco& falha) {
+    const QString nome = Nome_Da_Tabela(sessão, tabela);
+    // The extension goes to "public", which no step of the program drops (a bank's own schema may be
+    // dropped or renamed); one already there, in any schema, is used where it is. Any refusal (the
+    // extension not installed, a user without the right to add it, a second workstation making the same
+    // index at the same moment) leaves things as they were, and the search reads the whole table.
+    // New rows wait in a short list of the index until the server takes them in: kept to 1 MB (4 MB by
+    // default), a table just filled is still searched through the index, and the list's taking in is
+    // still shared among many writes.
+    QString índices;
+    for (const QString& campo : campos)
+        índices += "  EXECUTE format(" +
+                   Valor_Texto_SQL("CREATE INDEX IF NOT EXISTS " + Citação(Nome_Físico("t_", nome, campo)) +
+                                   " ON " + Citação(nome) + " USING gin (lower(" + Citação(campo) +
+                                   "::text COLLATE \"und-x-icu\") %I.gin_trgm_ops) "
+                                   "WITH (gin_pending_list_limit = 1024)") +
+                   ", esquema);\n";
+    return Do_Servidor(sessão).Executa_Direto(
+        "DO $quizora$\nDECLARE esquema text;\nBEGIN\n"
+        "  BEGIN\n    CREATE EXTENSION IF NOT EXISTS pg_trgm SCHEMA public;\n"
+        "  EXCEPTION WHEN OTHERS THEN NULL;\n  END;\n"
+        "  SELECT n.nspname INTO esquema FROM pg_extension e JOIN pg_namespace n ON n.oid = e.extnamespace "
+        "WHERE e.extname = 'pg_trgm';\n"
+        "  IF esquema IS NULL THEN RETURN; END IF;\n" +
+            índices + "EXCEPTION WHEN OTHERS THEN NULL;\nEND $quizora$",
+        falha);
+}
+
 bool Acerta_Numeração(Sessão& sessão, const Estrutura_Tabela& estrutura, Falha_Banco& falha) {
     for (const Campo_Info& campo : estrutura.Campos) {
         if (!campo.Auto) continue;

@@ -70,6 +70,10 @@ bool Adiciona_Índice(Sessão& sessão, const QString& tabela, const Índice_Inf
 bool Exclui_Índice(Sessão& sessão, const QString& tabela, const QString& índice, Falha_Banco& falha);
 bool Garante_Índice_de_Consulta(Sessão& sessão, const QString& tabela, const QString& campo,
                                 Falha_Banco& falha);
+// A trigram index on each field's lower-cased text, as "Like" compares it. Where the server cannot make
+// one, nothing changes and nothing is reported; false only when the server could not be asked.
+bool Garante_Índices_de_Texto(Sessão& sessão, const QString& tabela, const QStringList& campos,
+                              Falha_Banco& falha);
 // Sets the numbering of each automatic field past the greatest number the table holds (after rows were
 // copied in with their numbers).
 bool Acerta_Numeração(Sessão& sessão, const Estrutura_Tabela& estrutura, Falha_Banco& falha);

@@ -45,13 +45,35 @@ QString Data_Para_Banco(const QDateTime& data) {
     return texto;
 }
 
+namespace {
+// The number in texto's digits from `início`, `quantos` of them; -1 where one is not a digit.
+int Dígitos(const QString& texto, int início, int quantos) {
+    int valor = 0;
+    for (int i = início; i < início + quantos; ++i) {
+        const char16_t c = texto[i].unicode();
+        if (c < '0' || c > '9') return -1;
+        valor = valor * 10 + (c - '0');
+    }
+    return valor;
+}
+}  // namespace
+
 QDateTime Data_Do_Banco(const QString& texto) {
-    // The stored form is read by hand: it is read for every row of every walk.
-    if (texto.size() == 19 && texto[4] == '-' && texto[7] == '-' && texto[10] == ' ') {
-        const QDate dia(texto.left(4).toInt(), texto.mid(5, 2).toInt(), texto.mid(8, 2).toInt());
-        const QTime hora(texto.mid(11, 2).toInt(), texto.mid(14, 2).toInt(), texto.mid(17, 2).toInt());
+    // The stored form is read by hand: it is read for every row of every walk. A walk in date order
+    // reads the same day row after row, and the local time of a day is worked out once for them.
+    thread_local QString último_texto;
+    thread_local QDateTime última_data;
+    if (texto.size() == 19 && texto == último_texto) return última_data;
+    if (texto.size() == 19 && texto[4] == '-' && texto[7] == '-' && texto[10] == ' ' &&
+        Dígitos(texto, 0, 4) >= 0) {
+        const QDate dia(Dígitos(texto, 0, 4), Dígitos(texto, 5, 2), Dígitos(texto, 8, 2));
+        const QTime hora(Dígitos(texto, 11, 2), Dígitos(texto, 14, 2), Dígitos(texto, 17, 2));
         const QDateTime d(dia, hora);
-        if (d.isValid()) return d;
+        if (d.isValid()) {
+            último_texto = texto;
+            última_data = d;
+            return d;
+        }
         // An hour that the local clock skipped (the midnight when summer time began, as in Brazil up to
         // 2018) is read as the first hour that exists after it, so that the day itself is not lost.
         if (dia.isValid() && hora.isValid())

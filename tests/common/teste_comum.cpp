@@ -74,6 +74,27 @@ TEST(Cp1252_Teste, CharacterOutsideThePageBecomesAQuestionMark) {
     EXPECT_EQ(Para_Cp1252(QString(QChar(0x0093))), QByteArray("?"));
 }
 
+// A report's lines go one after another into one buffer: each is added after what is there, in the same
+// bytes as a conversion of its own.
+TEST(Cp1252_Teste, TextAddedToABufferKeepsWhatWasThereAndConvertsAsAlone) {
+    QByteArray área("\\par", 4);
+    for (const QString& texto : {QString("ação €"), QString(), QString("a→b"), QString(300, QChar(0x00E9))}) {
+        const QByteArray antes = área;
+        Acrescenta_Cp1252(área, texto);
+        EXPECT_EQ(área, antes + Para_Cp1252(texto));
+    }
+    área.resize(0);
+    Acrescenta_Cp1252(área, u"Ω\\x");
+    EXPECT_EQ(área, QByteArray("?\\x"));
+    // Plain letters are taken several at a time: the others land anywhere among them.
+    for (int antes = 0; antes <= 9; ++antes) {
+        SCOPED_TRACE(antes);
+        const QString texto = QString(antes, 'a') + QString::fromUtf8("€é→x") + QString(antes % 5, 'z');
+        EXPECT_EQ(Para_Cp1252(texto),
+                  QByteArray(antes, 'a') + Bytes({0x80, 0xE9}) + "?x" + QByteArray(antes % 5, 'z'));
+    }
+}
+
 TEST(Cp1252_Teste, LineEndsAndPlainTextPassThrough) {
     const QString texto = "Linha 1\r\nLinha 2\r\n\tfim";
     EXPECT_EQ(Para_Cp1252(texto), texto.toLatin1());

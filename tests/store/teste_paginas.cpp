@@ -518,3 +518,55 @@ TEST_F(Páginas_Teste, TheWindowsStatementsFindTheirRowsThroughAnIndex) {
     EXPECT_EQ(Padrão(auditoria.Varreduras(planos)), Padrão({}));
     RecordProperty("Planos", planos.join(" // ").toStdString());
 }
+
+// A page that a window shows at once, read in one go: the same rows in the same order as a walk row by row,
+// in both directions, in an order an index serves and in one it does not; a row that another copy deleted
+// before the page was read stays out of it; the page's count is the walk's.
+TEST_F(Páginas_Teste, APageReadAtOnceShowsWhatTheWalkRowByRowShows) {
+    const auto caminha_em_páginas = [](bool adiante) {
+        QStringList vistas;
+        while (adiante ? !Tabela.Eof() : !Tabela.Bof()) {
+            Página_Lida página(Tabela, 15);
+            for (int i = 0; i < 14 && (adiante ? !Tabela.Eof() : !Tabela.Bof()); ++i) {
+                vistas << Marca_Atual();
+                adiante ? Tabela.MoveNext() : Tabela.MovePrevious();
+            }
+        }
+        return vistas;
+    };
+    for (const char* fonte : {"Select * From tblPergunta Where Tipo = 'A' Order By Pergunta Desc",
+                              "Select * From tblPergunta Where Pergunta Like '%1%'",
+                              "Select * From tblPergunta Order By Resposta_Correta Desc, Tipo"}) {
+        SCOPED_TRACE(fonte);
+        Abre_Tabela(fonte);
+        const QStringList uma_a_uma = Caminha(true);
+        ASSERT_GT(uma_a_uma.size(), 30);
+        Abre_Tabela(fonte);
+        EXPECT_EQ(Padrão(caminha_em_páginas(true)), Padrão(uma_a_uma));
+        Tabela.MoveLast();
+        EXPECT_EQ(Padrão(caminha_em_páginas(false)), Padrão(Invertida(uma_a_uma)));
+        EXPECT_EQ(Tabela.RecordCount(), uma_a_uma.size());
+    }
+
+    // Rows deleted by another copy after the walk began, before the page that holds them was read.
+    Abre_Tabela("Select * From tblPergunta Where Pergunta Like '%1%'");
+    const QStringList antes = Caminha(true);
+    Tabela.MoveFirst();
+    Tabela.MoveNext();
+    const QString segunda = Marca_Atual();
+    Outro_Processo({"DELETE FROM tblPergunta WHERE Código_Pergunta IN (" + antes[2].section('/', 0, 0) +
+                    ", " + antes[20].section('/', 0, 0) + ")"});
+    QStringList depois{Marca_Atual()};
+    {
+        Página_Lida página(Tabela, 15);
+        for (int i = 0; i < 30 && !Tabela.Eof(); ++i) {
+            Tabela.MoveNext();
+            if (!Tabela.Eof()) depois << Marca_Atual();
+        }
+    }
+    QStringList esperadas = antes.mid(1, 33);
+    esperadas.removeAt(19);
+    esperadas.removeAt(1);
+    EXPECT_EQ(segunda.toStdString(), antes[1].toStdString());
+    EXPECT_EQ(Padrão(depois.mid(0, esperadas.size())), Padrão(esperadas));
+}

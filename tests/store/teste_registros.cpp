@@ -351,6 +351,19 @@ TEST(Datas_Teste, MidnightSkippedBySummerTimeIsReadOnItsOwnDay) {
     EXPECT_EQ(Data_Do_Banco("2018-11-05 13:45:10"), QDateTime(QDate(2018, 11, 5), QTime(13, 45, 10)));
 }
 
+// A walk reads the same day row after row: read again, and after another, each text gives its own date;
+// a form that is not the stored one is not read as some other day.
+TEST(Datas_Teste, TheSameDayReadRowAfterRowAndBetweenOthersIsEachTimeItsOwn) {
+    for (int vez = 0; vez < 3; ++vez) {
+        EXPECT_EQ(Data_Do_Banco("2019-03-10 00:00:00"), QDateTime(QDate(2019, 3, 10), QTime(0, 0)));
+        EXPECT_EQ(Data_Do_Banco("2019-03-10 00:00:00"), QDateTime(QDate(2019, 3, 10), QTime(0, 0)));
+        EXPECT_EQ(Data_Do_Banco("2019-03-11 08:00:01"), QDateTime(QDate(2019, 3, 11), QTime(8, 0, 1)));
+    }
+    EXPECT_FALSE(Data_Do_Banco("abcd-03-10 00:00:00").isValid());
+    EXPECT_FALSE(Data_Do_Banco("2019-13-10 00:00:00").isValid());
+    EXPECT_EQ(Data_Do_Banco("2019-03-10T00:00:00"), QDateTime(QDate(2019, 3, 10), QTime(0, 0)));
+}
+
 TEST(Like_Teste, BracketsMatchOneLetterOfTheirSetAndTypedSignsFindThemselves) {
     auto like = [](const QString& padrão, const QString& texto) {
         const QByteArray p = padrão.toUtf8(), t = texto.toUtf8();

@@ -1,11 +1,13 @@
 // The store on a PostgreSQL server: the translation of the store's statements, the choice of the engine,
 // and what both engines must do alike inside one transaction.
 #include <gtest/gtest.h>
+#include <libpq-fe.h>
 
 #include <QDir>
 #include <QFile>
 
 #include "common/Globais.h"
+#include "failure/Rotina.h"
 #include "failure/Trata_Erro.h"
 #include "store/Catálogo.h"
 #include "store/Comando_Banco.h"
@@ -123,6 +125,81 @@ TEST(Motor_Banco, OnAServerTheMainAndAuditDatabasesLiveThereAndTheScratchOneStay
     rascunho.Open(Conexão_Rascunho());
     ASSERT_TRUE(rascunho.Sessão_Física());
     EXPECT_FALSE(rascunho.Sessão_Física()->Servidor());
+}
+
+namespace {
+// One answer of the server to a statement on the installation's main database, as text.
+QString Do_Servidor(const QString& sql) {
+    PGconn* c = PQconnectdb(Conexão_Do_Servidor(Caminho_Banco_Principal()).toUtf8().constData());
+    PQclear(PQexec(c, ("SET search_path TO " + Esquema_Do_Servidor(Caminho_Banco_Principal())).toUtf8()));
+    PGresult* r = PQexec(c, sql.toUtf8().constData());
+    QStringList linhas;
+    for (int i = 0; i < PQntuples(r); ++i) linhas << QString::fromUtf8(PQgetvalue(r, i, 0));
+    const QString erro = PQresultStatus(r) == PGRES_TUPLES_OK || PQresultStatus(r) == PGRES_COMMAND_OK
+                             ? QString()
+                             : "erro: " + QString::fromUtf8(PQerrorMessage(c));
+    PQclear(r);
+    PQfinish(c);
+    return erro.isEmpty() ? linhas.join('\n') : erro;
+}
+
+int Achadas_Pelo_Localizador() {
+    Abre_Tabela_Dynaset("Select * From tblPergunta Where Pergunta Like '%GIRASSOL%'",
+                        Conexão.ConnectionString);
+    return Tabela_Dynaset.RecordCount();
+}
+}  // namespace
+
+// A word sought in any position of a question's texts: at the start the server gets an index of their
+// three-letter pieces, which the translated search can use; where the server cannot give one, the start
+// and the search go on as before, without a word to the user.
+TEST(Motor_Banco, AWordSoughtAnywhereHasATrigramIndexWhereTheServerGivesOneAndIsFoundWithout) {
+    if (!Testa_No_Servidor() || !Servidor_Teste::Ativo()) GTEST_SKIP() << "Só no servidor";
+    Pasta_Teste pasta;
+    Plataforma_Roteirizada plataforma;
+    Instala_Programa();
+    plataforma.Caixas.clear();
+    const QString índices_de_texto =
+        "SELECT count(*) FROM pg_indexes WHERE schemaname = current_schema() AND tablename = 'tblPergunta' "
+        "AND indexdef LIKE '%gin_trgm_ops%'";
+    EXPECT_EQ(Do_Servidor(índices_de_texto), "1");
+    QStringList inclusões;
+    for (int i = 1; i <= 60; ++i)
+        inclusões << QString(
+                         "INSERT INTO tblPergunta (Pergunta, Resposta_Correta, Tipo, Já_Comparada) VALUES "
+                         "('%1', 'x', 'G', false)")
+                         .arg(i % 3 ? QString("Pergunta %1?").arg(i) : QString("Onde o Girassol %1?").arg(i));
+    ASSERT_TRUE(Executa_Como_Outra_Estação(inclusões));
+    EXPECT_EQ(Achadas_Pelo_Localizador(), 20);
+    // On a table of some size, the search as the store sends it reads through the index.
+    ASSERT_EQ(Do_Servidor(
+                  "INSERT INTO \"tblPergunta\" (\"Pergunta\", \"Resposta_Correta\", \"Tipo\", "
+                  "\"Já_Comparada\") SELECT 'Outra ' || i, 'x', 'G', false FROM generate_series(1, 5000) i"),
+              "");
+    // New rows wait in the index's pending list until the server's vacuum takes them in.
+    ASSERT_EQ(Do_Servidor("VACUUM ANALYZE \"tblPergunta\""), "");
+    const QString plano = Do_Servidor(
+        "EXPLAIN SELECT count(*) FROM \"tblPergunta\" WHERE "
+        "lower(\"Pergunta\"::text COLLATE \"und-x-icu\") LIKE '%girassol%'");
+    EXPECT_TRUE(plano.contains("Bitmap Index Scan on t_")) << plano.toStdString();
+
+    // A server whose extension cannot be added: dropped, and no schema "public" to add it to.
+    ASSERT_EQ(Do_Servidor("DROP EXTENSION pg_trgm CASCADE; ALTER SCHEMA public RENAME TO guardado"), "");
+    {
+        QList<long> falhas;
+        Rotina trap("Teste", "Captura", [&](long n, const QString&, long) { falhas << n; });
+        Catálogo::Garante_Índices_de_Texto(Conexão, "tblPergunta", {"Pergunta", "Resposta_Correta"});
+        EXPECT_TRUE(falhas.isEmpty());
+        EXPECT_EQ(Achadas_Pelo_Localizador(), 20);
+        EXPECT_TRUE(falhas.isEmpty());
+    }
+    EXPECT_TRUE(plataforma.Caixas.isEmpty());
+    EXPECT_EQ(Do_Servidor(índices_de_texto), "0");
+    ASSERT_EQ(Do_Servidor("ALTER SCHEMA guardado RENAME TO public"), "");
+    // Given back, the next start makes the indexes again.
+    Catálogo::Garante_Índices_de_Texto(Conexão, "tblPergunta", {"Pergunta"});
+    EXPECT_EQ(Do_Servidor(índices_de_texto), "1");
+    EXPECT_EQ(Achadas_Pelo_Localizador(), 20);
 }
 
 // A table copied by its structure from the embedded file to the server keeps fields, widths, Zero, Auto
