@@ -96,7 +96,6 @@ class Sessão {
     // The WAL's copies into the file made from now on by a thread of their own (an embedded file; a
     // server makes its own).
     void Descarga_Em_Segundo_Plano();
-    Descarga_Paralela* Descarga() const { return Descarga_Própria.get(); }
 
     // The logical transaction opened by Inicia_Transação; the engine's own transaction starts only at the
     // first write or lock, so that a user editing a row does not stop other copies from writing others.
