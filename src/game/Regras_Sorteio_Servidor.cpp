@@ -74,22 +74,20 @@ bool Sorteio_No_Servidor::Lê_Contagens() {
     const int n = static_cast<int>(perguntas->Inteiro(0));
     if (mostradas->Passo() != Linha_Pronta) return false;
     const int m = static_cast<int>(mostradas->Inteiro(0));
-    const int passo = antiga->Passo();
-    if (!Deu_Certo(passo)) return false;
+    if (!Toma_Mais_Antiga(antiga)) return false;
     Perguntas = n;
     Mostradas = m;
-    Antiga_Lida = true;
-    if (passo == Linha_Pronta)
-        Mais_Antiga = std::pair{antiga->Inteiro(0), static_cast<int>(antiga->Inteiro(1))};
-    else
-        Mais_Antiga.reset();
     return true;
 }
 
 bool Sorteio_No_Servidor::Lê_Mais_Antiga() {
     Falha_Banco falha;
     Comando_Banco* antiga = S->Prepara(Lê_Mais_Antiga_Sql, falha);
-    if (antiga == nullptr) return false;
+    return antiga != nullptr && Toma_Mais_Antiga(antiga);
+}
+
+// The history's oldest row as its statement answers, none when the history is empty.
+bool Sorteio_No_Servidor::Toma_Mais_Antiga(Comando_Banco* antiga) {
     const int passo = antiga->Passo();
     if (!Deu_Certo(passo)) return false;
     Antiga_Lida = true;

@@ -14,6 +14,7 @@
 
 #include "game/Regras_Jogo.h"
 
+class Comando_Banco;
 class Sessão;
 
 class Sorteio_No_Servidor {
@@ -33,6 +34,7 @@ class Sorteio_No_Servidor {
   private:
     bool Lê_Contagens();
     bool Lê_Mais_Antiga();
+    bool Toma_Mais_Antiga(Comando_Banco* antiga);
     bool Lê_Histórico_Do_Código(int código);
     void Esquece();
 
