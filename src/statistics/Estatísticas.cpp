@@ -25,8 +25,7 @@ QVector<Definição_Tabela> Tabelas_Estatísticas() {
           Longo("Código_Pergunta"), Texto("Tipo", 1), Texto("Jogador", 60), Longo("Posição"),
           Texto("Desfecho", 10), Texto("Resposta_Escolhida", 50, true), Longo("Número_Resposta"),
           Texto("Ajuda", 10), Longo("Número_Dado"), Duplo("Valor"), Duplo("Segundos")},
-         {Simples("idxCódigo_Jogada", {"Código_Jogada"}), Simples("idxDia", {"Dia"}),
-          Simples("idxCódigo_Pergunta", {"Código_Pergunta"})}},
+         {Simples("idxDia", {"Dia"}), Simples("idxCódigo_Pergunta", {"Código_Pergunta"})}},
         {"tblResumo_Mensal",
          {Longo("Mês"), Longo("Código_Pergunta"), Texto("Tipo", 1), Longo("Respostas"), Longo("Acertos"),
           Longo("Escolha_1"), Longo("Escolha_2"), Longo("Escolha_3"), Longo("Pulos"), Longo("Dado"),
@@ -161,6 +160,10 @@ bool Garante_Banco_Estatísticas() {
         const Estrutura_Tabela atual = Catálogo::Estrutura(conexão, d.Nome);
         for (const Índice_Info& índice : d.Índices)
             if (atual.Índice(índice.Nome) == nullptr) Catálogo::Adiciona_Índice(conexão, d.Nome, índice);
+        // A turn's code is its row id: the index that files of before kept of it repeated the row id and
+        // cost every recorded turn a page.
+        if (d.Nome == "tblJogada" && atual.Índice("idxCódigo_Jogada") != nullptr)
+            Catálogo::Exclui_Índice(conexão, d.Nome, "idxCódigo_Jogada");
     }
     conexão.Close();
     return true;

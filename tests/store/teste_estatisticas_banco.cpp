@@ -139,10 +139,26 @@ TEST_F(Estatísticas_Banco_Teste, TheStartMakesTheFileOnNewAndExistingInstallati
     EXPECT_EQ(Retrato_Esquema(Conexão_Principal()), principal);
     EXPECT_EQ(Retrato_Esquema(Conexão_Auditoria()), auditoria);
 
-    // A start with the file in place keeps its turns, and again touches nothing else.
+    // A start with the file in place keeps its turns, and again touches nothing else. A file of before,
+    // with an index of the turns' row ids, loses that index.
     Grava_Conjunto_Conhecido();
+    {
+        Ligação estatísticas;
+        estatísticas.Open(Texto_Conexão(Caminho_Banco_Estatísticas()));
+        Catálogo::Adiciona_Índice(estatísticas, "tblJogada",
+                                  {"idxCódigo_Jogada", Tipo_Índice::Simples, {"Código_Jogada"}});
+        ASSERT_NE(Catálogo::Estrutura(estatísticas, "tblJogada").Índice("idxCódigo_Jogada"), nullptr);
+        estatísticas.Close();
+    }
     Inicia_Programa();
     EXPECT_EQ(Conta("SELECT COUNT(*) FROM tblJogada"), 11);
+    {
+        Ligação estatísticas;
+        estatísticas.Open(Texto_Conexão(Caminho_Banco_Estatísticas()));
+        EXPECT_EQ(Catálogo::Estrutura(estatísticas, "tblJogada").Índice("idxCódigo_Jogada"), nullptr);
+        EXPECT_NE(Catálogo::Estrutura(estatísticas, "tblJogada").Índice("idxDia"), nullptr);
+        estatísticas.Close();
+    }
     EXPECT_EQ(Retrato_Esquema(Conexão_Principal()), principal);
     EXPECT_EQ(Retrato_Esquema(Conexão_Auditoria()), auditoria);
     EXPECT_EQ(Lastrec("tblManutenção_Banco_de_Dados", Conexão_Manutenção), auditadas);
