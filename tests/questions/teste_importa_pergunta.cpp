@@ -8,7 +8,6 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
-#include <sqlite3.h>
 
 #include "common/Cp1252.h"
 #include "common/Globais.h"
@@ -16,7 +15,6 @@
 #include "questions/Importação_Perguntas.h"
 #include "questions/Leitura_Perguntas.h"
 #include "questions/frmImporta_Pergunta.h"
-#include "store/Comparação.h"
 #include "store/Funções_Banco.h"
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
@@ -28,15 +26,6 @@ static void PrintTo(const QString& texto, std::ostream* saída) {
 }
 
 namespace {
-// A connection apart from the program's sessions, with the collation its indexes use.
-sqlite3* Abre_Apartado(const QString& caminho, int modo = SQLITE_OPEN_READWRITE) {
-    sqlite3* banco = nullptr;
-    sqlite3_open_v2(caminho.toUtf8().constData(), &banco, modo, nullptr);
-    sqlite3_busy_timeout(banco, 5000);
-    Registra_Comparação(banco);
-    return banco;
-}
-
 QByteArray Fixture(const QString& nome) {
     QFile arquivo(QString(QUIZORA_ARQUIVOS_TESTE) + "/" + nome);
     EXPECT_TRUE(arquivo.open(QIODevice::ReadOnly)) << nome.toStdString();
@@ -56,10 +45,6 @@ const Pergunta_Lida* Da_Linha(const QVector<Pergunta_Lida>& perguntas, int linha
     return nullptr;
 }
 
-// A count from the committed state of a database, read apart from the program's sessions.
-int Conta(const QString& caminho, const QString& sql) {
-    return Conta_Como_Outra_Estação(caminho, sql);
-}
 }  // namespace
 
 TEST(Leitura_Perguntas, ACsvFromASpreadsheetGivesEachRowItsVerdict) {
@@ -263,7 +248,7 @@ class Importa_Pergunta_Teste : public ::testing::Test {
         return destino;
     }
     static int Perguntas_No_Banco() {
-        return Conta(Caminho_Banco_Principal(), "Select Count(*) From tblPergunta");
+        return Conta_Como_Outra_Estação(Caminho_Banco_Principal(), "Select Count(*) From tblPergunta");
     }
     static QStringList Situações(const frmImporta_Pergunta& j) {
         QStringList s;
@@ -289,8 +274,8 @@ TEST_F(Importa_Pergunta_Teste, ThePreviewShowsEveryVerdictAndTheImportWritesTheR
     Tabela.Update();
     Tabela.Reinicia();
     frmImporta_Pergunta janela;
-    const int auditoria_antes =
-        Conta(Caminho_Banco_Manutenção(), "Select Count(*) From tblManutenção_Banco_de_Dados");
+    const int auditoria_antes = Conta_Como_Outra_Estação(Caminho_Banco_Manutenção(),
+                                                         "Select Count(*) From tblManutenção_Banco_de_Dados");
     EXPECT_FALSE(janela.cmdImporta->isEnabled());
     Plataforma.Arquivos_Escolhidos.push_back(Copia_Fixture("perguntas.csv"));
     janela.cmdArquivo_Click();
@@ -314,21 +299,24 @@ TEST_F(Importa_Pergunta_Teste, ThePreviewShowsEveryVerdictAndTheImportWritesTheR
     EXPECT_FALSE(Transação_Aberta());
     EXPECT_FALSE(janela.cmdImporta->isEnabled());
     EXPECT_EQ(Perguntas_No_Banco(), 5);
-    EXPECT_EQ(Conta(Caminho_Banco_Principal(),
-                    "Select Count(*) From tblPergunta Where Pergunta = 'Quem construiu a arca?' And "
-                    "Resposta_Correta = 'Noé' And Resposta_Incorreta_3 = 'Davi' And Tipo = 'B' And "
-                    "Pergunta_Original = Pergunta And Já_Comparada = False And Já_Verificada = False"),
+    EXPECT_EQ(Conta_Como_Outra_Estação(
+                  Caminho_Banco_Principal(),
+                  "Select Count(*) From tblPergunta Where Pergunta = 'Quem construiu a arca?' And "
+                  "Resposta_Correta = 'Noé' And Resposta_Incorreta_3 = 'Davi' And Tipo = 'B' And "
+                  "Pergunta_Original = Pergunta And Já_Comparada = False And Já_Verificada = False"),
               1);
-    EXPECT_EQ(
-        Conta(Caminho_Banco_Principal(),
-              "Select Count(*) From tblPergunta Where Pergunta Like 'Uma pergunta com%' And Tipo = 'B'"),
-        1);
-    EXPECT_EQ(Conta(Caminho_Banco_Manutenção(), "Select Count(*) From tblManutenção_Banco_de_Dados"),
+    EXPECT_EQ(Conta_Como_Outra_Estação(
+                  Caminho_Banco_Principal(),
+                  "Select Count(*) From tblPergunta Where Pergunta Like 'Uma pergunta com%' And Tipo = 'B'"),
+              1);
+    EXPECT_EQ(Conta_Como_Outra_Estação(Caminho_Banco_Manutenção(),
+                                       "Select Count(*) From tblManutenção_Banco_de_Dados"),
               auditoria_antes + 4);
     EXPECT_EQ(
-        Conta(Caminho_Banco_Manutenção(),
-              "Select Count(*) From tblManutenção_Banco_de_Dados Where Manutenção = "
-              "'Incluindo Pergunta onde Pergunta = Qual é a capital do Brasil?' And Usuário = 'Supervisor'"),
+        Conta_Como_Outra_Estação(
+            Caminho_Banco_Manutenção(),
+            "Select Count(*) From tblManutenção_Banco_de_Dados Where Manutenção = "
+            "'Incluindo Pergunta onde Pergunta = Qual é a capital do Brasil?' And Usuário = 'Supervisor'"),
         1);
 
     // The summary goes beside the source, in the program's code page.
@@ -358,10 +346,11 @@ TEST_F(Importa_Pergunta_Teste, AnImportCancelledOrRefusedHalfwayWritesNothing) {
     EXPECT_EQ(Plataforma.Caixas.last().Texto, "Importação cancelada: nenhuma pergunta foi incluída.");
     EXPECT_EQ(Perguntas_No_Banco(), 0);
     // The audit trail keeps, once, the inclusion that was undone, as after any roll-back.
-    EXPECT_EQ(Conta(Caminho_Banco_Manutenção(),
-                    "Select Count(*) From tblManutenção_Banco_de_Dados Where Manutenção "
-                    "= 'Incluindo Pergunta onde Pergunta = Qual é o maior oceano da Terra?'"),
-              1);
+    EXPECT_EQ(
+        Conta_Como_Outra_Estação(Caminho_Banco_Manutenção(),
+                                 "Select Count(*) From tblManutenção_Banco_de_Dados Where Manutenção "
+                                 "= 'Incluindo Pergunta onde Pergunta = Qual é o maior oceano da Terra?'"),
+        1);
     EXPECT_FALSE(Transação_Aberta());
     EXPECT_TRUE(janela.cmdImporta->isEnabled());
 
@@ -379,14 +368,10 @@ TEST_F(Importa_Pergunta_Teste, AnImportCancelledOrRefusedHalfwayWritesNothing) {
     // A write that the store refuses in the middle of the file undoes the rows before it. The refusal
     // comes from a trigger in the embedded engine's own language.
     if (Testa_No_Servidor()) return;
-    sqlite3* outra = Abre_Apartado(Caminho_Banco_Principal());
-    ASSERT_EQ(
-        sqlite3_exec(outra,
-                     "CREATE TRIGGER recusa_gênesis BEFORE INSERT ON tblPergunta WHEN NEW.Pergunta Like "
-                     "'Complete%' BEGIN SELECT RAISE(ABORT, 'recusada'); END",
-                     nullptr, nullptr, nullptr),
-        SQLITE_OK);
-    sqlite3_close(outra);
+    ASSERT_TRUE(
+        Executa_Como_Outra_Estação({"CREATE TRIGGER recusa_gênesis BEFORE INSERT ON tblPergunta WHEN "
+                                    "NEW.Pergunta Like 'Complete%' BEGIN "
+                                    "SELECT RAISE(ABORT, 'recusada'); END"}));
     Plataforma.Arquivos_Escolhidos.push_back(Copia_Fixture("perguntas.gift"));
     janela.cmdArquivo_Click();
     ASSERT_EQ(Situações(janela).filter("Pronta").size(), 4);

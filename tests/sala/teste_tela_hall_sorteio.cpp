@@ -20,6 +20,7 @@
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
+#include "support/Teste_Janela.h"
 
 namespace {
 // The offscreen screen is smaller than a projector's: the room screen is laid out as on 1920 by 1080.
@@ -28,17 +29,8 @@ void Em_Projetor(Tela_Sala& tela) {
     tela.resize(1920, 1080);
     QApplication::processEvents();
 }
-class Tela_Hall_Sorteio_Teste : public ::testing::Test {
+class Tela_Hall_Sorteio_Teste : public Teste_Janela {
   protected:
-    Pasta_Teste Pasta;
-    Plataforma_Roteirizada Plataforma;
-
-    void SetUp() override {
-        Instala_Programa_Para_Janelas();
-        Plataforma.Caixas.clear();
-    }
-    void TearDown() override { Plataforma.Ao_Esperar = nullptr; }
-
     static void Inclui_Pontuação(const QString& jogador, double pontos) {
         Tabela_Terciária.Reinicia();
         Abre_Tabela_Terciária("tblPontuação");

@@ -22,18 +22,11 @@
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
+#include "support/Teste_Janela.h"
 
 namespace {
-class Janelas_Na_Tela_Teste : public ::testing::Test {
+class Janelas_Na_Tela_Teste : public Teste_Janela {
   protected:
-    Pasta_Teste Pasta;
-    Plataforma_Roteirizada Plataforma;
-
-    void SetUp() override {
-        Instala_Programa_Para_Janelas();
-        Plataforma.Caixas.clear();
-    }
-
     static QStringList Sem_Nome(QWidget* janela) {
         QStringList faltam;
         for (QWidget* c : janela->findChildren<QWidget*>()) {

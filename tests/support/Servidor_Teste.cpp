@@ -175,13 +175,21 @@ QString Servidor_Teste::Cria_Banco() {
     return Conexão(nome);
 }
 
+namespace {
+// A connection of its own to an embedded file, as another workstation's, with the collation its indexes use.
+sqlite3* Abre_Embutido_Apartado(const QString& caminho, int modo) {
+    sqlite3* banco = nullptr;
+    sqlite3_open_v2(caminho.toUtf8().constData(), &banco, modo, nullptr);
+    sqlite3_busy_timeout(banco, 5000);
+    Registra_Comparação(banco);
+    return banco;
+}
+}  // namespace
+
 bool Executa_Como_Outra_Estação(const QStringList& comandos) {
     if (!Conexão_Do_Servidor(Caminho_Banco_Principal()).isEmpty())
         return Executa_No_Servidor_Avulso(Caminho_Banco_Principal(), comandos);
-    sqlite3* banco = nullptr;
-    sqlite3_open(Caminho_Banco_Principal().toUtf8().constData(), &banco);
-    sqlite3_busy_timeout(banco, 5000);
-    Registra_Comparação(banco);
+    sqlite3* banco = Abre_Embutido_Apartado(Caminho_Banco_Principal(), SQLITE_OPEN_READWRITE);
     bool ok = true;
     for (const QString& c : comandos)
         ok = ok && sqlite3_exec(banco, c.toUtf8().constData(), nullptr, nullptr, nullptr) == SQLITE_OK;
@@ -206,10 +214,7 @@ QVector<QStringList> Consulta_Como_Outra_Estação(const QString& caminho, const
             c->Reinicia();
         }
     } else {
-        sqlite3* banco = nullptr;
-        sqlite3_open_v2(caminho.toUtf8().constData(), &banco, SQLITE_OPEN_READONLY, nullptr);
-        sqlite3_busy_timeout(banco, 5000);
-        Registra_Comparação(banco);
+        sqlite3* banco = Abre_Embutido_Apartado(caminho, SQLITE_OPEN_READONLY);
         sqlite3_stmt* c = nullptr;
         if (sqlite3_prepare_v2(banco, sql.toUtf8().constData(), -1, &c, nullptr) == SQLITE_OK) {
             int r;

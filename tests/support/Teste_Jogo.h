@@ -9,24 +9,18 @@
 
 #include "common/Globais.h"
 #include "game/frmJogo.h"
-#include "support/Instalação_Teste.h"
-#include "support/Pasta_Teste.h"
-#include "support/Plataforma_Roteirizada.h"
+#include "support/Teste_Janela.h"
 
-class Teste_Jogo : public ::testing::Test {
+class Teste_Jogo : public Teste_Janela {
   protected:
-    Pasta_Teste Pasta;
-    Plataforma_Roteirizada Plataforma;
-
     void SetUp() override {
-        Instala_Programa_Para_Janelas();
-        Plataforma.Caixas.clear();
+        Teste_Janela::SetUp();
         Tipo_Pergunta = "A";
         frmJogo::Ao_Terminar_Padrão = nullptr;
     }
     void TearDown() override {
         frmJogo::Ao_Terminar_Padrão = nullptr;
-        Plataforma.Ao_Esperar = nullptr;
+        Teste_Janela::TearDown();
     }
 
     // Where the right answer (certa) or the first wrong one stands among those shown; -1 when none does.

@@ -12,6 +12,7 @@
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
+#include "support/Teste_Janela.h"
 #include "users/Permissões.h"
 
 namespace {
@@ -41,16 +42,8 @@ class Cadastro_Com_Direitos : public Formulário_Cadastro {
     QWidget* Primeiro_Campo() override { return txtPergunta; }
 };
 
-class Permissões_Teste : public ::testing::Test {
+class Permissões_Teste : public Teste_Janela {
   protected:
-    Pasta_Teste Pasta;
-    Plataforma_Roteirizada Plataforma;
-
-    void SetUp() override {
-        Instala_Programa_Para_Janelas();
-        Plataforma.Caixas.clear();
-    }
-
     // The four rights as "IAEC" with "-" for a right missing, after the check for a window and user.
     static QString Direitos(const QString& janela, const QString& usuário) {
         Nome_Janela = janela;
