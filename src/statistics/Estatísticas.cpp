@@ -25,7 +25,7 @@ QVector<Definição_Tabela> Tabelas_Estatísticas() {
           Longo("Código_Pergunta"), Texto("Tipo", 1), Texto("Jogador", 60), Longo("Posição"),
           Texto("Desfecho", 10), Texto("Resposta_Escolhida", 50, true), Longo("Número_Resposta"),
           Texto("Ajuda", 10), Longo("Número_Dado"), Duplo("Valor"), Duplo("Segundos")},
-         {Simples("idxDia", {"Dia"}), Simples("idxCódigo_Pergunta", {"Código_Pergunta"})}},
+         {}},
         {"tblResumo_Mensal",
          {Longo("Mês"), Longo("Código_Pergunta"), Texto("Tipo", 1), Longo("Respostas"), Longo("Acertos"),
           Longo("Escolha_1"), Longo("Escolha_2"), Longo("Escolha_3"), Longo("Pulos"), Longo("Dado"),
@@ -36,6 +36,7 @@ QVector<Definição_Tabela> Tabelas_Estatísticas() {
          {Data("Início_Jogo"), Longo("Mês"), Longo("Posição"), Texto("Jogador", 60), Duplo("Pontos"),
           Longo("Respostas"), Longo("Acertos")},
          {Único("idxJogo_Posição", {"Início_Jogo", "Posição"}), Simples("idxMês", {"Mês"})}},
+        {"tblResumo_Marca", {Longo("Última_Jogada")}, {}},
     };
 }
 
@@ -113,6 +114,8 @@ int Mês_De(const QDate& dia) {
     return dia.year() * 100 + dia.month();
 }
 
+const QString Texto_Falha_Resumos = "Não foi possível atualizar os resumos das estatísticas dos jogos";
+
 void Registra_No_Log(
     const Falha_Banco& falha, const QString& rotina,
     const QString& texto = "Não foi possível registrar a jogada nas estatísticas dos jogos") {
@@ -160,12 +163,16 @@ bool Garante_Banco_Estatísticas() {
         const Estrutura_Tabela atual = Catálogo::Estrutura(conexão, d.Nome);
         for (const Índice_Info& índice : d.Índices)
             if (atual.Índice(índice.Nome) == nullptr) Catálogo::Adiciona_Índice(conexão, d.Nome, índice);
-        // A turn's code is its row id: the index that files of before kept of it repeated the row id and
-        // cost every recorded turn a page.
-        if (d.Nome == "tblJogada" && atual.Índice("idxCódigo_Jogada") != nullptr)
-            Catálogo::Exclui_Índice(conexão, d.Nome, "idxCódigo_Jogada");
+        // The turns are read only whole, in the order they were played: the indexes that files of before
+        // kept on them served no reader and cost every recorded turn a page each.
+        if (d.Nome == "tblJogada")
+            for (const QString índice : {"idxCódigo_Jogada", "idxDia", "idxCódigo_Pergunta"})
+                if (atual.Índice(índice) != nullptr) Catálogo::Exclui_Índice(conexão, d.Nome, índice);
     }
     conexão.Close();
+    // Turns of a game that was not allowed to end (a program killed, a power cut) join the summaries here.
+    Falha_Banco falha;
+    if (!Atualiza_Resumos(falha)) Registra_No_Log(falha, "Garante_Banco_Estatísticas", Texto_Falha_Resumos);
     return true;
 }
 
@@ -185,13 +192,11 @@ bool Grava_Jogada(const Jogada& j, Falha_Banco& falha) {
         sessão->Desfaz(ignorada);
         return false;
     }
-    const bool pulo = j.Desfecho == Desfecho_Pulada;
-    const bool certa = j.Desfecho == Desfecho_Certa;
-    const int mês = Mês_De(j.Data_Jogada.date());
-    bool ok = true;
-    if (Comando_Banco* c = sessão->Prepara(Insere_Jogada, falha)) {
+    Comando_Banco* c = sessão->Prepara(Insere_Jogada, falha);
+    bool ok = c != nullptr;
+    if (ok) {
         Liga(c, 1, Data_Para_Banco(j.Data_Jogada));
-        c->Liga_Inteiro(2, mês * 100 + j.Data_Jogada.date().day());
+        c->Liga_Inteiro(2, Mês_De(j.Data_Jogada.date()) * 100 + j.Data_Jogada.date().day());
         Liga(c, 3, Data_Para_Banco(j.Início_Jogo));
         c->Liga_Inteiro(4, j.Código_Pergunta);
         Liga(c, 5, j.Tipo.left(1));
@@ -208,46 +213,6 @@ bool Grava_Jogada(const Jogada& j, Falha_Banco& falha) {
         c->Liga_Real(13, j.Valor);
         c->Liga_Real(14, j.Segundos);
         ok = Passo_Até_O_Fim(*sessão, c, falha);
-    } else {
-        ok = false;
-    }
-    if (ok) {
-        if (Comando_Banco* c = sessão->Prepara(Soma_Mensal, falha)) {
-            const std::array<qint64, 15> valores = {mês,
-                                                    j.Código_Pergunta,
-                                                    0,
-                                                    pulo ? 0 : 1,
-                                                    certa ? 1 : 0,
-                                                    j.Número_Resposta == 1,
-                                                    j.Número_Resposta == 2,
-                                                    j.Número_Resposta == 3,
-                                                    pulo ? 1 : 0,
-                                                    j.Ajuda == Ajuda_Dado_Texto,
-                                                    j.Ajuda == Ajuda_Dado_Texto && j.Número_Dado == 1,
-                                                    j.Ajuda == Ajuda_Dado_Texto && j.Número_Dado == 2,
-                                                    j.Ajuda == Ajuda_Dado_Texto && j.Número_Dado == 3,
-                                                    j.Ajuda == Ajuda_Apóstolos_Texto,
-                                                    j.Ajuda == Ajuda_Deus_Texto};
-            for (int i = 0; i < 15; ++i) c->Liga_Inteiro(i + 1, valores[i]);
-            Liga(c, 3, j.Tipo.left(1));
-            ok = Passo_Até_O_Fim(*sessão, c, falha);
-        } else {
-            ok = false;
-        }
-    }
-    if (ok) {
-        if (Comando_Banco* c = sessão->Prepara(Soma_Jogador, falha)) {
-            Liga(c, 1, Data_Para_Banco(j.Início_Jogo));
-            c->Liga_Inteiro(2, Mês_De(j.Início_Jogo.date()));
-            c->Liga_Inteiro(3, j.Posição);
-            Liga(c, 4, j.Jogador.left(60));
-            c->Liga_Real(5, certa ? j.Valor : 0);
-            c->Liga_Inteiro(6, pulo ? 0 : 1);
-            c->Liga_Inteiro(7, certa ? 1 : 0);
-            ok = Passo_Até_O_Fim(*sessão, c, falha);
-        } else {
-            ok = false;
-        }
     }
     if (!ok) {
         sessão->Desfaz(ignorada);
@@ -256,7 +221,161 @@ bool Grava_Jogada(const Jogada& j, Falha_Banco& falha) {
     return sessão->Confirma(falha);
 }
 
+namespace {
+// What the turns since the last bringing up to date add to one row of each summary.
+struct Soma_Mensal_Pendente {
+    QString Tipo;
+    // Respostas, Acertos, Escolha_1 to _3, Pulos, Dado, Dado_1 to _3, Apóstolos, Deus: as in Soma_Mensal.
+    std::array<qint64, 12> Contagens{};
+};
+struct Soma_Jogador_Pendente {
+    QString Jogador;
+    double Pontos = 0;
+    qint64 Respostas = 0;
+    qint64 Acertos = 0;
+};
+
+bool Lê_Marca(Sessão& sessão, qint64& última, bool& existe, Falha_Banco& falha) {
+    Comando_Banco* c = sessão.Prepara("SELECT Última_Jogada FROM tblResumo_Marca", falha);
+    if (c == nullptr) return false;
+    const int r = c->Passo();
+    existe = r == Linha_Pronta;
+    if (existe) última = c->Inteiro(0);
+    c->Reinicia();
+    if (r != Linha_Pronta && r != Fim_Comando) {
+        sessão.Falha_Da_Última(falha, r);
+        return false;
+    }
+    return true;
+}
+
+bool Soma_Pendentes(Sessão& sessão, qint64 depois_de, qint64& última,
+                    QMap<QPair<int, int>, Soma_Mensal_Pendente>& meses,
+                    QMap<QPair<QString, int>, Soma_Jogador_Pendente>& jogadores, Falha_Banco& falha) {
+    Comando_Banco* c = sessão.Prepara(
+        "SELECT Código_Jogada, Dia, Início_Jogo, Código_Pergunta, Tipo, Jogador, Posição, Desfecho, "
+        "Número_Resposta, Ajuda, Número_Dado, Valor FROM tblJogada WHERE Código_Jogada > ? ORDER BY "
+        "Código_Jogada",
+        falha);
+    if (c == nullptr) return false;
+    c->Liga_Inteiro(1, depois_de);
+    int r;
+    while ((r = c->Passo()) == Linha_Pronta) {
+        última = c->Inteiro(0);
+        const bool pulo = c->Texto(7) == Desfecho_Pulada;
+        const bool certa = c->Texto(7) == Desfecho_Certa;
+        const qint64 número = c->Tipo(8) == Tipo_Valor::Nulo ? -1 : c->Inteiro(8);
+        const QString ajuda = c->Texto(9);
+        const bool dado = ajuda == Ajuda_Dado_Texto;
+        const qint64 face = c->Inteiro(10);
+        Soma_Mensal_Pendente& m =
+            meses[{static_cast<int>(c->Inteiro(1) / 100), static_cast<int>(c->Inteiro(3))}];
+        if (m.Tipo.isEmpty()) m.Tipo = c->Texto(4);
+        const std::array<bool, 12> conta = {!pulo,
+                                            certa,
+                                            número == 1,
+                                            número == 2,
+                                            número == 3,
+                                            pulo,
+                                            dado,
+                                            dado && face == 1,
+                                            dado && face == 2,
+                                            dado && face == 3,
+                                            ajuda == Ajuda_Apóstolos_Texto,
+                                            ajuda == Ajuda_Deus_Texto};
+        for (int k = 0; k < 12; ++k) m.Contagens[k] += conta[k];
+        // The game's start as the recorder wrote it, so that the summary's key is the same text again.
+        const QString início = Data_Para_Banco(Data_Do_Banco(c->Texto(2)));
+        Soma_Jogador_Pendente& j = jogadores[{início, static_cast<int>(c->Inteiro(6))}];
+        if (j.Jogador.isEmpty()) j.Jogador = c->Texto(5);
+        if (certa) j.Pontos += c->Real(11);
+        j.Respostas += !pulo;
+        j.Acertos += certa;
+    }
+    c->Reinicia();
+    if (r != Fim_Comando) {
+        sessão.Falha_Da_Última(falha, r);
+        return false;
+    }
+    return true;
+}
+
+bool Escreve_Somas(Sessão& sessão, const QMap<QPair<int, int>, Soma_Mensal_Pendente>& meses,
+                   const QMap<QPair<QString, int>, Soma_Jogador_Pendente>& jogadores, Falha_Banco& falha) {
+    Comando_Banco* c = sessão.Prepara(Soma_Mensal, falha);
+    if (c == nullptr) return false;
+    for (auto it = meses.cbegin(); it != meses.cend(); ++it) {
+        c->Liga_Inteiro(1, it.key().first);
+        c->Liga_Inteiro(2, it.key().second);
+        Liga(c, 3, it.value().Tipo);
+        for (int k = 0; k < 12; ++k) c->Liga_Inteiro(4 + k, it.value().Contagens[k]);
+        if (!Passo_Até_O_Fim(sessão, c, falha)) return false;
+    }
+    c = sessão.Prepara(Soma_Jogador, falha);
+    if (c == nullptr) return false;
+    for (auto it = jogadores.cbegin(); it != jogadores.cend(); ++it) {
+        Liga(c, 1, it.key().first);
+        c->Liga_Inteiro(2, Mês_De(Data_Do_Banco(it.key().first).date()));
+        c->Liga_Inteiro(3, it.key().second);
+        Liga(c, 4, it.value().Jogador);
+        c->Liga_Real(5, it.value().Pontos);
+        c->Liga_Inteiro(6, it.value().Respostas);
+        c->Liga_Inteiro(7, it.value().Acertos);
+        if (!Passo_Até_O_Fim(sessão, c, falha)) return false;
+    }
+    return true;
+}
+}  // namespace
+
+bool Atualiza_Resumos(Falha_Banco& falha) {
+    auto sessão = Sessão_Estatísticas(falha);
+    if (!sessão) return false;
+    Falha_Banco ignorada;
+    const auto desiste = [&] {
+        sessão->Desfaz(ignorada);
+        return false;
+    };
+    sessão->Inicia();
+    if (!sessão->Prepara_Escrita(falha)) return desiste();
+    // On a server, another workstation's turn may get its code before one already committed and commit
+    // after it: the lock waits for the turns on their way, and holds new ones back until the mark moves.
+    if (sessão->Servidor() && !sessão->Executa("LOCK TABLE tblJogada IN EXCLUSIVE MODE", falha))
+        return desiste();
+    qint64 marca = 0;
+    bool existe = false;
+    if (!Lê_Marca(*sessão, marca, existe, falha)) return desiste();
+    if (!existe) {
+        // A file of before kept its summaries up to date turn by turn: they already hold all its turns.
+        if (!sessão->Executa(
+                "INSERT INTO tblResumo_Marca (Última_Jogada) SELECT COALESCE(MAX(Código_Jogada), "
+                "0) FROM tblJogada",
+                falha))
+            return desiste();
+        return sessão->Confirma(falha);
+    }
+    QMap<QPair<int, int>, Soma_Mensal_Pendente> meses;
+    QMap<QPair<QString, int>, Soma_Jogador_Pendente> jogadores;
+    qint64 última = marca;
+    if (!Soma_Pendentes(*sessão, marca, última, meses, jogadores, falha)) return desiste();
+    if (última == marca) {
+        sessão->Desfaz(ignorada);
+        return true;
+    }
+    if (!Escreve_Somas(*sessão, meses, jogadores, falha)) return desiste();
+    Comando_Banco* c = sessão->Prepara("UPDATE tblResumo_Marca SET Última_Jogada = ?", falha);
+    if (c == nullptr) return desiste();
+    c->Liga_Inteiro(1, última);
+    if (!Passo_Até_O_Fim(*sessão, c, falha)) return desiste();
+    return sessão->Confirma(falha);
+}
+
 // ---------- the recorder ----------
+
+Gravador_Jogadas::~Gravador_Jogadas() {
+    if (!Gravou) return;
+    Falha_Banco falha;
+    if (!Atualiza_Resumos(falha)) Registra_No_Log(falha, "Atualiza_Resumos", Texto_Falha_Resumos);
+}
 
 void Gravador_Jogadas::Pergunta_Exibida(const Estado_Jogo& jogo) {
     Q_UNUSED(jogo);
@@ -322,7 +441,9 @@ void Gravador_Jogadas::Grava(Jogada& jogada, const Estado_Jogo& jogo, int jogado
     jogada.Valor = jogo.Valor_Pergunta;
     jogada.Segundos = Exibida_Em.isValid() ? std::max<qint64>(0, Exibida_Em.msecsTo(agora)) / 1000.0 : 0;
     Falha_Banco falha;
-    if (!Grava_Jogada(jogada, falha) && !Registrou_Falha) {
+    if (Grava_Jogada(jogada, falha)) {
+        Gravou = true;
+    } else if (!Registrou_Falha) {
         Registrou_Falha = true;
         Registra_No_Log(falha, "Grava_Jogada");
     }
@@ -375,6 +496,8 @@ bool Calcula(const Filtro_Estatísticas& filtro, Números_Estatísticas& n, Falh
     n = Números_Estatísticas();
     auto sessão = Sessão_Leitura(falha);
     if (!sessão) return false;
+    Falha_Banco não_atualizou;
+    if (!Atualiza_Resumos(não_atualizou)) Registra_No_Log(não_atualizou, "Calcula", Texto_Falha_Resumos);
     const bool por_tipo = filtro.Tipo == "B" || filtro.Tipo == "G";
 
     // The months of the period, question by question.
@@ -503,6 +626,7 @@ int Primeiro_Mês() {
     if (!Existe_Banco(Caminho_Banco_Estatísticas())) return 0;
     auto sessão = Sessão_Estatísticas(falha);
     if (!sessão) return 0;
+    if (!Atualiza_Resumos(falha)) Registra_No_Log(falha, "Primeiro_Mês", Texto_Falha_Resumos);
     Comando_Banco* c = sessão->Prepara("SELECT MIN(Mês) FROM tblResumo_Mensal", falha);
     if (c == nullptr) return 0;
     const int mês = c->Passo() == Linha_Pronta ? static_cast<int>(c->Inteiro(0)) : 0;
@@ -515,10 +639,16 @@ QString Resumo_Pergunta(int código_pergunta) {
     if (!Existe_Banco(Caminho_Banco_Estatísticas())) return "Ainda não respondida";
     auto sessão = Sessão_Estatísticas(falha);
     if (!sessão) return QString();
+    // The summaries, and the turns of a game still being played (here or at another workstation).
     Comando_Banco* c = sessão->Prepara(
-        "SELECT SUM(Respostas), SUM(Acertos) FROM tblResumo_Mensal WHERE Código_Pergunta = ?", falha);
+        "SELECT SUM(Respostas), SUM(Acertos) FROM (SELECT Respostas, Acertos FROM tblResumo_Mensal WHERE "
+        "Código_Pergunta = ? UNION ALL SELECT CASE WHEN Desfecho = 'Pulada' THEN 0 ELSE 1 END, CASE WHEN "
+        "Desfecho = 'Certa' THEN 1 ELSE 0 END FROM tblJogada WHERE Código_Pergunta = ? AND Código_Jogada > "
+        "(SELECT Última_Jogada FROM tblResumo_Marca)) AS t",
+        falha);
     if (c == nullptr) return QString();
     c->Liga_Inteiro(1, código_pergunta);
+    c->Liga_Inteiro(2, código_pergunta);
     qint64 respostas = 0, acertos = 0;
     if (c->Passo() == Linha_Pronta) {
         respostas = c->Inteiro(0);

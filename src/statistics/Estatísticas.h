@@ -3,11 +3,12 @@
 // server), apart from the main and the audit databases, and the figures of the statistics window are
 // read from it.
 //
-// The file holds three tables. tblJogada has one row per turn, as it happened. tblResumo_Mensal keeps,
-// for each month and question, how often it was answered, answered right, each wrong answer picked,
-// skipped and helped; tblResumo_Jogador keeps, for each game and competitor, the points and answers.
-// The three are written in one transaction per turn, so the summaries always add up to the turns, and
-// the window reads only the summaries: its cost follows the bank and the months, not the turns.
+// tblJogada has one row per turn, as it happened. tblResumo_Mensal keeps, for each month and question,
+// how often it was answered, answered right, each wrong answer picked, skipped and helped;
+// tblResumo_Jogador keeps, for each game and competitor, the points and answers. A turn writes only its
+// row; the summaries are brought up to date from the turns after the code kept in tblResumo_Marca, in one
+// transaction with the new mark, when a game ends, when the program starts and when the window opens.
+// The window reads only the summaries: its cost follows the bank and the months, not the turns.
 //
 // Choices of this subsystem:
 // - The period of the window is a range of months, the grain of the summaries.
@@ -73,8 +74,11 @@ struct Jogada {
     double Segundos = 0;
 };
 
-// Writes one turn with its summaries in one transaction; false with the failure when it could not.
+// Writes one turn; false with the failure when it could not.
 bool Grava_Jogada(const Jogada& jogada, Falha_Banco& falha);
+// Adds the turns recorded since the last time to the summaries; false with the failure when it could not
+// (the turns stay, and the next time adds them).
+bool Atualiza_Resumos(Falha_Banco& falha);
 // Lets go of the file (tests replace it; the next write opens it again).
 void Fecha_Banco_Estatísticas();
 
@@ -82,6 +86,8 @@ void Fecha_Banco_Estatísticas();
 // turn ends, it writes the turn's row. It never stops the game.
 class Gravador_Jogadas {
   public:
+    // The game's end: its turns join the summaries.
+    ~Gravador_Jogadas();
     void Pergunta_Exibida(const Estado_Jogo& jogo);
     // After Responde: the answer picked and what came of it.
     void Resposta(const Estado_Jogo& jogo, int jogador, int índice, const Desfecho_Resposta& desfecho);
@@ -97,6 +103,7 @@ class Gravador_Jogadas {
     QString Ajuda_Da_Vez = Ajuda_Nenhuma;
     int Dado_Da_Vez = 0;
     bool Registrou_Falha = false;
+    bool Gravou = false;
 };
 
 // ---------- the figures ----------

@@ -110,6 +110,11 @@ int main(int argc, char** argv) {
         }
         std::printf("GRAVOU %d\n", n);
         std::fflush(stdout);
+        // Every few turns a game ends and its turns join the summaries.
+        if (n % 3 == 0 && !Estatísticas::Atualiza_Resumos(falha)) {
+            std::fprintf(stderr, "resumos: %s\n", qPrintable(falha.Descrição));
+            return 9;
+        }
     }
     return 0;
 }

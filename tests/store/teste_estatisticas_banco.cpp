@@ -1,11 +1,16 @@
 // The games' statistics in their own database: made by the start-up on new and existing installations
-// without touching the other two, the turns and their summaries written together, the figures of a known
-// set of turns, the CSV, and a recorder that keeps quiet about a broken file but for one log entry.
+// without touching the other two, the summaries brought up to the turns once each, also when two
+// workstations record at once on a server, the figures of a known set of turns, the CSV, and a recorder
+// that keeps quiet about a broken file but for one log entry.
 // Runs on the embedded store and, with QUIZORA_TESTE_SERVIDOR=1, on the server.
 #include <gtest/gtest.h>
 
+#include <libpq-fe.h>
+
 #include <QDir>
 #include <QFile>
+#include <chrono>
+#include <thread>
 
 #include "common/Cp1252.h"
 #include "common/Globais.h"
@@ -14,6 +19,7 @@
 #include "store/Catálogo.h"
 #include "store/Comando_Banco.h"
 #include "store/Funções_Banco.h"
+#include "store/Sessão_Servidor.h"
 #include "support/Instalação_Teste.h"
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
@@ -112,13 +118,13 @@ class Estatísticas_Banco_Teste : public ::testing::Test {
 }  // namespace
 
 TEST_F(Estatísticas_Banco_Teste, TheStartMakesTheFileOnNewAndExistingInstallationsAndLeavesTheOthersAlone) {
-    // A new installation: the two starts of Instala_Programa made it with its three tables.
+    // A new installation: the two starts of Instala_Programa made it with its four tables.
     ASSERT_TRUE(Existe_Banco(Caminho_Banco_Estatísticas()));
     {
         Ligação estatísticas;
         estatísticas.Open(Texto_Conexão(Caminho_Banco_Estatísticas()));
-        EXPECT_EQ(Catálogo::Lista_Tabelas(estatísticas).size(), 3);
-        for (const QString t : {"tblJogada", "tblResumo_Mensal", "tblResumo_Jogador"})
+        EXPECT_EQ(Catálogo::Lista_Tabelas(estatísticas).size(), 4);
+        for (const QString t : {"tblJogada", "tblResumo_Mensal", "tblResumo_Jogador", "tblResumo_Marca"})
             EXPECT_TRUE(Catálogo::Existe_Tabela(estatísticas, t)) << t.toStdString();
         estatísticas.Close();
     }
@@ -139,26 +145,37 @@ TEST_F(Estatísticas_Banco_Teste, TheStartMakesTheFileOnNewAndExistingInstallati
     EXPECT_EQ(Retrato_Esquema(Conexão_Principal()), principal);
     EXPECT_EQ(Retrato_Esquema(Conexão_Auditoria()), auditoria);
 
-    // A start with the file in place keeps its turns, and again touches nothing else. A file of before,
-    // with an index of the turns' row ids, loses that index.
+    // A start with the file in place keeps its turns, and again touches nothing else. A file of before
+    // kept indexes on the turns, which it loses, and its summaries up to date turn by turn with no mark:
+    // the start takes them as holding every turn, and adds none of them again.
     Grava_Conjunto_Conhecido();
+    Falha_Banco falha;
+    ASSERT_TRUE(Atualiza_Resumos(falha)) << falha.Descrição.toStdString();
+    Fecha_Banco_Estatísticas();
+    const QStringList índices_de_antes = {"idxCódigo_Jogada", "idxDia", "idxCódigo_Pergunta"};
     {
         Ligação estatísticas;
         estatísticas.Open(Texto_Conexão(Caminho_Banco_Estatísticas()));
-        Catálogo::Adiciona_Índice(estatísticas, "tblJogada",
-                                  {"idxCódigo_Jogada", Tipo_Índice::Simples, {"Código_Jogada"}});
-        ASSERT_NE(Catálogo::Estrutura(estatísticas, "tblJogada").Índice("idxCódigo_Jogada"), nullptr);
+        for (const QString& índice : índices_de_antes)
+            Catálogo::Adiciona_Índice(estatísticas, "tblJogada", {índice, Tipo_Índice::Simples, {"Dia"}});
+        Catálogo::Exclui_Tabela(estatísticas, "tblResumo_Marca");
         estatísticas.Close();
     }
     Inicia_Programa();
     EXPECT_EQ(Conta("SELECT COUNT(*) FROM tblJogada"), 11);
+    EXPECT_EQ(Conta("SELECT SUM(Respostas) + SUM(Pulos) FROM tblResumo_Mensal"), 11);
     {
         Ligação estatísticas;
         estatísticas.Open(Texto_Conexão(Caminho_Banco_Estatísticas()));
-        EXPECT_EQ(Catálogo::Estrutura(estatísticas, "tblJogada").Índice("idxCódigo_Jogada"), nullptr);
-        EXPECT_NE(Catálogo::Estrutura(estatísticas, "tblJogada").Índice("idxDia"), nullptr);
+        for (const QString& índice : índices_de_antes)
+            EXPECT_EQ(Catálogo::Estrutura(estatísticas, "tblJogada").Índice(índice), nullptr)
+                << índice.toStdString();
         estatísticas.Close();
     }
+    // Turns of a game killed before its end join the summaries at the next start.
+    Vez(QDateTime(QDate(2019, 5, 1), QTime(9, 0)), 1, 1, "Ana", 4, "G", Desfecho_Certa, 0, 10);
+    Inicia_Programa();
+    EXPECT_EQ(Conta("SELECT SUM(Respostas) + SUM(Pulos) FROM tblResumo_Mensal"), 12);
     EXPECT_EQ(Retrato_Esquema(Conexão_Principal()), principal);
     EXPECT_EQ(Retrato_Esquema(Conexão_Auditoria()), auditoria);
     EXPECT_EQ(Lastrec("tblManutenção_Banco_de_Dados", Conexão_Manutenção), auditadas);
@@ -167,14 +184,15 @@ TEST_F(Estatísticas_Banco_Teste, TheStartMakesTheFileOnNewAndExistingInstallati
 
 TEST_F(Estatísticas_Banco_Teste, TheFiguresOfAKnownSetOfTurnsAreThoseCountedByHand) {
     Grava_Conjunto_Conhecido();
-    // The summaries add up to the turns.
+    Números_Estatísticas n;
+    Falha_Banco falha;
+    ASSERT_TRUE(Calcula(Filtro_Estatísticas(), n, falha)) << falha.Descrição.toStdString();
+    // The window brought the summaries up to the turns; doing it again adds nothing.
+    ASSERT_TRUE(Atualiza_Resumos(falha)) << falha.Descrição.toStdString();
     EXPECT_EQ(Conta("SELECT COUNT(*) FROM tblJogada"), 11);
     EXPECT_EQ(Conta("SELECT SUM(Respostas) + SUM(Pulos) FROM tblResumo_Mensal"), 11);
     EXPECT_EQ(Conta("SELECT SUM(Respostas) FROM tblResumo_Jogador"), 10);
 
-    Números_Estatísticas n;
-    Falha_Banco falha;
-    ASSERT_TRUE(Calcula(Filtro_Estatísticas(), n, falha)) << falha.Descrição.toStdString();
     EXPECT_EQ(n.Respostas, 10);
     EXPECT_EQ(n.Acertos, 4);
     EXPECT_EQ(n.Pulos, 1);
@@ -296,17 +314,57 @@ TEST_F(Estatísticas_Banco_Teste, TheCsvExportReadsBackIntoTheSameNumbers) {
     EXPECT_EQ(seções.value("As 20 perguntas mais difíceis").value(1).value(0), "2");
 }
 
+// On a server a turn may take its code before another workstation's turn and commit after it: the
+// summaries must still get it, once.
+TEST_F(Estatísticas_Banco_Teste, OnAServerATurnCommittedAfterALaterOneStillJoinsTheSummaries) {
+    if (!Testa_No_Servidor() || !Servidor_Teste::Ativo()) GTEST_SKIP() << "Só no servidor";
+    PGconn* outra = PQconnectdb(Conexão_Do_Servidor(Caminho_Banco_Estatísticas()).toUtf8().constData());
+    ASSERT_EQ(PQstatus(outra), CONNECTION_OK);
+    const QByteArray esquema = Esquema_Do_Servidor(Caminho_Banco_Estatísticas()).toUtf8();
+    PGresult* r =
+        PQexec(outra, "BEGIN; INSERT INTO " + esquema +
+                          ".\"tblJogada\" (\"Data_Jogada\", \"Dia\", \"Início_Jogo\", "
+                          "\"Código_Pergunta\", \"Tipo\", \"Jogador\", \"Posição\", \"Desfecho\", "
+                          "\"Número_Resposta\", \"Ajuda\", \"Número_Dado\", \"Valor\", \"Segundos\") "
+                          "VALUES ('2019-03-10 10:01:00', 20190310, '2019-03-10 10:00:00', 2, 'G', "
+                          "'Beto', 2, 'Certa', 0, 'Nenhuma', 0, 10, 5)");
+    ASSERT_EQ(PQresultStatus(r), PGRES_COMMAND_OK) << PQerrorMessage(outra);
+    PQclear(r);
+    // This workstation's turn gets the next code and commits first; the other commits a moment later,
+    // while the summaries are being brought up to date.
+    Vez(QDateTime(QDate(2019, 3, 10), QTime(10, 0)), 2, 1, "Ana", 1, "G", Desfecho_Certa, 0, 10);
+    std::thread confirma([outra] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(500));
+        PQclear(PQexec(outra, "COMMIT"));
+    });
+    Falha_Banco falha;
+    const bool atualizou = Atualiza_Resumos(falha);
+    confirma.join();
+    PQfinish(outra);
+    ASSERT_TRUE(atualizou) << falha.Descrição.toStdString();
+    ASSERT_TRUE(Atualiza_Resumos(falha)) << falha.Descrição.toStdString();
+    EXPECT_EQ(Conta("SELECT COUNT(*) FROM tblJogada"), 2);
+    EXPECT_EQ(Conta("SELECT SUM(Respostas) FROM tblResumo_Mensal"), 2);
+    EXPECT_EQ(Conta("SELECT SUM(Respostas) FROM tblResumo_Jogador"), 2);
+    EXPECT_EQ(Resumo_Pergunta(2), "Respondida 1 vez, 100% de acertos");
+}
+
 TEST_F(Estatísticas_Banco_Teste, TheRegisterLineCountsAnswersAndRoundsTheShare) {
     const QDateTime início(QDate(2019, 3, 10), QTime(10, 0));
     for (int i = 0; i < 12; ++i)
         Vez(início, i, 1, "Ana", 5, "G", i < 7 ? Desfecho_Certa : Desfecho_Errada, i < 7 ? 0 : 1, 10);
     Vez(início, 13, 1, "Ana", 4, "G", Desfecho_Pulada, -1, 10, Ajuda_Pulo);
     Vez(início, 14, 1, "Ana", 3, "G", Desfecho_Certa, 0, 10);
-    EXPECT_EQ(Resumo_Pergunta(5), "Respondida 12 vezes, 58% de acertos");
-    EXPECT_EQ(Resumo_Pergunta(3), "Respondida 1 vez, 100% de acertos");
-    // A skip is not an answer.
-    EXPECT_EQ(Resumo_Pergunta(4), "Ainda não respondida");
-    EXPECT_EQ(Resumo_Pergunta(1), "Ainda não respondida");
+    // While the game goes on, and after its end has added its turns to the summaries.
+    for (int vez = 0; vez < 2; ++vez) {
+        EXPECT_EQ(Resumo_Pergunta(5), "Respondida 12 vezes, 58% de acertos");
+        EXPECT_EQ(Resumo_Pergunta(3), "Respondida 1 vez, 100% de acertos");
+        // A skip is not an answer.
+        EXPECT_EQ(Resumo_Pergunta(4), "Ainda não respondida");
+        EXPECT_EQ(Resumo_Pergunta(1), "Ainda não respondida");
+        Falha_Banco falha;
+        ASSERT_TRUE(Atualiza_Resumos(falha)) << falha.Descrição.toStdString();
+    }
 }
 
 TEST_F(Estatísticas_Banco_Teste, ARecorderThatCannotWriteLogsOnceAndShowsNothing) {
