@@ -540,7 +540,8 @@ void BM_Próximo_Pelo_Programa(benchmark::State& estado, bool pelo_relé) {
 
 // By hand: the next row in code order, carrying the last code, every column read, and what the register
 // shows of it put into the same widgets (a register window used only for its widgets), the question's
-// line of statistics included: its answers summed in the statistics' database, as the window shows them.
+// line of statistics included: its answers summed in the statistics' database with those of a game not yet
+// added to the summaries, as the window shows them.
 void BM_Próximo_Libpq_Puro(benchmark::State& estado, bool pelo_relé) {
     Banco_Grande(pelo_relé);
     const int passos = pelo_relé ? Passos_Relé : Passos;
@@ -551,9 +552,13 @@ void BM_Próximo_Libpq_Puro(benchmark::State& estado, bool pelo_relé) {
                   "SELECT * FROM \"tblPergunta\" WHERE \"Código_Pergunta\" > $1 ORDER BY \"Código_Pergunta\" "
                   "NULLS FIRST, rowid LIMIT 1");
     PGconn* estatísticas = Abre_Libpq(Estatísticas::Caminho_Banco_Estatísticas());
-    Prepara_Libpq(estatísticas, "resumo",
-                  "SELECT SUM(\"Respostas\"), SUM(\"Acertos\") FROM \"tblResumo_Mensal\" WHERE "
-                  "\"Código_Pergunta\" = $1");
+    Prepara_Libpq(
+        estatísticas, "resumo",
+        "SELECT SUM(\"Respostas\"), SUM(\"Acertos\") FROM (SELECT \"Respostas\", \"Acertos\" FROM "
+        "\"tblResumo_Mensal\" WHERE \"Código_Pergunta\" = $1 UNION ALL SELECT CASE WHEN \"Desfecho\" = "
+        "'Pulada' THEN 0 ELSE 1 END, CASE WHEN \"Desfecho\" = 'Certa' THEN 1 ELSE 0 END FROM "
+        "\"tblJogada\" WHERE \"Código_Pergunta\" = $1 AND \"Código_Jogada\" > (SELECT "
+        "\"Última_Jogada\" FROM \"tblResumo_Marca\")) AS t");
     for (auto _ : estado) {
         idas.Repetição();
         QByteArray última = "1";

@@ -33,6 +33,7 @@
 #include "store/Comando_Banco.h"
 #include "store/Funções_Banco.h"
 #include "support/Instalação_Teste.h"
+#include "support/Servidor_Teste.h"
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
 #include "support/Teste_Jogo.h"
@@ -107,7 +108,8 @@ TEST_F(Janela_Estatísticas_Teste, AScriptedGameWritesExactlyTheRowsOfItsTurns) 
     Cadastra_Perguntas(40);
     int fim = 0;
     frmJogo::Ao_Terminar_Padrão = [&fim](frmJogo&) { ++fim; };
-    frmJogo j;
+    auto janela = std::make_unique<frmJogo>();
+    frmJogo& j = *janela;
     Informa_Nomes(j, {"Ana", "Beto"});
     QList<Linha_Jogada> esperadas;
     // The competitor on turn thinks for `segundos`, then does `ação`; the row it must leave is noted.
@@ -199,6 +201,16 @@ TEST_F(Janela_Estatísticas_Teste, AScriptedGameWritesExactlyTheRowsOfItsTurns) 
               (QSet<QString>{Desfecho_Certa, Desfecho_Errada, Desfecho_Eliminado, Desfecho_Pulada}));
     EXPECT_EQ(ajudas, (QSet<QString>{Ajuda_Nenhuma, Ajuda_Dado_Texto, Ajuda_Apóstolos_Texto, Ajuda_Deus_Texto,
                                      Ajuda_Pulo}));
+
+    // The game's window closes: its turns join the summaries, each once.
+    const auto soma = [](const QString& sql) {
+        return Consulta_Como_Outra_Estação(Caminho_Banco_Estatísticas(), sql).value(0).value(0).toInt();
+    };
+    const int respondidas = static_cast<int>(gravadas.size()) - 1;  // Beto's skip is no answer
+    EXPECT_EQ(soma("SELECT SUM(Respostas) FROM tblResumo_Jogador"), 0);
+    janela.reset();
+    EXPECT_EQ(soma("SELECT SUM(Respostas) FROM tblResumo_Jogador"), respondidas);
+    EXPECT_EQ(soma("SELECT SUM(Respostas) + SUM(Pulos) FROM tblResumo_Mensal"), gravadas.size());
     EXPECT_EQ(Entradas_Do_Log(), 0);
 }
 
