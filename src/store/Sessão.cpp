@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QSet>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -82,7 +83,8 @@ class Sessão_SQLite final : public Sessão {
     static qint64 Posição_Trava(const QString& tabela, qint64 linha);
     QHash<QString, Comando_Banco*> Comandos;
     qint64 Versão_Dados = -1;  // the file's data_version when the counts were taken
-    QVector<qint64> Travas;
+    // A long write (an export stamps every row) holds many locks at once: looked up by value, not walked.
+    QSet<qint64> Travas;
     int Descritor_Travas = -1;
     const unsigned char* Índice_Wal = nullptr;  // the WAL index file's first page, mapped read-only
     bool Sem_Índice_Wal = false;
@@ -621,7 +623,7 @@ bool Sessão_SQLite::Trava_Linha(const QString& tabela, qint64 linha) {
     trava.l_start = posição;
     trava.l_len = 1;
     if (::fcntl(Descritor_Travas, F_OFD_SETLK, &trava) != 0) return false;
-    Travas.append(posição);
+    Travas.insert(posição);
     return true;
 }
 
@@ -631,7 +633,7 @@ bool Sessão_SQLite::Possui_Trava(const QString& tabela, qint64 linha) const {
 
 void Sessão_SQLite::Libera_Trava(const QString& tabela, qint64 linha) {
     const qint64 posição = Posição_Trava(tabela, linha);
-    if (!Travas.removeOne(posição) || Descritor_Travas < 0) return;
+    if (!Travas.remove(posição) || Descritor_Travas < 0) return;
     struct flock trava {};
     trava.l_type = F_UNLCK;
     trava.l_whence = SEEK_SET;
@@ -641,15 +643,14 @@ void Sessão_SQLite::Libera_Trava(const QString& tabela, qint64 linha) {
 }
 
 void Sessão_SQLite::Libera_Travas() {
-    if (Descritor_Travas >= 0) {
-        for (const qint64 posição : Travas) {
-            struct flock trava {};
-            trava.l_type = F_UNLCK;
-            trava.l_whence = SEEK_SET;
-            trava.l_start = posição;
-            trava.l_len = 1;
-            ::fcntl(Descritor_Travas, F_OFD_SETLK, &trava);
-        }
+    // Every lock on this descriptor is one of ours: one call lets go of them all.
+    if (Descritor_Travas >= 0 && !Travas.isEmpty()) {
+        struct flock trava {};
+        trava.l_type = F_UNLCK;
+        trava.l_whence = SEEK_SET;
+        trava.l_start = 0;
+        trava.l_len = 0;
+        ::fcntl(Descritor_Travas, F_OFD_SETLK, &trava);
     }
     Travas.clear();
 }
