@@ -12,6 +12,7 @@
 #include "store/Catálogo.h"
 #include "store/Funções_Banco.h"
 #include "store/Leitura_Sequencial.h"
+#include "store/Tradutor_SQL.h"
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
 #include "support/Servidor_Teste.h"
@@ -206,4 +207,27 @@ TEST_F(Leitura_Sequencial_Teste, AnUnknownFieldFailsAsTheSlotsFieldsDoesAndReads
     EXPECT_FALSE(leitura.Próxima());
     ASSERT_EQ(falhas, QList<long>{3265});
     EXPECT_TRUE(texto.contains("'Inexistente'"));
+}
+
+// Texts of every length with accents, symbols and characters outside the basic plane anywhere in them.
+TEST_F(Leitura_Sequencial_Teste, TextsComeBackAsWrittenWhereverTheirAccentsAndSymbolsStand) {
+    QStringList textos{QString(), "é", "€", "😀", "Ação"};
+    for (int antes = 0; antes <= 34; antes += 3)
+        textos << QString(antes, 'a') + "é" + QString(antes % 7, 'b') + "“€”" + QString(20, 'c') + "ª😀";
+    QStringList comandos{"BEGIN", "DELETE FROM tblPergunta"};
+    for (const QString& texto : textos)
+        comandos << "INSERT INTO tblPergunta (Pergunta, Resposta_Correta, Já_Comparada) VALUES (" +
+                        Valor_Texto_SQL(texto) + ", 'x', false)";
+    comandos << "COMMIT";
+    ASSERT_TRUE(Executa_Como_Outra_Estação(comandos));
+    Abre_Tabela("tblPergunta");
+    Tabela.Set_Index("idxCódigo_Pergunta");
+    Tabela.MoveFirst();
+    Leitura_Sequencial leitura(Tabela, {"Pergunta"});
+    QStringList lidos, andados;
+    while (leitura.Próxima()) lidos << leitura.Valor(0).toString();
+    for (Tabela.MoveFirst(); !Tabela.Eof(); Tabela.MoveNext())
+        andados << Tabela.Fields("Pergunta").Value().toString();
+    EXPECT_EQ(lidos, textos);
+    EXPECT_EQ(andados, textos);
 }
