@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QFontMetrics>
 #include <QLineEdit>
 #include <QTimer>
 #include <cstdio>
@@ -78,6 +79,9 @@ struct Instalação {
         Prepara_Banco_Principal(Prepara_Dinâmicas);
         QDir().mkpath(Pasta.Caminho() + "/Relatórios");
         Plataforma.Caixas.clear();
+        // The fonts' database is loaded by the first text measured in the process, which in the program is
+        // its main window's at the start: here it would fall in the first listing, which is not its work.
+        QFontMetrics(QApplication::font()).height();
     }
 };
 

@@ -15,6 +15,7 @@
 #include "reports/Texto_Relatório.h"
 #include "reports/frmImpressão.h"
 #include "store/Funções_Banco.h"
+#include "store/Leitura_Sequencial.h"
 #include "users/Permissões.h"
 
 namespace {
@@ -138,25 +139,22 @@ bool frmImpressão_Dinâmica::Imprime_Dinâmicas(std::array<int, 5>& Quantidades
     if (total == 0) return true;
     Tabela.MoveFirst();
     Início_Progresso = plataforma.Agora();
-    // The fields are found by name once for the walk.
-    const Campo tipo = Tabela.Fields("Tipo_Dinâmica");
-    const Campo nome = Tabela.Fields("Dinâmica");
-    const Campo realizada = Tabela.Fields("Data_Última_Realização");
-    const Campo materiais = Tabela.Fields("Materiais");
+    // The walk goes one way from the first row and prints four fields: it reads only those, a page at a
+    // time, in the index's order.
+    Leitura_Sequencial leitura(Tabela, {"Tipo_Dinâmica", "Dinâmica", "Data_Última_Realização", "Materiais"});
     int lidas = 0;
-    while (!Tabela.Eof()) {
+    while (leitura.Próxima()) {
         Barra_de_Progresso(1, total, ++lidas, this);
         Destaca_Impressão(false);
-        const int forma = Índice_Tipo_Dinâmica(tipo.Value().toString());
-        Preenche_Linha_Relatório(1, 50, nome.Value().toString());
+        const int forma = Índice_Tipo_Dinâmica(leitura.Valor(0).toString());
+        Preenche_Linha_Relatório(1, 50, leitura.Valor(1).toString());
         Preenche_Linha_Relatório(54, 20, Formas[forma]);
-        const QVariant data = realizada.Value();
+        const QVariant& data = leitura.Valor(2);
         if (!data.isNull()) Preenche_Linha_Relatório(75, 10, data.toString());
-        Preenche_Linha_Relatório(87, 47, materiais.Value().toString().left(47));
+        Preenche_Linha_Relatório(87, 47, leitura.Valor(3).toString());
         Imprime(Linha_Relatório, 0, false);
         ++Quantidades[0];
         ++Quantidades[forma + 1];
-        Tabela.MoveNext();
         plataforma.Processa_Eventos_Da_Caminhada();
         if (Interrompido) return false;
     }

@@ -1,6 +1,9 @@
 #include "common/Cp1252.h"
 
 #include <cstring>
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace {
 // Unicode of 0x80..0x9F; 0 where the code page leaves the byte undefined.
@@ -23,6 +26,20 @@ char* Escreve_Cp1252(char* destino, QStringView texto) {
     const char16_t* origem = texto.utf16();
     const qsizetype tamanho = texto.size();
     qsizetype i = 0;
+#if defined(__SSE2__)
+    // Eight at a time where the processor packs them in one instruction.
+    const __m128i acima_de_ascii = _mm_set1_epi16(static_cast<short>(0xFF80));
+    for (; i + 8 <= tamanho; i += 8) {
+        const __m128i oito = _mm_loadu_si128(reinterpret_cast<const __m128i*>(origem + i));
+        const __m128i altos = _mm_cmpeq_epi16(_mm_and_si128(oito, acima_de_ascii), _mm_setzero_si128());
+        if (_mm_movemask_epi8(altos) != 0xFFFF) {
+            for (int k = 0; k < 8; ++k) *destino++ = Byte_Cp1252(origem[i + k]);
+            continue;
+        }
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(destino), _mm_packus_epi16(oito, oito));
+        destino += 8;
+    }
+#endif
     for (; i + 4 <= tamanho; i += 4) {
         quint64 bloco;
         std::memcpy(&bloco, origem + i, sizeof bloco);

@@ -81,7 +81,8 @@ QString Texto_Progresso(double Máximo, double Atual, const QDateTime& início, 
 }
 
 void Barra_de_Progresso(int Mínimo, double Máximo, double Atual, QWidget* Formulário) {
-    Rotina r(Formulário, "Barra_de_Progresso");
+    // Called at every row of a walk: the routine's name is made once, not at each call.
+    Rotina r(Formulário, QStringLiteral("Barra_de_Progresso"));
     Ponteiro_Ocupado cursor(Ícone_Processamento);
     // A walk calls this at every row: the window's bar is found once for the walk, and the caption's
     // estimate, which nobody reads faster, is written at most every 40 ms of real time, and always at the

@@ -7,6 +7,7 @@
 #include <QVariant>
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 #include "common/Cp1252.h"
 #include "common/Globais.h"
@@ -28,13 +29,25 @@ QFile Arquivo_Relatório;
 // The bytes of the line being written: one buffer for the whole report, which writes a line per row.
 QByteArray Bytes_Linha;
 
+// The lines written and not yet handed to the file: it takes them in large pieces, not a line at a time.
+QByteArray Em_Espera;
+constexpr qsizetype Tamanho_Espera = 64 * 1024;
+
+void Descarrega() {
+    if (Em_Espera.isEmpty()) return;
+    const bool gravou = Arquivo_Relatório.write(Em_Espera) == Em_Espera.size();
+    Em_Espera.resize(0);
+    if (!gravou) Falha(57, "Não foi possível gravar " + Arquivo_Relatório.fileName());
+}
+
 // Writes Bytes_Linha, ended by CR LF, and empties it.
 void Grava_Linha() {
     Bytes_Linha.append("\r\n", 2);
     if (!Arquivo_Relatório.isOpen()) {
         Falha(52, "O nome de arquivo ou seu número é inválido");
-    } else if (Arquivo_Relatório.write(Bytes_Linha) != Bytes_Linha.size()) {
-        Falha(57, "Não foi possível gravar " + Arquivo_Relatório.fileName());
+    } else {
+        Em_Espera.append(Bytes_Linha);
+        if (Em_Espera.size() >= Tamanho_Espera) Descarrega();
     }
     Bytes_Linha.resize(0);
 }
@@ -199,7 +212,11 @@ bool Abre_Arquivo_Rtf(const QString& Nome_Digitado, const std::function<bool()>&
 
     // The folder comes with the installation, but a lost one is no reason to refuse the report.
     QDir().mkpath(Pasta_Relatórios());
-    if (Arquivo_Relatório.isOpen()) Arquivo_Relatório.close();
+    if (Arquivo_Relatório.isOpen()) {
+        Descarrega();
+        Arquivo_Relatório.close();
+    }
+    Em_Espera.resize(0);
     Arquivo_Relatório.setFileName(caminho);
     if (!Arquivo_Relatório.open(QIODevice::WriteOnly | QIODevice::Append)) {
         Falha(75, "Não foi possível criar o relatório " + caminho);
@@ -230,7 +247,7 @@ void Preenche_Linha_Relatório(int Coluna, int Tamanho, const QString& Texto) {
 }
 
 void Imprime(const QString& Texto, int Coluna, bool Quebra_Página) {
-    Rotina r(Fonte_Funções_Públicas, "Imprime");
+    Rotina r(Fonte_Funções_Públicas, QStringLiteral("Imprime"));
     Ponteiro_Ocupado cursor(Ícone_Impressão);
     // Built as bytes in the report's one buffer: backslashes are doubled in the code page's text, which
     // makes none of its own.
@@ -243,8 +260,10 @@ void Imprime(const QString& Texto, int Coluna, bool Quebra_Página) {
     Bytes_Linha.append(Quebra_Página ? "\\par \\page" : "\\par");
     Grava_Linha();
     // Cleaned in place: the line keeps its room from row to row.
+    static const QString Linha_Branca(Tamanho_Linha_Relatório, ' ');
     if (Linha_Relatório.size() == Tamanho_Linha_Relatório)
-        Linha_Relatório.fill(' ');
+        std::memcpy(Linha_Relatório.data(), Linha_Branca.constData(),
+                    sizeof(QChar) * Tamanho_Linha_Relatório);
     else
         Linha_Relatório = QString(Tamanho_Linha_Relatório, ' ');
 }
@@ -266,7 +285,7 @@ void Configura_Impressora(bool Fonte_Grande, bool Negrito, bool Itálico) {
 }
 
 void Destaca_Impressão(bool Encerra) {
-    Rotina r(Fonte_Funções_Públicas, "Destaca_Impressão");
+    Rotina r(Fonte_Funções_Públicas, QStringLiteral("Destaca_Impressão"));
     if (Cor_Destaque == 0) return;
     Destaque_Ligado = !Destaque_Ligado;
     if (Encerra || !Destaque_Ligado) {
@@ -284,6 +303,7 @@ void Fecha_Arquivo_Rtf(QObject* Janela) {
     const QVariant título_janela = Janela != nullptr ? Janela->property("windowTitle") : QVariant();
 
     Escreve_Linha("}");
+    Descarrega();
     Arquivo_Relatório.close();
     Saída_Imprime = nullptr;
     Saída_Direta = nullptr;
@@ -301,6 +321,7 @@ void Fecha_Arquivo_Rtf(QObject* Janela) {
 
 void Descarta_Arquivo_Rtf() {
     Rotina r(Fonte_Funções_Públicas, "Descarta_Arquivo_Rtf");
+    Em_Espera.resize(0);
     if (Arquivo_Relatório.isOpen()) {
         Arquivo_Relatório.close();
         QFile::remove(Arquivo_Relatório.fileName());

@@ -20,6 +20,7 @@
 #include "reports/Texto_Relatório.h"
 #include "reports/frmImpressão.h"
 #include "store/Funções_Banco.h"
+#include "store/Leitura_Sequencial.h"
 #include "users/Permissões.h"
 
 namespace {
@@ -287,30 +288,28 @@ bool frmImpressão_Manutenção_Banco_de_Dados::Imprime_Manutenções(int& Quant
     Tabela_Secundária.Seek({usuário, dbData_Inicial->Value(), QString("00:00:00")},
                            Tipo_Busca::Depois_ou_Igual);
     Início_Progresso = plataforma.Agora();
-    // The fields are found by name once for the walk.
-    const Campo data_manutenção = Tabela_Secundária.Fields("Data_Manutenção");
-    const Campo usuário_da_linha = Tabela_Secundária.Fields("Usuário");
-    const Campo hora = Tabela_Secundária.Fields("Hora_Manutenção");
-    const Campo manutenção = Tabela_Secundária.Fields("Manutenção");
+    // From the key found the walk goes one way and prints three fields: it reads only those and the
+    // user's, a page at a time, in the index's order.
+    Leitura_Sequencial leitura(Tabela_Secundária,
+                               {"Data_Manutenção", "Usuário", "Hora_Manutenção", "Manutenção"});
     int lidas = 0;
-    while (!Tabela_Secundária.Eof()) {
+    while (leitura.Próxima()) {
         ++lidas;
         Barra_de_Progresso(1, total, lidas, this);
-        const QDateTime data = data_manutenção.Value().toDateTime();
+        const QDateTime data = leitura.Valor(0).toDateTime();
         if (data.isValid()) {
             // A later date ends the walk whoever the row's user is: past the user's rows the index holds
             // only later users, whose rows are all skipped.
             if (final.isValid() && data.date() > final) break;
-            if (usuário_da_linha.Value().toString().trimmed() == usuário) {
+            if (leitura.Valor(1).toString().trimmed() == usuário) {
                 Destaca_Impressão(false);
-                Preenche_Linha_Relatório(1, 26, Dia_Do_Relatório(data.date()) + ", às " +
-                                                    hora.Value().toString() + " hs");
-                Preenche_Linha_Relatório(30, 104, manutenção.Value().toString());
+                Preenche_Linha_Relatório(
+                    1, 26, Dia_Do_Relatório(data.date()) + ", às " + leitura.Valor(2).toString() + " hs");
+                Preenche_Linha_Relatório(30, 104, leitura.Valor(3).toString());
                 Imprime(Linha_Relatório, 0, false);
                 ++Quantidade;
             }
         }
-        Tabela_Secundária.MoveNext();
         plataforma.Processa_Eventos_Da_Caminhada();
         if (Interrompido) return false;
     }

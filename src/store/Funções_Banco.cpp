@@ -50,13 +50,22 @@ QString Caminho_Ícone(const QString& arquivo) {
     // Every busy cursor asks for its icon: the last path made is given again while nothing changed.
     static QString último_programa;
     static QHash<QString, QString> caminhos;
+    // A walk asks for two icons in turn, row after row (its progress and its printing): those two are
+    // answered without the table.
+    static QString recentes[2][2];
     const QString programa = Caminho_Programa();
     if (programa != último_programa) {
         último_programa = programa;
         caminhos.clear();
+        for (auto& recente : recentes) recente[0].clear();
     }
+    for (const auto& recente : recentes)
+        if (!recente[0].isEmpty() && recente[0] == arquivo) return recente[1];
     auto achado = caminhos.constFind(arquivo);
     if (achado == caminhos.constEnd()) achado = caminhos.insert(arquivo, programa + "/Ícones/" + arquivo);
+    std::swap(recentes[0], recentes[1]);
+    recentes[0][0] = arquivo;
+    recentes[0][1] = *achado;
     return *achado;
 }
 

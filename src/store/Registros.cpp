@@ -1204,3 +1204,27 @@ void Registros::Delete(std::source_location onde) {
     Linha_Lida = false;
     Linha_Adiada = false;
 }
+
+// ---------- the walk as a forward reading takes it ----------
+
+Registros::Caminhada Registros::Caminhada_Atual() const {
+    Caminhada caminhada;
+    if (!Aberto_ || Estático || !Estrutura) return caminhada;
+    caminhada.Na_Linha = Tem_Linha_Atual();  // places a slot not yet started at its first row
+    caminhada.Sessão_ = Sessão_;
+    caminhada.Estrutura = Estrutura;
+    caminhada.Origem = Origem;
+    for (const Termo_Ordem& termo : Ordem) {
+        caminhada.Termos << termo.Expressão;
+        caminhada.Descendentes << termo.Descendente;
+    }
+    caminhada.Ordem_Servida = Ordem_Servida;
+    caminhada.Limite_Id = Limite_Id;
+    if (caminhada.Na_Linha) {
+        const Entrada& atual = Janela[Atual];
+        caminhada.Id = atual.Id;
+        caminhada.Chave = atual.Chave;
+        caminhada.Chave_Conhecida = !atual.Chave_Adiada;
+    }
+    return caminhada;
+}

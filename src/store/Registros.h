@@ -113,6 +113,23 @@ class Registros {
     qint64 Id_Linha_Atual() const;
     std::shared_ptr<Sessão> Sessão_Física() const { return Sessão_; }
 
+    // What a forward reading from the current row (Leitura_Sequencial) takes of the slot: its source and
+    // order as its own pages read them, its keyset's limit, and the current row's place in that order.
+    struct Caminhada {
+        std::shared_ptr<Sessão> Sessão_;
+        std::shared_ptr<const Estrutura_Tabela> Estrutura;
+        QString Origem;  // "FROM <table> WHERE (<criterion>) AND +rowid <= ?"
+        QStringList Termos;
+        QVector<bool> Descendentes;
+        bool Ordem_Servida = true;
+        qint64 Limite_Id = 0;
+        bool Na_Linha = false;  // there is a current row: the reading starts there
+        qint64 Id = 0;
+        QVariantList Chave;            // the current row's order values, as the store gave them
+        bool Chave_Conhecida = false;  // false for a row just added here: its values are read by id
+    };
+    Caminhada Caminhada_Atual() const;
+
   private:
     friend class Campo;
     enum class Modo_Edição { Nenhum, Inclusão, Alteração };

@@ -87,7 +87,7 @@ TEST(Cp1252_Teste, TextAddedToABufferKeepsWhatWasThereAndConvertsAsAlone) {
     Acrescenta_Cp1252(área, u"Ω\\x");
     EXPECT_EQ(área, QByteArray("?\\x"));
     // Plain letters are taken several at a time: the others land anywhere among them.
-    for (int antes = 0; antes <= 9; ++antes) {
+    for (int antes = 0; antes <= 19; ++antes) {
         SCOPED_TRACE(antes);
         const QString texto = QString(antes, 'a') + QString::fromUtf8("€é→x") + QString(antes % 5, 'z');
         EXPECT_EQ(Para_Cp1252(texto),

@@ -1,0 +1,270 @@
+#include "store/Leitura_Sequencial.h"
+
+#include <QDateTime>
+#include <QHash>
+#include <limits>
+
+#include "failure/Rotina.h"
+#include "store/Comando_Banco.h"
+#include "store/Tradutor_SQL.h"
+
+namespace {
+// An order value as read, kept as the store gave it so that it binds back unchanged.
+QVariant Chave_Lida(Comando_Banco* comando, int coluna) {
+    switch (comando->Tipo(coluna)) {
+        case Tipo_Valor::Nulo:
+            return {};
+        case Tipo_Valor::Inteiro:
+            return QVariant(static_cast<qint64>(comando->Inteiro(coluna)));
+        case Tipo_Valor::Real:
+            return comando->Real(coluna);
+        default:
+            return comando->Bytes(coluna);
+    }
+}
+
+void Liga_Chave(Comando_Banco* comando, int posição, const QVariant& valor) {
+    switch (valor.typeId()) {
+        case QMetaType::QByteArray:
+            comando->Liga_Texto(posição, valor.toByteArray());
+            break;
+        case QMetaType::LongLong:
+            comando->Liga_Inteiro(posição, valor.toLongLong());
+            break;
+        case QMetaType::Double:
+            comando->Liga_Real(posição, valor.toDouble());
+            break;
+        default:
+            comando->Liga_Texto(posição, valor.toString().toUtf8());
+    }
+}
+}  // namespace
+
+int Leitura_Sequencial::Linhas_Por_Página(bool servidor, bool ordem_servida) {
+    // An order no index serves sorts the rest of the source for every page: fewer, larger pages.
+    if (!ordem_servida) return 4096;
+    return servidor ? 2000 : 512;
+}
+
+Leitura_Sequencial::Leitura_Sequencial(Registros& registros, const QStringList& campos, int linhas_por_página,
+                                       std::source_location onde)
+    : C(registros.Caminhada_Atual()), Onde(onde) {
+    if (!C.Sessão_ || !C.Estrutura) return;
+    for (const QString& nome : campos) {
+        const int posição = C.Estrutura->Posição_Campo(nome);
+        if (posição < 0) {
+            Falha(
+                3265,
+                "O item '" + nome + "' não pôde ser encontrado na coleção correspondente ao nome solicitado.",
+                onde);
+            return;
+        }
+        Tipos << C.Estrutura->Campos[posição].Tipo;
+        Colunas += ", " + Citação(C.Estrutura->Campos[posição].Nome);
+    }
+    Quantos_Campos = static_cast<int>(campos.size());
+    Texto_Relê = "SELECT rowid" + Colunas + " FROM " + Citação(C.Estrutura->Nome) + " WHERE rowid IN (";
+    Por_Página =
+        linhas_por_página > 0 ? linhas_por_página : Linhas_Por_Página(C.Sessão_->Servidor(), C.Ordem_Servida);
+    Valores.reserve(Por_Página * Quantos_Campos);
+    Ids.reserve(Por_Página);
+    if (!C.Na_Linha) return;
+    // A row just added here has its place in the order read now.
+    if (!C.Chave_Conhecida) {
+        QString termos;
+        for (const QString& termo : C.Termos) termos += ", " + termo;
+        Falha_Banco falha;
+        Comando_Banco* comando = C.Sessão_->Prepara(
+            "SELECT rowid" + termos + " FROM " + Citação(C.Estrutura->Nome) + " WHERE rowid = ?", falha);
+        if (comando == nullptr) {
+            Falhou(falha);
+            return;
+        }
+        comando->Liga_Inteiro(1, C.Id);
+        const int r = comando->Passo();
+        C.Chave.clear();
+        if (r == Linha_Pronta)
+            for (int i = 0; i < C.Termos.size(); ++i) C.Chave << Chave_Lida(comando, i + 1);
+        comando->Reinicia();
+        if (r != Linha_Pronta) return;
+    }
+    // The current row itself comes first: the rows after "its id less one" with its order values.
+    De_Id = C.Id - 1;
+    De_Chave = C.Chave;
+    Terminou = false;
+    Última_Página = false;
+}
+
+void Leitura_Sequencial::Falhou(const Falha_Banco& falha) {
+    Terminou = true;
+    Ids.clear();
+    Valores.clear();
+    Falha(falha.Número, falha.Descrição, Onde);
+}
+
+QVariant Leitura_Sequencial::Valor_Lido(Comando_Banco* comando, int coluna, int campo) const {
+    if (comando->Tipo(coluna) == Tipo_Valor::Nulo) return {};
+    switch (Tipos[campo]) {
+        case Tipo_Long:
+            return static_cast<int>(comando->Inteiro(coluna));
+        case Tipo_Double:
+            return comando->Real(coluna);
+        case Tipo_Boolean:
+            return comando->Inteiro(coluna) != 0;
+        case Tipo_Data:
+            return Data_Do_Banco(comando->Texto(coluna));
+        default:
+            return comando->Texto(coluna);
+    }
+}
+
+// The page after De_Id/De_Chave. As a slot's page does, each statement starts in the index at the key:
+// first the rows that share every term with it and come after it by row id, then those that share one
+// term less, and so on up to the first term.
+bool Leitura_Sequencial::Lê_Página() {
+    Ids.clear();
+    Valores.clear();
+    Sumidas.clear();
+    Atual = -1;
+    QString ordem;
+    for (int i = 0; i < C.Termos.size(); ++i) ordem += C.Termos[i] + (C.Descendentes[i] ? " DESC, " : ", ");
+    ordem += "rowid";
+    const QString início = "SELECT rowid" + Colunas;
+    QString termos;
+    for (const QString& termo : C.Termos) termos += ", " + termo;
+    const int primeira_chave = 1 + Quantos_Campos;
+    Com_Carimbo = C.Sessão_->Carimbo(Carimbo);
+    bool falhou = false;
+    QVariantList última_chave;
+    const auto roda = [&](const QString& condição, const QVariantList& valores) {
+        if (falhou || Ids.size() >= Por_Página) return;
+        Falha_Banco falha;
+        // The order's values are read only for the row that fills the page, where the next page starts.
+        Comando_Banco* comando = C.Sessão_->Prepara(
+            início + termos + " " + C.Origem + condição + " ORDER BY " + ordem + " LIMIT ?", falha);
+        if (comando == nullptr) {
+            falhou = true;
+            return Falhou(falha);
+        }
+        int n = 1;
+        comando->Liga_Inteiro(n++, C.Limite_Id);
+        for (const QVariant& valor : valores) Liga_Chave(comando, n++, valor);
+        comando->Liga_Inteiro(n, Por_Página - Ids.size());
+        int r;
+        while ((r = comando->Passo()) == Linha_Pronta) {
+            Ids << comando->Inteiro(0);
+            for (int i = 0; i < Quantos_Campos; ++i) Valores << Valor_Lido(comando, i + 1, i);
+            if (Ids.size() == Por_Página) {
+                última_chave.clear();
+                for (int i = 0; i < C.Termos.size(); ++i)
+                    última_chave << Chave_Lida(comando, primeira_chave + i);
+            }
+        }
+        comando->Reinicia();
+        if (r != Fim_Comando) {
+            falhou = true;
+            C.Sessão_->Falha_Da_Última(falha, r);
+            Falhou(falha);
+        }
+    };
+    const int termos_ordem = static_cast<int>(C.Termos.size());
+    for (int k = termos_ordem; k >= 0; --k) {
+        QString prefixo;
+        QVariantList valores;
+        for (int i = 0; i < k; ++i) {
+            if (De_Chave[i].isValid()) {
+                prefixo += " AND " + C.Termos[i] + " = ?";
+                valores << De_Chave[i];
+            } else {
+                prefixo += " AND " + C.Termos[i] + " IS NULL";
+            }
+        }
+        if (k == termos_ordem) {
+            roda(prefixo + " AND rowid > ?", valores + QVariantList{De_Id});
+            continue;
+        }
+        const QString& termo = C.Termos[k];
+        const QVariant& valor = De_Chave[k];
+        // Nulls stand first in an ascending order and last in a descending one.
+        if (!C.Descendentes[k]) {
+            if (valor.isValid())
+                roda(prefixo + " AND " + termo + " > ?", valores + QVariantList{valor});
+            else
+                roda(prefixo + " AND " + termo + " IS NOT NULL", valores);
+        } else if (valor.isValid()) {
+            roda(prefixo + " AND " + termo + " < ?", valores + QVariantList{valor});
+            roda(prefixo + " AND " + termo + " IS NULL", valores);
+        }
+    }
+    if (falhou) return false;
+    Sumidas.fill(false, Ids.size());
+    // A page that came short holds the source's last rows.
+    Última_Página = Ids.size() < Por_Página;
+    if (!Última_Página) {
+        De_Id = Ids.last();
+        De_Chave = última_chave;
+    }
+    return !Ids.isEmpty();
+}
+
+// Another write since the page was read: the rows not yet given are read again by id, in one statement,
+// as a slot reads a row again when it becomes current; those gone are skipped.
+bool Leitura_Sequencial::Relê_Resto() {
+    QHash<qint64, int> posições;
+    QString marcas;
+    for (int i = Atual; i < Ids.size(); ++i) {
+        if (Sumidas[i]) continue;
+        posições.insert(Ids[i], i);
+        marcas += marcas.isEmpty() ? "?" : ", ?";
+    }
+    Com_Carimbo = C.Sessão_->Carimbo(Carimbo);
+    if (posições.isEmpty()) return true;
+    Falha_Banco falha;
+    Comando_Banco* comando = C.Sessão_->Prepara(Texto_Relê + marcas + ")", falha);
+    if (comando == nullptr) {
+        Falhou(falha);
+        return false;
+    }
+    int n = 1;
+    for (int i = Atual; i < Ids.size(); ++i)
+        if (!Sumidas[i]) comando->Liga_Inteiro(n++, Ids[i]);
+    QHash<qint64, int> achadas;
+    int r;
+    while ((r = comando->Passo()) == Linha_Pronta) {
+        const int i = posições.value(comando->Inteiro(0), -1);
+        if (i < 0) continue;
+        achadas.insert(Ids[i], i);
+        for (int c = 0; c < Quantos_Campos; ++c)
+            Valores[i * Quantos_Campos + c] = Valor_Lido(comando, c + 1, c);
+    }
+    comando->Reinicia();
+    if (r != Fim_Comando) {
+        C.Sessão_->Falha_Da_Última(falha, r);
+        Falhou(falha);
+        return false;
+    }
+    for (auto it = posições.cbegin(); it != posições.cend(); ++it)
+        if (!achadas.contains(it.key())) Sumidas[it.value()] = true;
+    return true;
+}
+
+bool Leitura_Sequencial::Próxima() {
+    while (!Terminou) {
+        ++Atual;
+        if (Atual >= Ids.size()) {
+            if (Última_Página || !Lê_Página()) {
+                Terminou = true;
+                break;
+            }
+            Atual = 0;
+        }
+        if (Com_Carimbo) {
+            Carimbo_Dados agora;
+            if (C.Sessão_->Carimbo(agora) && !(agora == Carimbo) && !Relê_Resto()) break;
+        }
+        if (!Sumidas[Atual]) return true;
+    }
+    Ids.clear();
+    Valores.clear();
+    return false;
+}
