@@ -35,4 +35,6 @@ class Comando_Banco {
     virtual double Real(int coluna) const = 0;
     virtual QByteArray Bytes(int coluna) const = 0;
     virtual QString Texto(int coluna) const = 0;
+    // The column's bytes, as Bytes gives them, added at the end of `destino` without a copy of their own.
+    virtual void Acrescenta_Bytes(int coluna, QByteArray& destino) const { destino += Bytes(coluna); }
 };

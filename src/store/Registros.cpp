@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QRegularExpression>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -57,6 +58,11 @@ QDateTime Data_Digitada(const QString& texto) {
 // ---------- Campo ----------
 
 QVariant Campo::Value(std::source_location onde) const {
+    // A row read and current, not being edited: what every step of a walk asks, answered at once.
+    if (R->Onde == Registros::Lugar::Na_Linha && R->Linha_Lida && !R->Linha_Adiada && R->Aberto_ &&
+        !R->Estático && !R->Começo_Pendente && R->Modo == Registros::Modo_Edição::Nenhum &&
+        R->Pendentes.isEmpty() && Posição >= 0 && Posição < R->Linha.size())
+        return R->Linha.at(Posição);
     if (!R->Aberto_) {
         Falha(3704, "A operação não é permitida quando o objeto está fechado.", onde);
         return {};
@@ -161,6 +167,86 @@ QVector<QVariant> Campos_Lidos(const Estrutura_Tabela& estrutura, Comando_Banco*
             default:
                 campos[i] = comando->Texto(coluna);
         }
+    }
+    return campos;
+}
+
+// A row of a page is kept packed in one block, as the store gave it, and becomes values only when a step
+// makes it current: a page then costs one block per row, not a value per field, and a row left behind
+// frees one block. Each field is a mark, then an integer or a real in 8 bytes, or a text as its length
+// and its bytes; the field's type says what the store is asked for, as Campos_Lidos does.
+enum Marca_Bruto : char { Bruto_Nulo, Bruto_Inteiro, Bruto_Real, Bruto_Texto };
+
+QByteArray Campos_Brutos(const Estrutura_Tabela& estrutura, Comando_Banco* comando, int primeira) {
+    QByteArray bruto;
+    bruto.reserve(256);
+    const auto acrescenta = [&bruto](Marca_Bruto marca, const void* valor) {
+        bruto += static_cast<char>(marca);
+        bruto.append(static_cast<const char*>(valor), 8);
+    };
+    for (int i = 0; i < estrutura.Campos.size(); ++i) {
+        const int coluna = primeira + i;
+        if (comando->Tipo(coluna) == Tipo_Valor::Nulo) {
+            bruto += static_cast<char>(Bruto_Nulo);
+            continue;
+        }
+        switch (estrutura.Campos[i].Tipo) {
+            case Tipo_Long:
+            case Tipo_Boolean: {
+                const qint64 valor = comando->Inteiro(coluna);
+                acrescenta(Bruto_Inteiro, &valor);
+                break;
+            }
+            case Tipo_Double: {
+                const double valor = comando->Real(coluna);
+                acrescenta(Bruto_Real, &valor);
+                break;
+            }
+            default: {
+                bruto += static_cast<char>(Bruto_Texto);
+                const qsizetype onde = bruto.size();
+                bruto.append(sizeof(quint32), '\0');
+                comando->Acrescenta_Bytes(coluna, bruto);
+                const auto tamanho = static_cast<quint32>(bruto.size() - onde - sizeof(quint32));
+                std::memcpy(bruto.data() + onde, &tamanho, sizeof tamanho);
+            }
+        }
+    }
+    return bruto;
+}
+
+// The values of a packed row, the same that Campos_Lidos gives of the statement that read it.
+QVector<QVariant> Campos_Do_Bruto(const Estrutura_Tabela& estrutura, const QByteArray& bruto) {
+    QVector<QVariant> campos(estrutura.Campos.size());
+    const char* p = bruto.constData();
+    for (int i = 0; i < campos.size(); ++i) {
+        const char marca = *p++;
+        if (marca == Bruto_Nulo) continue;
+        if (marca == Bruto_Texto) {
+            quint32 tamanho = 0;
+            std::memcpy(&tamanho, p, sizeof tamanho);
+            p += sizeof tamanho;
+            QString texto = QString::fromUtf8(p, static_cast<qsizetype>(tamanho));
+            p += tamanho;
+            if (estrutura.Campos[i].Tipo == Tipo_Data)
+                campos[i] = Data_Do_Banco(texto);
+            else
+                campos[i] = std::move(texto);
+            continue;
+        }
+        if (marca == Bruto_Real) {
+            double valor = 0;
+            std::memcpy(&valor, p, sizeof valor);
+            campos[i] = valor;
+        } else {
+            qint64 valor = 0;
+            std::memcpy(&valor, p, sizeof valor);
+            if (estrutura.Campos[i].Tipo == Tipo_Boolean)
+                campos[i] = valor != 0;
+            else
+                campos[i] = static_cast<int>(valor);
+        }
+        p += 8;
     }
     return campos;
 }
@@ -445,7 +531,7 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
                 Limite_Na_Página = false;
             }
             if (com_valores) {
-                entrada.Valores = Campos_Lidos(*Estrutura, comando, primeira);
+                entrada.Bruto = Campos_Brutos(*Estrutura, comando, primeira);
                 if (com_carimbo) entrada.Carimbo = carimbo;
                 entrada.Página = Página_Aberta;
             }
@@ -547,19 +633,22 @@ bool Registros::Passo(bool adiante, std::source_location onde) {
         if (de.Chave_Adiada) Entrada_Da_Linha(de.Id, false, de, onde);
         QVector<Entrada> página = Busca_Página(&de, adiante, página_cheia, onde);
         if (página.isEmpty()) return false;
+        // The window is made anew in one block of the size it needs: trimming one end and growing the
+        // other in place would move or reallocate the whole window for each row of the page.
+        const qsizetype sobra =
+            std::max<qsizetype>(0, Janela.size() + página.size() - static_cast<qsizetype>(máximo_janela));
+        QVector<Entrada> nova;
+        nova.reserve(Janela.size() + página.size() - sobra);
         if (adiante) {
-            for (Entrada& entrada : página) Janela.append(std::move(entrada));
-            if (const int sobra = static_cast<int>(Janela.size()) - máximo_janela; sobra > 0) {
-                Janela.remove(0, sobra);
-                próxima -= sobra;
-            }
+            for (qsizetype i = sobra; i < Janela.size(); ++i) nova.append(std::move(Janela[i]));
+            for (Entrada& entrada : página) nova.append(std::move(entrada));
+            próxima -= static_cast<int>(sobra);
         } else {
-            std::reverse(página.begin(), página.end());
-            Janela = página + Janela;
+            for (qsizetype i = página.size() - 1; i >= 0; --i) nova.append(std::move(página[i]));
+            for (qsizetype i = 0; i < Janela.size() - sobra; ++i) nova.append(std::move(Janela[i]));
             próxima += static_cast<int>(página.size());
-            if (const int sobra = static_cast<int>(Janela.size()) - máximo_janela; sobra > 0)
-                Janela.remove(máximo_janela, sobra);
         }
+        Janela = std::move(nova);
     }
     Atual = próxima;
     return true;
@@ -603,12 +692,12 @@ void Registros::Começa(bool do_início, std::source_location onde) {
 }
 
 bool Registros::Linha_Da_Página(const Entrada& entrada) {
-    if (entrada.Valores.isEmpty()) return false;
+    if (!entrada.Lida()) return false;
     Carimbo_Dados agora;
     if (!(Página_Aberta != 0 && entrada.Página == Página_Aberta) &&
         (!Sessão_->Carimbo(agora) || !(agora == entrada.Carimbo)))
         return false;
-    Linha = entrada.Valores;
+    Linha = entrada.Valores.isEmpty() ? Campos_Do_Bruto(*Estrutura, entrada.Bruto) : entrada.Valores;
     return true;
 }
 
@@ -622,7 +711,7 @@ bool Registros::Lê_Linhas_Da_Página(bool adiante) {
     QString marcas;
     for (int i = Atual; i >= 0 && i < Janela.size() && ids.size() < Linhas_Página; i += adiante ? 1 : -1) {
         const Entrada& entrada = Janela[i];
-        if (entrada.Excluída || (!entrada.Valores.isEmpty() && entrada.Página == Página_Aberta)) continue;
+        if (entrada.Excluída || (entrada.Lida() && entrada.Página == Página_Aberta)) continue;
         posições.insert(entrada.Id, i);
         ids << entrada.Id;
         marcas += marcas.isEmpty() ? "?" : ", ?";
@@ -638,6 +727,7 @@ bool Registros::Lê_Linhas_Da_Página(bool adiante) {
     while (comando->Passo() == Linha_Pronta) {
         Entrada& entrada = Janela[posições.value(comando->Inteiro(0))];
         entrada.Valores = Campos_Lidos(*Estrutura, comando, 1);
+        entrada.Bruto.clear();
         entrada.Página = Página_Aberta;
     }
     comando->Reinicia();

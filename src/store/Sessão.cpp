@@ -126,6 +126,9 @@ class Comando_SQLite final : public Comando_Banco {
         return QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(C, i)),
                                  sqlite3_column_bytes(C, i));
     }
+    void Acrescenta_Bytes(int i, QByteArray& destino) const override {
+        destino.append(reinterpret_cast<const char*>(sqlite3_column_text(C, i)), sqlite3_column_bytes(C, i));
+    }
 
   private:
     sqlite3_stmt* C;
