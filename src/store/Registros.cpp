@@ -177,41 +177,66 @@ QVector<QVariant> Campos_Lidos(const Estrutura_Tabela& estrutura, Comando_Banco*
 // and its bytes; the field's type says what the store is asked for, as Campos_Lidos does.
 enum Marca_Bruto : char { Bruto_Nulo, Bruto_Inteiro, Bruto_Real, Bruto_Texto };
 
-QByteArray Campos_Brutos(const Estrutura_Tabela& estrutura, Comando_Banco* comando, int primeira) {
-    QByteArray bruto;
-    bruto.reserve(256);
-    const auto acrescenta = [&bruto](Marca_Bruto marca, const void* valor) {
-        bruto += static_cast<char>(marca);
-        bruto.append(static_cast<const char*>(valor), 8);
+// After the fields come the `chaves` values of the order, from column 1, marked by what the store gave, so
+// that Chave_Do_Bruto gives them back as Valor_Chave reads them.
+QByteArray Campos_Brutos(const Estrutura_Tabela& estrutura, Comando_Banco* comando, int primeira,
+                         int chaves) {
+    // Written through a pointer into a block that grows only for long texts.
+    QByteArray bruto(256, Qt::Uninitialized);
+    char* início = bruto.data();
+    qsizetype usado = 0;
+    const auto garante = [&](qsizetype mais) {
+        if (usado + mais <= bruto.size()) return;
+        bruto.resize(std::max(2 * bruto.size(), usado + mais));
+        início = bruto.data();
     };
-    for (int i = 0; i < estrutura.Campos.size(); ++i) {
-        const int coluna = primeira + i;
-        if (comando->Tipo(coluna) == Tipo_Valor::Nulo) {
-            bruto += static_cast<char>(Bruto_Nulo);
+    QByteArray apoio;
+    const int campos = static_cast<int>(estrutura.Campos.size());
+    for (int i = 0; i < campos + chaves; ++i) {
+        const int coluna = i < campos ? primeira + i : 1 + i - campos;
+        garante(1 + 8);
+        const Tipo_Valor tipo = comando->Tipo(coluna);
+        if (tipo == Tipo_Valor::Nulo) {
+            início[usado++] = Bruto_Nulo;
             continue;
         }
-        switch (estrutura.Campos[i].Tipo) {
+        // A field is asked for as its type says; a value of the order as the store gave it.
+        int como = Tipo_Texto;
+        if (i < campos)
+            como = estrutura.Campos[i].Tipo;
+        else if (tipo == Tipo_Valor::Inteiro)
+            como = Tipo_Long;
+        else if (tipo == Tipo_Valor::Real)
+            como = Tipo_Double;
+        switch (como) {
             case Tipo_Long:
             case Tipo_Boolean: {
                 const qint64 valor = comando->Inteiro(coluna);
-                acrescenta(Bruto_Inteiro, &valor);
+                início[usado++] = Bruto_Inteiro;
+                std::memcpy(início + usado, &valor, sizeof valor);
+                usado += sizeof valor;
                 break;
             }
             case Tipo_Double: {
                 const double valor = comando->Real(coluna);
-                acrescenta(Bruto_Real, &valor);
+                início[usado++] = Bruto_Real;
+                std::memcpy(início + usado, &valor, sizeof valor);
+                usado += sizeof valor;
                 break;
             }
             default: {
-                bruto += static_cast<char>(Bruto_Texto);
-                const qsizetype onde = bruto.size();
-                bruto.append(sizeof(quint32), '\0');
-                comando->Acrescenta_Bytes(coluna, bruto);
-                const auto tamanho = static_cast<quint32>(bruto.size() - onde - sizeof(quint32));
-                std::memcpy(bruto.data() + onde, &tamanho, sizeof tamanho);
+                const QByteArrayView texto = comando->Vista_Bytes(coluna, apoio);
+                const auto tamanho = static_cast<quint32>(texto.size());
+                garante(1 + sizeof tamanho + texto.size());
+                início[usado++] = Bruto_Texto;
+                std::memcpy(início + usado, &tamanho, sizeof tamanho);
+                usado += sizeof tamanho;
+                if (tamanho > 0) std::memcpy(início + usado, texto.data(), tamanho);
+                usado += tamanho;
             }
         }
     }
+    bruto.truncate(usado);
     return bruto;
 }
 
@@ -249,6 +274,39 @@ QVector<QVariant> Campos_Do_Bruto(const Estrutura_Tabela& estrutura, const QByte
         p += 8;
     }
     return campos;
+}
+
+// The values of the order packed after the fields of a row, as Valor_Chave gives them.
+QVariantList Chave_Do_Bruto(const Estrutura_Tabela& estrutura, const QByteArray& bruto, int chaves) {
+    QVariantList chave;
+    chave.reserve(chaves);
+    const char* p = bruto.constData();
+    for (int i = 0; i < estrutura.Campos.size() + chaves; ++i) {
+        const char marca = *p++;
+        QVariant valor;
+        if (marca == Bruto_Texto) {
+            quint32 tamanho = 0;
+            std::memcpy(&tamanho, p, sizeof tamanho);
+            p += sizeof tamanho;
+            if (i >= estrutura.Campos.size()) valor = QByteArray(p, static_cast<qsizetype>(tamanho));
+            p += tamanho;
+        } else if (marca == Bruto_Inteiro || marca == Bruto_Real) {
+            if (i >= estrutura.Campos.size()) {
+                if (marca == Bruto_Inteiro) {
+                    qint64 número = 0;
+                    std::memcpy(&número, p, sizeof número);
+                    valor = número;
+                } else {
+                    double número = 0;
+                    std::memcpy(&número, p, sizeof número);
+                    valor = número;
+                }
+            }
+            p += 8;
+        }
+        if (i >= estrutura.Campos.size()) chave << valor;
+    }
+    return chave;
 }
 
 // A value of the order as read, kept as the store gave it so that it binds back unchanged.
@@ -524,14 +582,19 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
         while ((r = comando->Passo()) == Linha_Pronta) {
             Entrada entrada;
             entrada.Id = comando->Inteiro(0);
-            entrada.Chave.reserve(Ordem.size());
-            for (int i = 0; i < Ordem.size(); ++i) entrada.Chave << Valor_Chave(comando, i + 1);
+            // A row read whole keeps its values of the order in its block, read back only for the row
+            // that a next page starts from.
+            if (!com_valores) {
+                entrada.Chave.reserve(Ordem.size());
+                for (int i = 0; i < Ordem.size(); ++i) entrada.Chave << Valor_Chave(comando, i + 1);
+            }
             if (com_limite) {
                 Limite_Id = comando->Inteiro(primeira + (Ordem_Servida ? colunas : 0));
                 Limite_Na_Página = false;
             }
             if (com_valores) {
-                entrada.Bruto = Campos_Brutos(*Estrutura, comando, primeira);
+                entrada.Bruto = Campos_Brutos(*Estrutura, comando, primeira, static_cast<int>(Ordem.size()));
+                entrada.Chave_No_Bruto = true;
                 if (com_carimbo) entrada.Carimbo = carimbo;
                 entrada.Página = Página_Aberta;
             }
@@ -631,6 +694,8 @@ bool Registros::Passo(bool adiante, std::source_location onde) {
     if (próxima < 0 || próxima >= Janela.size()) {
         Entrada de = adiante ? Janela.last() : Janela.first();
         if (de.Chave_Adiada) Entrada_Da_Linha(de.Id, false, de, onde);
+        if (de.Chave_No_Bruto)
+            de.Chave = Chave_Do_Bruto(*Estrutura, de.Bruto, static_cast<int>(Ordem.size()));
         QVector<Entrada> página = Busca_Página(&de, adiante, página_cheia, onde);
         if (página.isEmpty()) return false;
         // The window is made anew in one block of the size it needs: trimming one end and growing the
@@ -726,8 +791,8 @@ bool Registros::Lê_Linhas_Da_Página(bool adiante) {
     for (int n = 0; n < ids.size(); ++n) comando->Liga_Inteiro(n + 1, ids[n]);
     while (comando->Passo() == Linha_Pronta) {
         Entrada& entrada = Janela[posições.value(comando->Inteiro(0))];
-        entrada.Valores = Campos_Lidos(*Estrutura, comando, 1);
-        entrada.Bruto.clear();
+        entrada.Valores =
+            Campos_Lidos(*Estrutura, comando, 1);  // taken before the block, which may hold its order
         entrada.Página = Página_Aberta;
     }
     comando->Reinicia();
