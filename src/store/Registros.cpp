@@ -242,38 +242,41 @@ QByteArray Campos_Brutos(const Estrutura_Tabela& estrutura, Comando_Banco* coman
 
 // The values of a packed row, the same that Campos_Lidos gives of the statement that read it.
 QVector<QVariant> Campos_Do_Bruto(const Estrutura_Tabela& estrutura, const QByteArray& bruto) {
-    QVector<QVariant> campos(estrutura.Campos.size());
+    const int campos = static_cast<int>(estrutura.Campos.size());
+    QVector<QVariant> valores;
+    valores.reserve(campos);
     const char* p = bruto.constData();
-    for (int i = 0; i < campos.size(); ++i) {
+    for (int i = 0; i < campos; ++i) {
         const char marca = *p++;
-        if (marca == Bruto_Nulo) continue;
-        if (marca == Bruto_Texto) {
+        const int tipo = estrutura.Campos[i].Tipo;
+        if (marca == Bruto_Nulo) {
+            valores.emplaceBack();
+        } else if (marca == Bruto_Texto) {
             quint32 tamanho = 0;
             std::memcpy(&tamanho, p, sizeof tamanho);
             p += sizeof tamanho;
-            QString texto = QString::fromUtf8(p, static_cast<qsizetype>(tamanho));
+            const QString texto = QString::fromUtf8(p, static_cast<qsizetype>(tamanho));
             p += tamanho;
-            if (estrutura.Campos[i].Tipo == Tipo_Data)
-                campos[i] = Data_Do_Banco(texto);
+            if (tipo == Tipo_Data)
+                valores.emplaceBack(Data_Do_Banco(texto));
             else
-                campos[i] = std::move(texto);
-            continue;
-        }
-        if (marca == Bruto_Real) {
+                valores.emplaceBack(texto);
+        } else if (marca == Bruto_Real) {
             double valor = 0;
             std::memcpy(&valor, p, sizeof valor);
-            campos[i] = valor;
+            p += sizeof valor;
+            valores.emplaceBack(valor);
         } else {
             qint64 valor = 0;
             std::memcpy(&valor, p, sizeof valor);
-            if (estrutura.Campos[i].Tipo == Tipo_Boolean)
-                campos[i] = valor != 0;
+            p += sizeof valor;
+            if (tipo == Tipo_Boolean)
+                valores.emplaceBack(valor != 0);
             else
-                campos[i] = static_cast<int>(valor);
+                valores.emplaceBack(static_cast<int>(valor));
         }
-        p += 8;
     }
-    return campos;
+    return valores;
 }
 
 // The values of the order packed after the fields of a row, as Valor_Chave gives them.
