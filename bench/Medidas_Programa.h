@@ -3,6 +3,7 @@
 // runs do exactly the same work on the program's side.
 #include <benchmark/benchmark.h>
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
 #include <QRadioButton>
@@ -106,4 +107,29 @@ inline void Mostra_Pergunta_À_Mão(frmPergunta& tela, int código, const char* 
     static const QLocale brasil(QLocale::Portuguese, QLocale::Brazil);
     Mostra_Campos_Pergunta_À_Mão(tela, textos, "Consulta da Pergunta " + brasil.toString(código));
     tela.optTipo[qstrcmp(tipo, "G") == 0 ? 0 : 1]->setChecked(true);
+}
+
+// The question's line of statistics as the register shows it: its answers in the monthly summaries and
+// in the turns of games not yet summed, in the words of each engine (`?1` embedded, `$1` on a server).
+inline const char* Resumo_Pergunta_SQL(bool servidor) {
+    return servidor
+               ? "SELECT SUM(\"Respostas\"), SUM(\"Acertos\") FROM (SELECT \"Respostas\", \"Acertos\" FROM "
+                 "\"tblResumo_Mensal\" WHERE \"Código_Pergunta\" = $1 UNION ALL SELECT CASE WHEN "
+                 "\"Desfecho\" = 'Pulada' THEN 0 ELSE 1 END, CASE WHEN \"Desfecho\" = 'Certa' THEN 1 ELSE 0 "
+                 "END FROM \"tblJogada\" WHERE \"Código_Pergunta\" = $1 AND \"Código_Jogada\" > (SELECT "
+                 "\"Última_Jogada\" FROM \"tblResumo_Marca\")) AS t"
+               : "SELECT SUM(Respostas), SUM(Acertos) FROM (SELECT Respostas, Acertos FROM "
+                 "tblResumo_Mensal WHERE Código_Pergunta = ?1 UNION ALL SELECT CASE WHEN Desfecho = "
+                 "'Pulada' THEN 0 ELSE 1 END, CASE WHEN Desfecho = 'Certa' THEN 1 ELSE 0 END FROM "
+                 "tblJogada WHERE Código_Pergunta = ?1 AND Código_Jogada > (SELECT Última_Jogada FROM "
+                 "tblResumo_Marca)) AS t";
+}
+
+// That line's text from its two sums, put by hand into the window's label.
+inline void Mostra_Estatística_À_Mão(frmPergunta& tela, long long respostas, long long acertos) {
+    tela.lblEstatística->setText(respostas <= 0 ? QString("Ainda não respondida")
+                                                : QString("Respondida %1 %2, %3% de acertos")
+                                                      .arg(respostas)
+                                                      .arg(respostas == 1 ? "vez" : "vezes")
+                                                      .arg(qRound(100.0 * acertos / respostas)));
 }

@@ -9,6 +9,7 @@
 #include "common/Globais.h"
 #include "questions/frmPergunta.h"
 #include "search/frmLocaliza_Informação.h"
+#include "statistics/Estatísticas.h"
 #include "store/Comparação.h"
 #include "store/Funções_Banco.h"
 #include "support/Instalação_Teste.h"
@@ -149,7 +150,8 @@ void BM_Próximo_Pelo_Programa(benchmark::State& estado) {
 }
 
 // By hand: the next row in code order, carrying the last rowid, every column read as text, and what the
-// register shows of it put into the same widgets (a register window used only for its widgets).
+// register shows of it put into the same widgets (a register window used only for its widgets), the
+// question's line of statistics included: its answers summed in the statistics' database.
 void BM_Próximo_SQLite_Puro(benchmark::State& estado) {
     Instalação instalação;
     frmPergunta tela;
@@ -158,6 +160,15 @@ void BM_Próximo_SQLite_Puro(benchmark::State& estado) {
     sqlite3_stmt* próxima;
     sqlite3_prepare_v2(banco, "SELECT rowid, * FROM tblPergunta WHERE rowid > ? ORDER BY rowid LIMIT 1", -1,
                        &próxima, nullptr);
+    // Without a statistics' database the line says so without asking anything, as the window's does.
+    sqlite3* estatísticas = nullptr;
+    sqlite3_stmt* resumo = nullptr;
+    if (sqlite3_open_v2(Estatísticas::Caminho_Banco_Estatísticas().toUtf8().constData(), &estatísticas,
+                        SQLITE_OPEN_READWRITE, nullptr) == SQLITE_OK) {
+        Registra_Comparação(estatísticas);  // its texts compare as the program's do
+        if (sqlite3_prepare_v2(estatísticas, Resumo_Pergunta_SQL(false), -1, &resumo, nullptr) != SQLITE_OK)
+            estado.SkipWithError("o resumo das estatísticas não pôde ser lido");
+    }
     for (auto _ : estado) {
         sqlite3_int64 última = 1;
         for (int i = 0; i < Passos; ++i) {
@@ -171,6 +182,14 @@ void BM_Próximo_SQLite_Puro(benchmark::State& estado) {
                         reinterpret_cast<const char*>(sqlite3_column_text(próxima, c == 0 ? 1 : c + 2));
                 Mostra_Pergunta_À_Mão(tela, sqlite3_column_int(próxima, 2), textos,
                                       reinterpret_cast<const char*>(sqlite3_column_text(próxima, 7)));
+                bool somou = false;
+                if (resumo != nullptr) {
+                    sqlite3_bind_int(resumo, 1, sqlite3_column_int(próxima, 2));
+                    somou = sqlite3_step(resumo) == SQLITE_ROW;
+                }
+                Mostra_Estatística_À_Mão(tela, somou ? sqlite3_column_int64(resumo, 0) : 0,
+                                         somou ? sqlite3_column_int64(resumo, 1) : 0);
+                if (resumo != nullptr) sqlite3_reset(resumo);
             }
             sqlite3_reset(próxima);
         }
@@ -181,6 +200,8 @@ void BM_Próximo_SQLite_Puro(benchmark::State& estado) {
     }
     sqlite3_finalize(próxima);
     sqlite3_close(banco);
+    sqlite3_finalize(resumo);
+    sqlite3_close(estatísticas);
 }
 
 }  // namespace

@@ -552,13 +552,7 @@ void BM_Próximo_Libpq_Puro(benchmark::State& estado, bool pelo_relé) {
                   "SELECT * FROM \"tblPergunta\" WHERE \"Código_Pergunta\" > $1 ORDER BY \"Código_Pergunta\" "
                   "NULLS FIRST, rowid LIMIT 1");
     PGconn* estatísticas = Abre_Libpq(Estatísticas::Caminho_Banco_Estatísticas());
-    Prepara_Libpq(
-        estatísticas, "resumo",
-        "SELECT SUM(\"Respostas\"), SUM(\"Acertos\") FROM (SELECT \"Respostas\", \"Acertos\" FROM "
-        "\"tblResumo_Mensal\" WHERE \"Código_Pergunta\" = $1 UNION ALL SELECT CASE WHEN \"Desfecho\" = "
-        "'Pulada' THEN 0 ELSE 1 END, CASE WHEN \"Desfecho\" = 'Certa' THEN 1 ELSE 0 END FROM "
-        "\"tblJogada\" WHERE \"Código_Pergunta\" = $1 AND \"Código_Jogada\" > (SELECT "
-        "\"Última_Jogada\" FROM \"tblResumo_Marca\")) AS t");
+    Prepara_Libpq(estatísticas, "resumo", Resumo_Pergunta_SQL(true));
     for (auto _ : estado) {
         idas.Repetição();
         QByteArray última = "1";
@@ -573,12 +567,9 @@ void BM_Próximo_Libpq_Puro(benchmark::State& estado, bool pelo_relé) {
                 Mostra_Pergunta_À_Mão(tela, std::atoi(PQgetvalue(r, 0, 1)), textos, PQgetvalue(r, 0, 6));
                 const char* código[] = {PQgetvalue(r, 0, 1)};
                 PGresult* resumo = PQexecPrepared(estatísticas, "resumo", 1, código, nullptr, nullptr, 0);
-                const int respostas = PQntuples(resumo) == 1 ? std::atoi(PQgetvalue(resumo, 0, 0)) : 0;
-                const int acertos = PQntuples(resumo) == 1 ? std::atoi(PQgetvalue(resumo, 0, 1)) : 0;
-                tela.lblEstatística->setText(respostas <= 0 ? QString("Ainda não respondida")
-                                                            : QString("Respondida %1 vezes, %2% de acertos")
-                                                                  .arg(respostas)
-                                                                  .arg(100 * acertos / respostas));
+                const long long respostas = PQntuples(resumo) == 1 ? std::atoll(PQgetvalue(resumo, 0, 0)) : 0;
+                const long long acertos = PQntuples(resumo) == 1 ? std::atoll(PQgetvalue(resumo, 0, 1)) : 0;
+                Mostra_Estatística_À_Mão(tela, respostas, acertos);
                 PQclear(resumo);
             }
             PQclear(r);

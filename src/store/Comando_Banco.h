@@ -35,4 +35,10 @@ class Comando_Banco {
     virtual double Real(int coluna) const = 0;
     virtual QByteArray Bytes(int coluna) const = 0;
     virtual QString Texto(int coluna) const = 0;
+    // The column's bytes, as Bytes gives them, good until the next Passo; an engine that has to make them
+    // keeps them in `apoio`, the embedded one points into its row.
+    virtual QByteArrayView Vista_Bytes(int coluna, QByteArray& apoio) const {
+        apoio = Bytes(coluna);
+        return apoio;
+    }
 };

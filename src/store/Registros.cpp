@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QRegularExpression>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -57,6 +58,11 @@ QDateTime Data_Digitada(const QString& texto) {
 // ---------- Campo ----------
 
 QVariant Campo::Value(std::source_location onde) const {
+    // A row read and current, not being edited: what every step of a walk asks, answered at once.
+    if (R->Onde == Registros::Lugar::Na_Linha && R->Linha_Lida && !R->Linha_Adiada && R->Aberto_ &&
+        !R->Estático && !R->Começo_Pendente && R->Modo == Registros::Modo_Edição::Nenhum &&
+        R->Pendentes.isEmpty() && Posição >= 0 && Posição < R->Linha.size())
+        return R->Linha.at(Posição);
     if (!R->Aberto_) {
         Falha(3704, "A operação não é permitida quando o objeto está fechado.", onde);
         return {};
@@ -163,6 +169,147 @@ QVector<QVariant> Campos_Lidos(const Estrutura_Tabela& estrutura, Comando_Banco*
         }
     }
     return campos;
+}
+
+// A row of a page is kept packed in one block, as the store gave it, and becomes values only when a step
+// makes it current: a page then costs one block per row, not a value per field, and a row left behind
+// frees one block. Each field is a mark, then an integer or a real in 8 bytes, or a text as its length
+// and its bytes; the field's type says what the store is asked for, as Campos_Lidos does.
+enum Marca_Bruto : char { Bruto_Nulo, Bruto_Inteiro, Bruto_Real, Bruto_Texto };
+
+// After the fields come the `chaves` values of the order, from column 1, marked by what the store gave, so
+// that Chave_Do_Bruto gives them back as Valor_Chave reads them.
+QByteArray Campos_Brutos(const Estrutura_Tabela& estrutura, Comando_Banco* comando, int primeira,
+                         int chaves) {
+    // Written through a pointer into a block that grows only for long texts.
+    QByteArray bruto(256, Qt::Uninitialized);
+    char* início = bruto.data();
+    qsizetype usado = 0;
+    const auto garante = [&](qsizetype mais) {
+        if (usado + mais <= bruto.size()) return;
+        bruto.resize(std::max(2 * bruto.size(), usado + mais));
+        início = bruto.data();
+    };
+    QByteArray apoio;
+    const int campos = static_cast<int>(estrutura.Campos.size());
+    for (int i = 0; i < campos + chaves; ++i) {
+        const int coluna = i < campos ? primeira + i : 1 + i - campos;
+        garante(1 + 8);
+        const Tipo_Valor tipo = comando->Tipo(coluna);
+        if (tipo == Tipo_Valor::Nulo) {
+            início[usado++] = Bruto_Nulo;
+            continue;
+        }
+        // A field is asked for as its type says; a value of the order as the store gave it.
+        int como = Tipo_Texto;
+        if (i < campos)
+            como = estrutura.Campos[i].Tipo;
+        else if (tipo == Tipo_Valor::Inteiro)
+            como = Tipo_Long;
+        else if (tipo == Tipo_Valor::Real)
+            como = Tipo_Double;
+        switch (como) {
+            case Tipo_Long:
+            case Tipo_Boolean: {
+                const qint64 valor = comando->Inteiro(coluna);
+                início[usado++] = Bruto_Inteiro;
+                std::memcpy(início + usado, &valor, sizeof valor);
+                usado += sizeof valor;
+                break;
+            }
+            case Tipo_Double: {
+                const double valor = comando->Real(coluna);
+                início[usado++] = Bruto_Real;
+                std::memcpy(início + usado, &valor, sizeof valor);
+                usado += sizeof valor;
+                break;
+            }
+            default: {
+                const QByteArrayView texto = comando->Vista_Bytes(coluna, apoio);
+                const auto tamanho = static_cast<quint32>(texto.size());
+                garante(1 + sizeof tamanho + texto.size());
+                início[usado++] = Bruto_Texto;
+                std::memcpy(início + usado, &tamanho, sizeof tamanho);
+                usado += sizeof tamanho;
+                if (tamanho > 0) std::memcpy(início + usado, texto.data(), tamanho);
+                usado += tamanho;
+            }
+        }
+    }
+    bruto.truncate(usado);
+    return bruto;
+}
+
+// The values of a packed row, the same that Campos_Lidos gives of the statement that read it.
+QVector<QVariant> Campos_Do_Bruto(const Estrutura_Tabela& estrutura, const QByteArray& bruto) {
+    const int campos = static_cast<int>(estrutura.Campos.size());
+    QVector<QVariant> valores;
+    valores.reserve(campos);
+    const char* p = bruto.constData();
+    for (int i = 0; i < campos; ++i) {
+        const char marca = *p++;
+        const int tipo = estrutura.Campos[i].Tipo;
+        if (marca == Bruto_Nulo) {
+            valores.emplaceBack();
+        } else if (marca == Bruto_Texto) {
+            quint32 tamanho = 0;
+            std::memcpy(&tamanho, p, sizeof tamanho);
+            p += sizeof tamanho;
+            const QString texto = QString::fromUtf8(p, static_cast<qsizetype>(tamanho));
+            p += tamanho;
+            if (tipo == Tipo_Data)
+                valores.emplaceBack(Data_Do_Banco(texto));
+            else
+                valores.emplaceBack(texto);
+        } else if (marca == Bruto_Real) {
+            double valor = 0;
+            std::memcpy(&valor, p, sizeof valor);
+            p += sizeof valor;
+            valores.emplaceBack(valor);
+        } else {
+            qint64 valor = 0;
+            std::memcpy(&valor, p, sizeof valor);
+            p += sizeof valor;
+            if (tipo == Tipo_Boolean)
+                valores.emplaceBack(valor != 0);
+            else
+                valores.emplaceBack(static_cast<int>(valor));
+        }
+    }
+    return valores;
+}
+
+// The values of the order packed after the fields of a row, as Valor_Chave gives them.
+QVariantList Chave_Do_Bruto(const Estrutura_Tabela& estrutura, const QByteArray& bruto, int chaves) {
+    QVariantList chave;
+    chave.reserve(chaves);
+    const char* p = bruto.constData();
+    for (int i = 0; i < estrutura.Campos.size() + chaves; ++i) {
+        const char marca = *p++;
+        QVariant valor;
+        if (marca == Bruto_Texto) {
+            quint32 tamanho = 0;
+            std::memcpy(&tamanho, p, sizeof tamanho);
+            p += sizeof tamanho;
+            if (i >= estrutura.Campos.size()) valor = QByteArray(p, static_cast<qsizetype>(tamanho));
+            p += tamanho;
+        } else if (marca == Bruto_Inteiro || marca == Bruto_Real) {
+            if (i >= estrutura.Campos.size()) {
+                if (marca == Bruto_Inteiro) {
+                    qint64 número = 0;
+                    std::memcpy(&número, p, sizeof número);
+                    valor = número;
+                } else {
+                    double número = 0;
+                    std::memcpy(&número, p, sizeof número);
+                    valor = número;
+                }
+            }
+            p += 8;
+        }
+        if (i >= estrutura.Campos.size()) chave << valor;
+    }
+    return chave;
 }
 
 // A value of the order as read, kept as the store gave it so that it binds back unchanged.
@@ -438,14 +585,19 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
         while ((r = comando->Passo()) == Linha_Pronta) {
             Entrada entrada;
             entrada.Id = comando->Inteiro(0);
-            entrada.Chave.reserve(Ordem.size());
-            for (int i = 0; i < Ordem.size(); ++i) entrada.Chave << Valor_Chave(comando, i + 1);
+            // A row read whole keeps its values of the order in its block, read back only for the row
+            // that a next page starts from.
+            if (!com_valores) {
+                entrada.Chave.reserve(Ordem.size());
+                for (int i = 0; i < Ordem.size(); ++i) entrada.Chave << Valor_Chave(comando, i + 1);
+            }
             if (com_limite) {
                 Limite_Id = comando->Inteiro(primeira + (Ordem_Servida ? colunas : 0));
                 Limite_Na_Página = false;
             }
             if (com_valores) {
-                entrada.Valores = Campos_Lidos(*Estrutura, comando, primeira);
+                entrada.Bruto = Campos_Brutos(*Estrutura, comando, primeira, static_cast<int>(Ordem.size()));
+                entrada.Chave_No_Bruto = true;
                 if (com_carimbo) entrada.Carimbo = carimbo;
                 entrada.Página = Página_Aberta;
             }
@@ -545,21 +697,26 @@ bool Registros::Passo(bool adiante, std::source_location onde) {
     if (próxima < 0 || próxima >= Janela.size()) {
         Entrada de = adiante ? Janela.last() : Janela.first();
         if (de.Chave_Adiada) Entrada_Da_Linha(de.Id, false, de, onde);
+        if (de.Chave_No_Bruto)
+            de.Chave = Chave_Do_Bruto(*Estrutura, de.Bruto, static_cast<int>(Ordem.size()));
         QVector<Entrada> página = Busca_Página(&de, adiante, página_cheia, onde);
         if (página.isEmpty()) return false;
+        // The window is made anew in one block of the size it needs: trimming one end and growing the
+        // other in place would move or reallocate the whole window for each row of the page.
+        const qsizetype sobra =
+            std::max<qsizetype>(0, Janela.size() + página.size() - static_cast<qsizetype>(máximo_janela));
+        QVector<Entrada> nova;
+        nova.reserve(Janela.size() + página.size() - sobra);
         if (adiante) {
-            for (Entrada& entrada : página) Janela.append(std::move(entrada));
-            if (const int sobra = static_cast<int>(Janela.size()) - máximo_janela; sobra > 0) {
-                Janela.remove(0, sobra);
-                próxima -= sobra;
-            }
+            for (qsizetype i = sobra; i < Janela.size(); ++i) nova.append(std::move(Janela[i]));
+            for (Entrada& entrada : página) nova.append(std::move(entrada));
+            próxima -= static_cast<int>(sobra);
         } else {
-            std::reverse(página.begin(), página.end());
-            Janela = página + Janela;
+            for (qsizetype i = página.size() - 1; i >= 0; --i) nova.append(std::move(página[i]));
+            for (qsizetype i = 0; i < Janela.size() - sobra; ++i) nova.append(std::move(Janela[i]));
             próxima += static_cast<int>(página.size());
-            if (const int sobra = static_cast<int>(Janela.size()) - máximo_janela; sobra > 0)
-                Janela.remove(máximo_janela, sobra);
         }
+        Janela = std::move(nova);
     }
     Atual = próxima;
     return true;
@@ -603,12 +760,12 @@ void Registros::Começa(bool do_início, std::source_location onde) {
 }
 
 bool Registros::Linha_Da_Página(const Entrada& entrada) {
-    if (entrada.Valores.isEmpty()) return false;
+    if (!entrada.Lida()) return false;
     Carimbo_Dados agora;
     if (!(Página_Aberta != 0 && entrada.Página == Página_Aberta) &&
         (!Sessão_->Carimbo(agora) || !(agora == entrada.Carimbo)))
         return false;
-    Linha = entrada.Valores;
+    Linha = entrada.Valores.isEmpty() ? Campos_Do_Bruto(*Estrutura, entrada.Bruto) : entrada.Valores;
     return true;
 }
 
@@ -622,7 +779,7 @@ bool Registros::Lê_Linhas_Da_Página(bool adiante) {
     QString marcas;
     for (int i = Atual; i >= 0 && i < Janela.size() && ids.size() < Linhas_Página; i += adiante ? 1 : -1) {
         const Entrada& entrada = Janela[i];
-        if (entrada.Excluída || (!entrada.Valores.isEmpty() && entrada.Página == Página_Aberta)) continue;
+        if (entrada.Excluída || (entrada.Lida() && entrada.Página == Página_Aberta)) continue;
         posições.insert(entrada.Id, i);
         ids << entrada.Id;
         marcas += marcas.isEmpty() ? "?" : ", ?";
@@ -637,7 +794,8 @@ bool Registros::Lê_Linhas_Da_Página(bool adiante) {
     for (int n = 0; n < ids.size(); ++n) comando->Liga_Inteiro(n + 1, ids[n]);
     while (comando->Passo() == Linha_Pronta) {
         Entrada& entrada = Janela[posições.value(comando->Inteiro(0))];
-        entrada.Valores = Campos_Lidos(*Estrutura, comando, 1);
+        entrada.Valores =
+            Campos_Lidos(*Estrutura, comando, 1);  // taken before the block, which may hold its order
         entrada.Página = Página_Aberta;
     }
     comando->Reinicia();

@@ -144,9 +144,12 @@ class Registros {
     struct Entrada {
         qint64 Id = 0;
         QVariantList Chave;
-        bool Excluída = false;      // deleted through this slot
-        bool Chave_Adiada = false;  // a row just added: its order values are read when a step needs them
-        QVector<QVariant> Valores;  // the row as its page read it, good while the file's mark is unchanged
+        bool Excluída = false;        // deleted through this slot
+        bool Chave_Adiada = false;    // a row just added: its order values are read when a step needs them
+        QVector<QVariant> Valores;    // the row as its page read it, good while the file's mark is unchanged
+        QByteArray Bruto;             // or the same row packed as the store gave it, made values when current
+        bool Chave_No_Bruto = false;  // Chave is packed after the fields of Bruto
+        bool Lida() const { return !Valores.isEmpty() || !Bruto.isEmpty(); }
         Carimbo_Dados Carimbo;
         quint32 Página = 0;  // read for the open page of that number (Página_Aberta), or 0
     };

@@ -128,6 +128,10 @@ class Comando_SQLite final : public Comando_Banco {
         return QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(C, i)),
                                  sqlite3_column_bytes(C, i));
     }
+    QByteArrayView Vista_Bytes(int i, QByteArray&) const override {
+        const char* texto = reinterpret_cast<const char*>(sqlite3_column_text(C, i));
+        return QByteArrayView(texto, sqlite3_column_bytes(C, i));
+    }
 
   private:
     sqlite3_stmt* C;

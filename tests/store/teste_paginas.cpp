@@ -570,3 +570,75 @@ TEST_F(Páginas_Teste, APageReadAtOnceShowsWhatTheWalkRowByRowShows) {
     EXPECT_EQ(segunda.toStdString(), antes[1].toStdString());
     EXPECT_EQ(Padrão(depois.mid(0, esperadas.size())), Padrão(esperadas));
 }
+
+// Rows that a step takes from the page that read them give the same values, of the same types, as the
+// same rows read on their own: Nulls, texts with accents, empty and longer than a page's usual row,
+// integers at both ends of their range, reals, booleans and dates; walking both ways across pages.
+TEST_F(Páginas_Teste, RowsTakenFromTheirPageHoldTheValuesOfEveryKindOfFieldAsReadOnTheirOwn) {
+    Catálogo::Cria_Tabela(Conexão, "tblTipos",
+                          {{"Código", Tipo_Long, 0, true},
+                           {"Nome", Tipo_Texto, 50, false, true},
+                           {"Nota", Tipo_Memo, 0, false, true},
+                           {"Valor", Tipo_Double},
+                           {"Marca", Tipo_Boolean},
+                           {"Dia", Tipo_Data},
+                           {"Número", Tipo_Long}});
+    Catálogo::Adiciona_Índice(Conexão, "tblTipos", {"idxCódigo", Tipo_Índice::Primário, {"Código"}});
+    constexpr int Quantas = 300;
+    Inicia_Transação();
+    Abre_Tabela_Terciária("tblTipos");
+    for (int i = 0; i < Quantas; ++i) {
+        Tabela_Terciária.AddNew();
+        // Each field is Null in a row of its own rhythm.
+        if (i % 7 != 1)
+            Tabela_Terciária.Fields("Nome").Set_Value(i % 11 == 0 ? "" : "Ação nº " + QString::number(i));
+        if (i % 5 != 2) Tabela_Terciária.Fields("Nota").Set_Value(QString("Observação ç ").repeated(i % 40));
+        if (i % 6 != 3) Tabela_Terciária.Fields("Valor").Set_Value(i * 1.25 - 100);
+        if (i % 4 != 0) Tabela_Terciária.Fields("Marca").Set_Value(i % 3 == 0);
+        if (i % 9 != 4)
+            Tabela_Terciária.Fields("Dia").Set_Value(
+                QDateTime(QDate(2021, 1 + i % 12, 1 + i % 28), QTime(i % 24, i % 60, (i * 7) % 60)));
+        if (i % 8 != 5)
+            Tabela_Terciária.Fields("Número").Set_Value(i % 2 ? qint64(INT32_MAX) - i
+                                                              : qint64(INT32_MIN) + i);
+        Tabela_Terciária.Update();
+    }
+    Finaliza_Transação();
+
+    // Each row as the walk shows it, then the same row sought on its own in another slot.
+    Abre_Tabela_Secundária("tblTipos");
+    Tabela_Secundária.Set_Index("idxCódigo");
+    const auto confere = [](const char* sentido) {
+        SCOPED_TRACE(sentido);
+        const int código = Tabela.Fields("Código").Value().toInt();
+        Tabela_Secundária.Seek(código);
+        ASSERT_FALSE(Tabela_Secundária.Eof());
+        for (int c = 0; c < Tabela.Fields_Count(); ++c) {
+            SCOPED_TRACE(Tabela.Fields(c).Name().toStdString() + " da linha " + std::to_string(código));
+            const QVariant na_caminhada = Tabela.Fields(c).Value();
+            const QVariant sozinha = Tabela_Secundária.Fields(c).Value();
+            EXPECT_EQ(na_caminhada.typeId(), sozinha.typeId());
+            EXPECT_EQ(na_caminhada.isNull(), sozinha.isNull());
+            EXPECT_TRUE(na_caminhada == sozinha)
+                << na_caminhada.toString().toStdString() << " / " << sozinha.toString().toStdString();
+        }
+    };
+    Abre_Tabela("tblTipos");
+    Tabela.Set_Index("idxCódigo");
+    int vistas = 0;
+    for (Tabela.MoveFirst(); !Tabela.Eof(); Tabela.MoveNext(), ++vistas) confere("adiante");
+    EXPECT_EQ(vistas, Quantas);
+    vistas = 0;
+    for (Tabela.MoveLast(); !Tabela.Bof(); Tabela.MovePrevious(), ++vistas) confere("para trás");
+    EXPECT_EQ(vistas, Quantas);
+
+    // A few values checked against what was written, so that both reads cannot be wrong alike.
+    Tabela_Secundária.Seek(11);  // the 11th row written, i = 10
+    EXPECT_EQ(Tabela_Secundária.Fields("Nome").Value().toString().toStdString(), "Ação nº 10");
+    EXPECT_EQ(Tabela_Secundária.Fields("Nota").Value().toString(), QString("Observação ç ").repeated(10));
+    EXPECT_DOUBLE_EQ(Tabela_Secundária.Fields("Valor").Value().toDouble(), -87.5);
+    EXPECT_EQ(Tabela_Secundária.Fields("Marca").Value().typeId(), QMetaType::Bool);
+    EXPECT_EQ(Tabela_Secundária.Fields("Dia").Value().toDateTime(),
+              QDateTime(QDate(2021, 11, 11), QTime(10, 10, 10)));
+    EXPECT_EQ(Tabela_Secundária.Fields("Número").Value().toLongLong(), qint64(INT32_MIN) + 10);
+}
