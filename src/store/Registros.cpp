@@ -1381,7 +1381,10 @@ Registros::Caminhada Registros::Caminhada_Atual() const {
     if (caminhada.Na_Linha) {
         const Entrada& atual = Janela[Atual];
         caminhada.Id = atual.Id;
-        caminhada.Chave = atual.Chave;
+        // A row taken from its page keeps its values of the order packed in its block.
+        caminhada.Chave = atual.Chave_No_Bruto
+                              ? Chave_Do_Bruto(*Estrutura, atual.Bruto, static_cast<int>(Ordem.size()))
+                              : atual.Chave;
         caminhada.Chave_Conhecida = !atual.Chave_Adiada;
     }
     return caminhada;
