@@ -8,38 +8,6 @@
 #include "store/Comando_Banco.h"
 #include "store/Tradutor_SQL.h"
 
-namespace {
-// An order value as read, kept as the store gave it so that it binds back unchanged.
-QVariant Chave_Lida(Comando_Banco* comando, int coluna) {
-    switch (comando->Tipo(coluna)) {
-        case Tipo_Valor::Nulo:
-            return {};
-        case Tipo_Valor::Inteiro:
-            return QVariant(static_cast<qint64>(comando->Inteiro(coluna)));
-        case Tipo_Valor::Real:
-            return comando->Real(coluna);
-        default:
-            return comando->Bytes(coluna);
-    }
-}
-
-void Liga_Chave(Comando_Banco* comando, int posição, const QVariant& valor) {
-    switch (valor.typeId()) {
-        case QMetaType::QByteArray:
-            comando->Liga_Texto(posição, valor.toByteArray());
-            break;
-        case QMetaType::LongLong:
-            comando->Liga_Inteiro(posição, valor.toLongLong());
-            break;
-        case QMetaType::Double:
-            comando->Liga_Real(posição, valor.toDouble());
-            break;
-        default:
-            comando->Liga_Texto(posição, valor.toString().toUtf8());
-    }
-}
-}  // namespace
-
 int Leitura_Sequencial::Linhas_Por_Página(bool servidor, bool ordem_servida) {
     // An order no index serves sorts the rest of the source for every page: fewer, larger pages.
     if (!ordem_servida) return 4096;
@@ -84,7 +52,7 @@ Leitura_Sequencial::Leitura_Sequencial(Registros& registros, const QStringList& 
         const int r = comando->Passo();
         C.Chave.clear();
         if (r == Linha_Pronta)
-            for (int i = 0; i < C.Termos.size(); ++i) C.Chave << Chave_Lida(comando, i + 1);
+            for (int i = 0; i < C.Termos.size(); ++i) C.Chave << Valor_Chave(comando, i + 1);
         comando->Reinicia();
         if (r != Linha_Pronta) return;
     }
@@ -157,7 +125,7 @@ bool Leitura_Sequencial::Lê_Página() {
             if (Ids.size() == Por_Página) {
                 última_chave.clear();
                 for (int i = 0; i < C.Termos.size(); ++i)
-                    última_chave << Chave_Lida(comando, primeira_chave + i);
+                    última_chave << Valor_Chave(comando, primeira_chave + i);
             }
         }
         comando->Reinicia();

@@ -312,7 +312,8 @@ QVariantList Chave_Do_Bruto(const Estrutura_Tabela& estrutura, const QByteArray&
     return chave;
 }
 
-// A value of the order as read, kept as the store gave it so that it binds back unchanged.
+}  // namespace
+
 QVariant Valor_Chave(Comando_Banco* comando, int coluna) {
     switch (comando->Tipo(coluna)) {
         case Tipo_Valor::Nulo:
@@ -334,6 +335,8 @@ void Liga_Chave(Comando_Banco* comando, int posição, const QVariant& valor) {
         Liga_Valor(comando, posição, valor);
     }
 }
+
+namespace {
 
 // The end of a walk's source: the rows there when its keyset was taken.
 const QString Até_O_Limite = "+rowid <= ?";

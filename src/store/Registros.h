@@ -16,6 +16,11 @@
 #include "store/Sessão.h"
 
 class Comando_Banco;
+
+// A value of a walk's order as a statement read it, kept as the store gave it so that it binds back
+// unchanged as the start of the next page.
+QVariant Valor_Chave(Comando_Banco* comando, int coluna);
+void Liga_Chave(Comando_Banco* comando, int posição, const QVariant& valor);
 class Ligação;
 class Registros;
 

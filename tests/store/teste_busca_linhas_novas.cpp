@@ -1,8 +1,6 @@
 // A seek finds the rows that another running copy added after the slot took its keyset, as a table read
 // directly does, on the embedded engine and on the server alike; the walk then goes on from there.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "store/Funções_Banco.h"
 #include "support/Pasta_Teste.h"
@@ -10,17 +8,6 @@
 #include "support/Servidor_Teste.h"
 
 namespace {
-// Another running copy of the program: a process of its own runs the statements and ends.
-void Outro_Processo(const QStringList& comandos) {
-    std::fflush(nullptr);
-    const pid_t filho = fork();
-    if (filho == 0) _exit(Executa_Como_Outra_Estação(comandos) ? 0 : 1);
-    int estado = -1;
-    ASSERT_EQ(waitpid(filho, &estado, 0), filho);
-    ASSERT_TRUE(WIFEXITED(estado));
-    EXPECT_EQ(WEXITSTATUS(estado), 0);
-}
-
 QString Inclusão(const QString& pergunta, const QString& tipo) {
     return "INSERT INTO tblPergunta (Pergunta, Resposta_Correta, Tipo, Já_Comparada) VALUES ('" + pergunta +
            "', 'x', '" + tipo + "', false)";
@@ -38,7 +25,8 @@ class Busca_Linhas_Novas_Teste : public ::testing::Test {
     Plataforma_Roteirizada Plataforma;
     void SetUp() override {
         Cria_Bancos_De_Teste();
-        Outro_Processo({Inclusão("P1", "A"), Inclusão("P2", "B"), Inclusão("P3", "A")});
+        ASSERT_TRUE(
+            Executa_Em_Outro_Processo({Inclusão("P1", "A"), Inclusão("P2", "B"), Inclusão("P3", "A")}));
     }
 };
 }  // namespace
@@ -48,7 +36,7 @@ TEST_F(Busca_Linhas_Novas_Teste, ASeekFindsARowAddedByAnotherCopyAndTheWalkGoesO
     Tabela.Set_Index("idxCódigo_Pergunta");
     Tabela.MoveFirst();
     ASSERT_EQ(Tabela.RecordCount(), 3);
-    Outro_Processo({Inclusão("P4", "B"), Inclusão("P5", "A")});
+    ASSERT_TRUE(Executa_Em_Outro_Processo({Inclusão("P4", "B"), Inclusão("P5", "A")}));
 
     // The walk keeps the keyset as it was taken...
     Tabela.MoveLast();
@@ -81,7 +69,7 @@ TEST_F(Busca_Linhas_Novas_Teste, ASeekOnASelectionFindsOnlyNewRowsThatBelongToIt
     Tabela.Set_Index("idxCódigo_Pergunta");
     Tabela.MoveFirst();
     ASSERT_EQ(Tabela.RecordCount(), 1);
-    Outro_Processo({Inclusão("P4", "A"), Inclusão("P5", "B")});
+    ASSERT_TRUE(Executa_Em_Outro_Processo({Inclusão("P4", "A"), Inclusão("P5", "B")}));
     Tabela.Seek(4);
     EXPECT_TRUE(Tabela.Eof());
     Tabela.Seek(5);

@@ -3,8 +3,6 @@
 // pages, a source's criterion and its own descending order, after a seek, and while another workstation
 // writes to the table.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <QSet>
 
@@ -21,16 +19,6 @@ namespace {
 constexpr int Linhas = 300;
 // Small pages, so that the reading crosses many of them and many cut a run of equal keys.
 constexpr int Página = 7;
-
-void Outro_Processo(const QStringList& comandos) {
-    std::fflush(nullptr);
-    const pid_t filho = fork();
-    if (filho == 0) _exit(Executa_Como_Outra_Estação(comandos) ? 0 : 1);
-    int estado = -1;
-    ASSERT_EQ(waitpid(filho, &estado, 0), filho);
-    ASSERT_TRUE(WIFEXITED(estado));
-    EXPECT_EQ(WEXITSTATUS(estado), 0);
-}
 
 // A row as "code/type/question", "-" for a Null type.
 QString Marca(const QVariant& código, const QVariant& tipo, const QVariant& pergunta) {
@@ -161,10 +149,11 @@ TEST_F(Leitura_Sequencial_Teste, RowsAnotherWorkstationDeletesOrChangesAheadAreS
     QStringList vistas;
     for (int i = 0; i < 10 && leitura.Próxima(); ++i) vistas << leitura.Valor(0).toString();
     // Pages ahead of the reading: a row deleted, one changed, one added (after every other row).
-    Outro_Processo({"DELETE FROM tblPergunta WHERE Código_Pergunta IN (50, 51)",
-                    "UPDATE tblPergunta SET Tipo = 'M' WHERE Código_Pergunta = 80",
-                    "INSERT INTO tblPergunta (Pergunta, Resposta_Correta, Tipo, Já_Comparada) "
-                    "VALUES ('Nova', 'x', 'A', false)"});
+    ASSERT_TRUE(
+        Executa_Em_Outro_Processo({"DELETE FROM tblPergunta WHERE Código_Pergunta IN (50, 51)",
+                                   "UPDATE tblPergunta SET Tipo = 'M' WHERE Código_Pergunta = 80",
+                                   "INSERT INTO tblPergunta (Pergunta, Resposta_Correta, Tipo, Já_Comparada) "
+                                   "VALUES ('Nova', 'x', 'A', false)"}));
     QString tipo_80;
     while (leitura.Próxima()) {
         vistas << leitura.Valor(0).toString();
@@ -185,8 +174,9 @@ TEST_F(Leitura_Sequencial_Teste, OnAFileRowsOfThePageAlreadyReadAreReadAgainAfte
     ASSERT_TRUE(leitura.Próxima());
     ASSERT_TRUE(leitura.Próxima());
     // Rows of the page already read, not yet given: gone ones are skipped, changed ones come changed.
-    Outro_Processo({"DELETE FROM tblPergunta WHERE Código_Pergunta IN (3, 5)",
-                    "UPDATE tblPergunta SET Pergunta = 'Outra' WHERE Código_Pergunta = 4"});
+    ASSERT_TRUE(
+        Executa_Em_Outro_Processo({"DELETE FROM tblPergunta WHERE Código_Pergunta IN (3, 5)",
+                                   "UPDATE tblPergunta SET Pergunta = 'Outra' WHERE Código_Pergunta = 4"}));
     QStringList vistas;
     while (leitura.Próxima()) vistas << Marca(leitura.Valor(0), QVariant("x"), leitura.Valor(2));
     ASSERT_GE(vistas.size(), 3);

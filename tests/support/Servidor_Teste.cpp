@@ -19,6 +19,7 @@
 #include <pwd.h>
 #include <signal.h>
 #include <sys/socket.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -195,6 +196,14 @@ bool Executa_Como_Outra_Estação(const QStringList& comandos) {
         ok = ok && sqlite3_exec(banco, c.toUtf8().constData(), nullptr, nullptr, nullptr) == SQLITE_OK;
     sqlite3_close(banco);
     return ok;
+}
+
+bool Executa_Em_Outro_Processo(const QStringList& comandos) {
+    std::fflush(nullptr);
+    const pid_t filho = fork();
+    if (filho == 0) _exit(Executa_Como_Outra_Estação(comandos) ? 0 : 1);
+    int estado = -1;
+    return waitpid(filho, &estado, 0) == filho && WIFEXITED(estado) && WEXITSTATUS(estado) == 0;
 }
 
 QVector<QStringList> Consulta_Como_Outra_Estação(const QString& caminho, const QString& sql, bool* ok) {

@@ -41,6 +41,8 @@ class Servidor_Teste {
 // Runs statements (the embedded engine's dialect) on Dados.Mdb as another workstation: a connection of its
 // own, on whichever engine the installation uses. False at the first refusal.
 bool Executa_Como_Outra_Estação(const QStringList& comandos);
+// The same from another running copy of the program: a process of its own runs them and ends.
+bool Executa_Em_Outro_Processo(const QStringList& comandos);
 
 // The rows of a query (the embedded engine's dialect) on one of the installation's databases, read as
 // another workstation would: a connection of its own, on whichever engine the installation uses. Each
