@@ -6,6 +6,7 @@
 
 #include "failure/Rotina.h"
 #include "store/Comando_Banco.h"
+#include "store/Continuação_Chave.h"
 #include "store/Tradutor_SQL.h"
 
 int Leitura_Sequencial::Linhas_Por_Página(bool servidor, bool ordem_servida) {
@@ -135,35 +136,9 @@ bool Leitura_Sequencial::Lê_Página() {
             Falhou(falha);
         }
     };
-    const int termos_ordem = static_cast<int>(C.Termos.size());
-    for (int k = termos_ordem; k >= 0; --k) {
-        QString prefixo;
-        QVariantList valores;
-        for (int i = 0; i < k; ++i) {
-            if (De_Chave[i].isValid()) {
-                prefixo += " AND " + C.Termos[i] + " = ?";
-                valores << De_Chave[i];
-            } else {
-                prefixo += " AND " + C.Termos[i] + " IS NULL";
-            }
-        }
-        if (k == termos_ordem) {
-            roda(prefixo + " AND rowid > ?", valores + QVariantList{De_Id});
-            continue;
-        }
-        const QString& termo = C.Termos[k];
-        const QVariant& valor = De_Chave[k];
-        // Nulls stand first in an ascending order and last in a descending one.
-        if (!C.Descendentes[k]) {
-            if (valor.isValid())
-                roda(prefixo + " AND " + termo + " > ?", valores + QVariantList{valor});
-            else
-                roda(prefixo + " AND " + termo + " IS NOT NULL", valores);
-        } else if (valor.isValid()) {
-            roda(prefixo + " AND " + termo + " < ?", valores + QVariantList{valor});
-            roda(prefixo + " AND " + termo + " IS NULL", valores);
-        }
-    }
+    QVector<bool> para_maiores;
+    for (const bool descendente : C.Descendentes) para_maiores << !descendente;
+    Continua_Depois_Da_Chave(C.Termos, para_maiores, De_Chave, De_Id, true, roda);
     if (falhou) return false;
     Sumidas.fill(false, Ids.size());
     // A page that came short holds the source's last rows.

@@ -1,5 +1,7 @@
 #include "store/Registros.h"
 
+#include "store/Continuação_Chave.h"
+
 #include <QDateTime>
 #include <QRegularExpression>
 #include <cmath>
@@ -616,37 +618,13 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
     if (de == nullptr) {
         roda(QString(), {});
     } else {
-        for (int k = Ordem.size(); k >= 0; --k) {
-            QString prefixo;
-            QVariantList valores;
-            for (int i = 0; i < k; ++i) {
-                if (de->Chave[i].isValid()) {
-                    prefixo += " AND " + Ordem[i].Expressão + " = ?";
-                    valores << de->Chave[i];
-                } else {
-                    prefixo += " AND " + Ordem[i].Expressão + " IS NULL";
-                }
-            }
-            if (k == Ordem.size()) {
-                roda(prefixo + (adiante ? " AND rowid > ?" : " AND rowid < ?"),
-                     valores + QVariantList{de->Id});
-                continue;
-            }
-            const QString& termo = Ordem[k].Expressão;
-            const QVariant& valor = de->Chave[k];
-            // Nulls stand first in an ascending order: walking towards greater values, every value follows
-            // a Null; walking towards smaller ones, the Nulls come last.
-            const bool para_maiores = Ordem[k].Descendente != adiante;
-            if (para_maiores) {
-                if (valor.isValid())
-                    roda(prefixo + " AND " + termo + " > ?", valores + QVariantList{valor});
-                else
-                    roda(prefixo + " AND " + termo + " IS NOT NULL", valores);
-            } else if (valor.isValid()) {
-                roda(prefixo + " AND " + termo + " < ?", valores + QVariantList{valor});
-                roda(prefixo + " AND " + termo + " IS NULL", valores);
-            }
+        QStringList termos;
+        QVector<bool> para_maiores;
+        for (const Termo_Ordem& termo : Ordem) {
+            termos << termo.Expressão;
+            para_maiores << (termo.Descendente != adiante);
         }
+        Continua_Depois_Da_Chave(termos, para_maiores, de->Chave, de->Id, adiante, roda);
     }
     if (falhou) {
         Close();
@@ -1391,4 +1369,37 @@ Registros::Caminhada Registros::Caminhada_Atual() const {
         caminhada.Chave_Conhecida = !atual.Chave_Adiada;
     }
     return caminhada;
+}
+
+void Continua_Depois_Da_Chave(const QStringList& termos, const QVector<bool>& para_maiores,
+                              const QVariantList& chave, qint64 id, bool adiante,
+                              const std::function<void(const QString&, const QVariantList&)>& roda) {
+    const int quantos = static_cast<int>(termos.size());
+    for (int k = quantos; k >= 0; --k) {
+        QString prefixo;
+        QVariantList valores;
+        for (int i = 0; i < k; ++i) {
+            if (chave[i].isValid()) {
+                prefixo += " AND " + termos[i] + " = ?";
+                valores << chave[i];
+            } else {
+                prefixo += " AND " + termos[i] + " IS NULL";
+            }
+        }
+        if (k == quantos) {
+            roda(prefixo + (adiante ? " AND rowid > ?" : " AND rowid < ?"), valores + QVariantList{id});
+            continue;
+        }
+        const QString& termo = termos[k];
+        const QVariant& valor = chave[k];
+        if (para_maiores[k]) {
+            if (valor.isValid())
+                roda(prefixo + " AND " + termo + " > ?", valores + QVariantList{valor});
+            else
+                roda(prefixo + " AND " + termo + " IS NOT NULL", valores);
+        } else if (valor.isValid()) {
+            roda(prefixo + " AND " + termo + " < ?", valores + QVariantList{valor});
+            roda(prefixo + " AND " + termo + " IS NULL", valores);
+        }
+    }
 }
