@@ -142,16 +142,24 @@ bool frmImpressão_Dinâmica::Imprime_Dinâmicas(std::array<int, 5>& Quantidades
     // The walk goes one way from the first row and prints four fields: it reads only those, a page at a
     // time, in the index's order.
     Leitura_Sequencial leitura(Tabela, {"Tipo_Dinâmica", "Dinâmica", "Data_Última_Realização", "Materiais"});
+    // The few codes of the settings, each known once as its bytes come, with the setting they give.
+    QList<QPair<QByteArray, int>> formas_conhecidas;
+    const auto forma_do_código = [&formas_conhecidas](QByteArrayView código) {
+        for (const auto& [bytes, forma] : formas_conhecidas)
+            if (código == bytes) return forma;
+        const int forma = Índice_Tipo_Dinâmica(QString::fromUtf8(código));
+        if (formas_conhecidas.size() < 16) formas_conhecidas.append({código.toByteArray(), forma});
+        return forma;
+    };
     int lidas = 0;
     while (leitura.Próxima()) {
         Barra_de_Progresso(1, total, ++lidas, this);
         Destaca_Impressão(false);
-        const int forma = Índice_Tipo_Dinâmica(leitura.Valor(0).toString());
-        Preenche_Linha_Relatório(1, 50, leitura.Valor(1).toString());
+        const int forma = forma_do_código(leitura.Texto_Utf8(0));
+        Preenche_Linha_Relatório_Utf8(1, 50, leitura.Texto_Utf8(1));
         Preenche_Linha_Relatório(54, 20, Formas[forma]);
-        const QVariant& data = leitura.Valor(2);
-        if (!data.isNull()) Preenche_Linha_Relatório(75, 10, data.toString());
-        Preenche_Linha_Relatório(87, 47, leitura.Valor(3).toString());
+        if (!leitura.Nulo(2)) Preenche_Linha_Relatório(75, 10, leitura.Valor(2).toString());
+        Preenche_Linha_Relatório_Utf8(87, 47, leitura.Texto_Utf8(3));
         Imprime(Linha_Relatório, 0, false);
         ++Quantidades[0];
         ++Quantidades[forma + 1];

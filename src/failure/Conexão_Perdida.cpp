@@ -38,7 +38,7 @@ void Avisa_Conexão_Perdida(const QString& servidor, const QString& detalhe, boo
         if (plataforma.Caixa_Mensagem(texto, Título_Programa, Ícone_Caixa::Exclamação,
                                       Botões_Caixa::Tentar_Sair) == Resposta_Caixa::Cancelar)
             plataforma.Encerra_Agora(1);
-        plataforma.Cursor_Ocupado(Caminho_Programa() + "/Ícones/Processamento.Ico");
+        plataforma.Cursor_Ocupado("Processamento.Ico");
         QElapsedTimer relógio;
         relógio.start();
         QString motivo;

@@ -145,7 +145,7 @@ void frmSorteio::cmdSorteia_Click() {
                                   Botões_Caixa::Ok);
         return;
     }
-    plataforma.Cursor_Ocupado(Caminho_Ícone("Processamento.Ico"));
+    plataforma.Cursor_Ocupado("Processamento.Ico");
     fraSorteio->hide();
     for (int número : desfecho.Exibidos) {
         nbNúmero_Sorteado->setText(QString::number(número));

@@ -41,7 +41,8 @@ class Plataforma {
     // Called at every row of a long walk: the desktop lets the events through a few hundred times a
     // second at most, which a user cannot tell from every row.
     virtual void Processa_Eventos_Da_Caminhada() { Processa_Eventos(); }
-    virtual void Cursor_Ocupado(const QString& arquivo_ícone) = 0;
+    // A busy cursor with a picture of the program's "Ícones" folder, named by its file ("Impressão.Ico").
+    virtual void Cursor_Ocupado(const QString& ícone) = 0;
     virtual void Cursor_Normal() = 0;
 
     virtual QDateTime Agora() = 0;

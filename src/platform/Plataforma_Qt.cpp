@@ -161,7 +161,7 @@ void Plataforma_Qt::Dorme(int milissegundos) {
 }
 
 void Plataforma_Qt::Processa_Eventos() {
-    Restaura_Cursor();
+    Acerta_Cursor();
     QApplication::processEvents();
     Desde_Os_Eventos.start();
 }
@@ -170,47 +170,63 @@ void Plataforma_Qt::Processa_Eventos_Da_Caminhada() {
     if (!Desde_Os_Eventos.isValid() || Desde_Os_Eventos.elapsed() >= 5) Processa_Eventos();
 }
 
-void Plataforma_Qt::Restaura_Cursor() {
-    if (!Cursor_A_Restaurar) return;
-    Cursor_A_Restaurar = false;
-    QApplication::restoreOverrideCursor();
-    Cursor_Trocado = false;
-}
-
-void Plataforma_Qt::Cursor_Ocupado(const QString& arquivo_ícone) {
-    if (Cursor_Trocado && Cursor_Atual == arquivo_ícone) {
+// The desktop's cursor made as the calls since the events last passed left it: normal again, or the
+// icon asked last.
+void Plataforma_Qt::Acerta_Cursor() {
+    if (Cursor_A_Restaurar) {
         Cursor_A_Restaurar = false;
+        QApplication::restoreOverrideCursor();
+        Cursor_Trocado = false;
         return;
     }
-    Cursor_A_Restaurar = false;
-    auto achado = Cursores.constFind(arquivo_ícone);
-    if (achado == Cursores.constEnd()) {
-        const QPixmap imagem(arquivo_ícone);
-        achado =
-            Cursores.insert(arquivo_ícone, imagem.isNull() ? QCursor(Qt::WaitCursor) : QCursor(imagem, 0, 0));
+    if (Cursor_Trocado && Cursor_Atual != Cursor_Pedido) {
+        QApplication::changeOverrideCursor(Cursor_Do_Ícone(Cursor_Pedido));
+        Cursor_Atual = Cursor_Pedido;
     }
-    if (Cursor_Trocado)
-        QApplication::changeOverrideCursor(*achado);
-    else
-        QApplication::setOverrideCursor(*achado);
+}
+
+void Plataforma_Qt::Pede_Acerto() {
+    if (Acerto_Pedido) return;
+    Acerto_Pedido = true;
+    QMetaObject::invokeMethod(
+        &Contexto_Cursor,
+        [this] {
+            Acerto_Pedido = false;
+            Acerta_Cursor();
+        },
+        Qt::QueuedConnection);
+}
+
+QCursor Plataforma_Qt::Cursor_Do_Ícone(const QString& ícone) {
+    const QString arquivo = Caminho_Programa() + "/Ícones/" + ícone;
+    auto achado = Cursores.constFind(arquivo);
+    if (achado == Cursores.constEnd()) {
+        const QPixmap imagem(arquivo);
+        achado = Cursores.insert(arquivo, imagem.isNull() ? QCursor(Qt::WaitCursor) : QCursor(imagem, 0, 0));
+    }
+    return *achado;
+}
+
+void Plataforma_Qt::Cursor_Ocupado(const QString& ícone) {
+    Cursor_A_Restaurar = false;
+    Cursor_Pedido = ícone;
+    // A walk takes a busy cursor at every row, often two icons in turn (its progress, its printing): while
+    // one is up, the other is put up when the events next pass, which is when the desktop would show it.
+    if (Cursor_Trocado) {
+        if (Cursor_Atual != ícone) Pede_Acerto();
+        return;
+    }
+    QApplication::setOverrideCursor(Cursor_Do_Ícone(ícone));
     Cursor_Trocado = true;
-    Cursor_Atual = arquivo_ícone;
+    Cursor_Atual = ícone;
 }
 
 void Plataforma_Qt::Cursor_Normal() {
     if (!Cursor_Trocado || Cursor_A_Restaurar) return;
-    Cursor_A_Restaurar = true;
     // Put back when the events pass, unless a busy cursor is taken again before. One queued call serves
     // a whole walk, whose every row takes and gives back the cursor.
-    if (Restauração_Pedida) return;
-    Restauração_Pedida = true;
-    QMetaObject::invokeMethod(
-        &Contexto_Cursor,
-        [this] {
-            Restauração_Pedida = false;
-            Restaura_Cursor();
-        },
-        Qt::QueuedConnection);
+    Cursor_A_Restaurar = true;
+    Pede_Acerto();
 }
 
 QDateTime Plataforma_Qt::Agora() {

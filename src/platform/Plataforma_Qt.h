@@ -44,13 +44,16 @@ class Plataforma_Qt : public Plataforma {
     // The normal cursor is put back when the events next pass, not at once: a walk that takes the busy
     // cursor for every row changes the desktop's cursor once, not twice a row.
     bool Cursor_A_Restaurar = false;
-    bool Restauração_Pedida = false;  // a putting back is already queued
-    void Restaura_Cursor();
-    QObject Contexto_Cursor;  // the queued putting back dies with the platform
+    bool Acerto_Pedido = false;  // a making of the cursor is already queued
+    void Acerta_Cursor();
+    void Pede_Acerto();
+    QCursor Cursor_Do_Ícone(const QString& ícone);
+    QObject Contexto_Cursor;  // the queued making dies with the platform
     QElapsedTimer Desde_Os_Eventos;
-    // Long walks ask for the same busy cursor at every row: each picture is made into a cursor once.
+    // Long walks ask for the same busy cursors at every row: each picture is made into a cursor once.
     QHash<QString, QCursor> Cursores;
-    QString Cursor_Atual;
+    QString Cursor_Atual;   // the icon the desktop shows
+    QString Cursor_Pedido;  // the icon asked last
 };
 
 // A box text keeps CR as its line end; Qt wants LF.

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QObject>
+#include <QStringDecoder>
 #include <QVariant>
 #include <algorithm>
 #include <cmath>
@@ -244,6 +245,22 @@ void Preenche_Linha_Relatório(int Coluna, int Tamanho, const QString& Texto) {
     if (início < 0 || início >= Linha_Relatório.size() || Tamanho <= 0) return;
     const qsizetype quantos = std::min<qsizetype>({Tamanho, Texto.size(), Linha_Relatório.size() - início});
     Linha_Relatório.replace(início, quantos, Texto.constData(), quantos);
+}
+
+void Preenche_Linha_Relatório_Utf8(int Coluna, int Tamanho, QByteArrayView Texto_Utf8) {
+    const int início = Coluna - 1;
+    if (início < 0 || início >= Linha_Relatório.size() || Tamanho <= 0) return;
+    // A byte order mark is a character of the text, which the decoder would drop.
+    if (Texto_Utf8.startsWith("\xEF\xBB\xBF"))
+        return Preenche_Linha_Relatório(Coluna, Tamanho, QString::fromUtf8(Texto_Utf8));
+    const qsizetype cabe = std::min<qsizetype>(Tamanho, Linha_Relatório.size() - início);
+    // A character takes at most four bytes and gives at least one unit: the first 4 × cabe bytes hold
+    // every unit that fits, and a sequence they cut in half lands after them.
+    const QByteArrayView bytes = Texto_Utf8.first(std::min<qsizetype>(Texto_Utf8.size(), 4 * cabe));
+    static QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QChar unidades[4 * Tamanho_Linha_Relatório];
+    const qsizetype feitas = utf8.appendToBuffer(unidades, bytes) - unidades;
+    std::copy_n(unidades, std::min(cabe, feitas), Linha_Relatório.data() + início);
 }
 
 void Imprime(const QString& Texto, int Coluna, bool Quebra_Página) {

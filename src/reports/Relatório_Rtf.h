@@ -47,6 +47,8 @@ bool Abre_Arquivo_Rtf(const QString& Nome_Digitado, const std::function<bool()>&
 // Writes Texto over Linha_Relatório from Coluna (1 is the first character), at most Tamanho characters of
 // it: a shorter text leaves the rest of the range as it was, a longer one is cut. The line keeps its length.
 void Preenche_Linha_Relatório(int Coluna, int Tamanho, const QString& Texto);
+// The same with the text in UTF-8, as a walk reads it from the store, made characters straight into the line.
+void Preenche_Linha_Relatório_Utf8(int Coluna, int Tamanho, QByteArrayView Texto_Utf8);
 
 // One body line: Coluna - 1 blanks, the text with its backslashes doubled, "\par" (or "\par \page").
 // Cleans Linha_Relatório afterwards.

@@ -187,7 +187,7 @@ QString Texto_Painel_Citação(const QString& arquivo) {
 void Revelações_de_Deus(bool Abrir) {
     Rotina r(Fonte_Funções_Públicas, "Revelações_de_Deus");
     Plataforma& plataforma = Plataforma_Atual();
-    plataforma.Cursor_Ocupado(Caminho_Ícone("Relógio.Ico"));
+    plataforma.Cursor_Ocupado("Relógio.Ico");
     const int n = QDir(Caminho_Programa() + "/Ajuda").entryList({"Cit_*.Txt"}, QDir::Files).size();
     Semeia_Gerador();
     if (Número_Revelação == 0) Número_Revelação = Sorteia(n) + 1;

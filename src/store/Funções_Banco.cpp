@@ -47,26 +47,7 @@ QString Pasta_Dbase() {
     return Caminho_Dados() + "/Dbase";
 }
 QString Caminho_Ícone(const QString& arquivo) {
-    // Every busy cursor asks for its icon: the last path made is given again while nothing changed.
-    static QString último_programa;
-    static QHash<QString, QString> caminhos;
-    // A walk asks for two icons in turn, row after row (its progress and its printing): those two are
-    // answered without the table.
-    static QString recentes[2][2];
-    const QString programa = Caminho_Programa();
-    if (programa != último_programa) {
-        último_programa = programa;
-        caminhos.clear();
-        for (auto& recente : recentes) recente[0].clear();
-    }
-    for (const auto& recente : recentes)
-        if (!recente[0].isEmpty() && recente[0] == arquivo) return recente[1];
-    auto achado = caminhos.constFind(arquivo);
-    if (achado == caminhos.constEnd()) achado = caminhos.insert(arquivo, programa + "/Ícones/" + arquivo);
-    std::swap(recentes[0], recentes[1]);
-    recentes[0][0] = arquivo;
-    recentes[0][1] = *achado;
-    return *achado;
+    return Caminho_Programa() + "/Ícones/" + arquivo;
 }
 
 QString Conexão_Principal() {
@@ -249,7 +230,7 @@ void Trava(Registros& Tabela_Travar, Ligação& Conexão_Travar, bool Aguarda) {
 void Fechar_Conexão(Ligação& Conexão_Fechar) {
     Rotina r(Fonte_Funções_Públicas, "Fechar_Conexão");
     if (Transação_Aberta()) {
-        Plataforma_Atual().Cursor_Ocupado(Caminho_Ícone("Recuperar Backup.Ico"));
+        Plataforma_Atual().Cursor_Ocupado("Recuperar Backup.Ico");
         Exibe_Mensagem(28);
         Desfaz_Transação();
         Plataforma_Atual().Cursor_Normal();
@@ -491,7 +472,7 @@ void Grava(Registros& Tabela_Gravar, bool Excluir) {
 }
 
 Ponteiro_Ocupado::Ponteiro_Ocupado(const QString& ícone) {
-    Plataforma_Atual().Cursor_Ocupado(Caminho_Ícone(ícone));
+    Plataforma_Atual().Cursor_Ocupado(ícone);
 }
 Ponteiro_Ocupado::~Ponteiro_Ocupado() {
     Plataforma_Atual().Cursor_Normal();

@@ -35,8 +35,10 @@ Leitura_Sequencial::Leitura_Sequencial(Registros& registros, const QStringList& 
     Texto_Relê = "SELECT rowid" + Colunas + " FROM " + Citação(C.Estrutura->Nome) + " WHERE rowid IN (";
     Por_Página =
         linhas_por_página > 0 ? linhas_por_página : Linhas_Por_Página(C.Sessão_->Servidor(), C.Ordem_Servida);
-    Valores.reserve(Por_Página * Quantos_Campos);
+    Lidos.reserve(Por_Página * Quantos_Campos);
     Ids.reserve(Por_Página);
+    Valores_Atuais.resize(Quantos_Campos);
+    Feitos.fill(0, Quantos_Campos);
     if (!C.Na_Linha) return;
     // A row just added here has its place in the order read now.
     if (!C.Chave_Conhecida) {
@@ -67,24 +69,58 @@ Leitura_Sequencial::Leitura_Sequencial(Registros& registros, const QStringList& 
 void Leitura_Sequencial::Falhou(const Falha_Banco& falha) {
     Terminou = true;
     Ids.clear();
-    Valores.clear();
+    Lidos.clear();
     Falha(falha.Número, falha.Descrição, Onde);
 }
 
-QVariant Leitura_Sequencial::Valor_Lido(Comando_Banco* comando, int coluna, int campo) const {
-    if (comando->Tipo(coluna) == Tipo_Valor::Nulo) return {};
+void Leitura_Sequencial::Guarda(Comando_Banco* comando, int coluna, int campo, Lido& lido) {
+    lido = Lido();
+    if (comando->Tipo(coluna) == Tipo_Valor::Nulo) return;
+    lido.Tamanho = 0;
     switch (Tipos[campo]) {
         case Tipo_Long:
-            return static_cast<int>(comando->Inteiro(coluna));
-        case Tipo_Double:
-            return comando->Real(coluna);
         case Tipo_Boolean:
-            return comando->Inteiro(coluna) != 0;
-        case Tipo_Data:
-            return Data_Do_Banco(comando->Texto(coluna));
-        default:
-            return comando->Texto(coluna);
+            lido.Inteiro = comando->Inteiro(coluna);
+            return;
+        case Tipo_Double:
+            lido.Real = comando->Real(coluna);
+            return;
+        default: {
+            QByteArray apoio;
+            const QByteArrayView bytes = comando->Vista_Bytes(coluna, apoio);
+            lido.Início = Bytes_Página.size();
+            lido.Tamanho = bytes.size();
+            Bytes_Página.append(bytes);
+        }
     }
+}
+
+const QVariant& Leitura_Sequencial::Valor(int campo) const {
+    QVariant& valor = Valores_Atuais[campo];
+    if (Feitos[campo]) return valor;
+    Feitos[campo] = 1;
+    const Lido& lido = Lidos[Atual * Quantos_Campos + campo];
+    if (lido.Tamanho < 0) {
+        valor = QVariant();
+        return valor;
+    }
+    switch (Tipos[campo]) {
+        case Tipo_Long:
+            valor = static_cast<int>(lido.Inteiro);
+            break;
+        case Tipo_Double:
+            valor = lido.Real;
+            break;
+        case Tipo_Boolean:
+            valor = lido.Inteiro != 0;
+            break;
+        case Tipo_Data:
+            valor = Data_Do_Banco(QString::fromUtf8(Texto_Utf8(campo)));
+            break;
+        default:
+            valor = QString::fromUtf8(Texto_Utf8(campo));
+    }
+    return valor;
 }
 
 // The page after De_Id/De_Chave. As a slot's page does, each statement starts in the index at the key:
@@ -92,7 +128,8 @@ QVariant Leitura_Sequencial::Valor_Lido(Comando_Banco* comando, int coluna, int 
 // term less, and so on up to the first term.
 bool Leitura_Sequencial::Lê_Página() {
     Ids.clear();
-    Valores.clear();
+    Lidos.resize(0);
+    Bytes_Página.resize(0);
     Sumidas.clear();
     Atual = -1;
     QString ordem;
@@ -122,7 +159,9 @@ bool Leitura_Sequencial::Lê_Página() {
         int r;
         while ((r = comando->Passo()) == Linha_Pronta) {
             Ids << comando->Inteiro(0);
-            for (int i = 0; i < Quantos_Campos; ++i) Valores << Valor_Lido(comando, i + 1, i);
+            Lidos.resize(Lidos.size() + Quantos_Campos);
+            Lido* linha = Lidos.data() + Lidos.size() - Quantos_Campos;
+            for (int i = 0; i < Quantos_Campos; ++i) Guarda(comando, i + 1, i, linha[i]);
             if (Ids.size() == Por_Página) {
                 última_chave.clear();
                 for (int i = 0; i < C.Termos.size(); ++i)
@@ -177,8 +216,7 @@ bool Leitura_Sequencial::Relê_Resto() {
         const int i = posições.value(comando->Inteiro(0), -1);
         if (i < 0) continue;
         achadas.insert(Ids[i], i);
-        for (int c = 0; c < Quantos_Campos; ++c)
-            Valores[i * Quantos_Campos + c] = Valor_Lido(comando, c + 1, c);
+        for (int c = 0; c < Quantos_Campos; ++c) Guarda(comando, c + 1, c, Lidos[i * Quantos_Campos + c]);
     }
     comando->Reinicia();
     if (r != Fim_Comando) {
@@ -205,9 +243,12 @@ bool Leitura_Sequencial::Próxima() {
             Carimbo_Dados agora;
             if (C.Sessão_->Carimbo(agora) && !(agora == Carimbo) && !Relê_Resto()) break;
         }
-        if (!Sumidas[Atual]) return true;
+        if (!Sumidas[Atual]) {
+            Feitos.fill(0);
+            return true;
+        }
     }
     Ids.clear();
-    Valores.clear();
+    Lidos.clear();
     return false;
 }

@@ -33,15 +33,31 @@ class Leitura_Sequencial {
     // which goes to the routine's trap as a slot's failure does.
     bool Próxima();
     // The field asked for in position `campo` of the current row, as the slot's Value gives it.
-    const QVariant& Valor(int campo) const { return Valores[Atual * Quantos_Campos + campo]; }
+    const QVariant& Valor(int campo) const;
+    // A text field of the current row as the store keeps it, in UTF-8, without making a value of it: good
+    // until the next row. Empty for Null.
+    QByteArrayView Texto_Utf8(int campo) const {
+        const Lido& lido = Lidos[Atual * Quantos_Campos + campo];
+        return lido.Tamanho < 0 ? QByteArrayView()
+                                : QByteArrayView(Bytes_Página.constData() + lido.Início, lido.Tamanho);
+    }
+    bool Nulo(int campo) const { return Lidos[Atual * Quantos_Campos + campo].Tamanho < 0; }
 
     // Rows in a page: more on a server, where each page is a round trip.
     static int Linhas_Por_Página(bool servidor, bool ordem_servida);
 
   private:
+    // A field of the page as the statement gave it: its number, or where its bytes are in Bytes_Página.
+    // A page keeps its rows so, and makes values only of the current row's fields asked for.
+    struct Lido {
+        qint64 Inteiro = 0;
+        double Real = 0;
+        qsizetype Início = 0;
+        qsizetype Tamanho = -1;  // -1: Null
+    };
     bool Lê_Página();
     bool Relê_Resto();
-    QVariant Valor_Lido(Comando_Banco* comando, int coluna, int campo) const;
+    void Guarda(Comando_Banco* comando, int coluna, int campo, Lido& lido);
     void Falhou(const Falha_Banco& falha);
 
     Registros::Caminhada C;
@@ -58,9 +74,13 @@ class Leitura_Sequencial {
     QVariantList De_Chave;
     // The page read: ids, the fields row after row, and rows found gone when read again.
     QVector<qint64> Ids;
-    QVector<QVariant> Valores;
+    QVector<Lido> Lidos;
+    QByteArray Bytes_Página;
     QVector<bool> Sumidas;
     int Atual = -1;
+    // The values made of the current row's fields, and which of them are made.
+    mutable QVector<QVariant> Valores_Atuais;
+    mutable QVector<char> Feitos;
     bool Com_Carimbo = false;
     Carimbo_Dados Carimbo;  // the file's mark when the page's values were read
 };

@@ -46,7 +46,7 @@ QString Página_do_Manual(const QString& Tópico) {
 void Ajuda(QWidget* Janela, const QString& Tópico) {
     Rotina r(Fonte_Funções_Públicas, "Ajuda");
     Plataforma& plataforma = Plataforma_Atual();
-    plataforma.Cursor_Ocupado(Caminho_Ícone("Relógio.Ico"));
+    plataforma.Cursor_Ocupado("Relógio.Ico");
     Janela->setWindowTitle("Carregando o manual on-line do sistema que irá tirar suas dúvidas; aguarde...");
     plataforma.Processa_Eventos();
     plataforma.Abre_Com_Aplicativo(Página_do_Manual(Tópico));
@@ -69,7 +69,7 @@ QString Fonte_de_Rede(const QString& caminho, const QString& montagens) {
 
 QString Obter_Formato_UNC(QString& Caminho) {
     Rotina r(Fonte_Funções_Públicas, "Obter_Formato_UNC");
-    Plataforma_Atual().Cursor_Ocupado(Caminho_Ícone("Processamento.Ico"));
+    Plataforma_Atual().Cursor_Ocupado("Processamento.Ico");
     QString fonte;
     if (Caminho.size() >= 2) fonte = Fonte_de_Rede(Caminho, Tabela_De_Montagens());
     Plataforma_Atual().Cursor_Normal();

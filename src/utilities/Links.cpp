@@ -11,7 +11,7 @@
 namespace {
 void Abre_Link(QWidget* janela, const char* rótulo, const QString& aviso, const QString& endereço) {
     Plataforma& plataforma = Plataforma_Atual();
-    plataforma.Cursor_Ocupado(Caminho_Ícone("Relógio.Ico"));
+    plataforma.Cursor_Ocupado("Relógio.Ico");
     if (auto* l = janela->findChild<QLabel*>(rótulo)) l->setText(aviso);
     plataforma.Processa_Eventos();
     plataforma.Abre_Com_Aplicativo(endereço);

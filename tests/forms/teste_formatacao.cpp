@@ -2,11 +2,16 @@
 #include <gtest/gtest.h>
 
 #include <QDialog>
+#include <QDir>
+#include <QFile>
+#include <QGuiApplication>
+#include <QImage>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
 
 #include "forms/Formatação.h"
+#include "platform/Plataforma_Qt.h"
 #include "store/Funções_Banco.h"
 #include "support/Pasta_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
@@ -88,6 +93,55 @@ TEST(Formatacao, AWalkShowsEveryRowOnTheBarAndItsFirstAndLastRowsInTheCaption) {
     Barra_de_Progresso(1, 3000, 2, &outra);
     EXPECT_EQ(sua->value(), 2);
     EXPECT_EQ(barra->value(), 3000);
+}
+
+// The desktop's own cursor under the real platform, as a report's walk takes it: the progress and the
+// printing icons in turn at every row, events let through now and then.
+TEST(Formatacao, AWalksBusyCursorsShowTheLastIconAskedAndLeaveTheDesktopsCursorAsItWas) {
+    Pasta_Teste pasta;
+    QDir().mkpath(pasta.Caminho() + "/Ícones");
+    for (const QString ícone : {"Processamento.Ico", "Impressão.Ico"})
+        ASSERT_TRUE(QFile::copy(QString(QUIZORA_FONTES) + "/resources/Ícones/" + ícone,
+                                pasta.Caminho() + "/Ícones/" + ícone));
+    Plataforma_Qt plataforma({});
+    Plataforma* anterior = Define_Plataforma(&plataforma);
+    const auto imagem_atual = [] {
+        const QCursor* cursor = QGuiApplication::overrideCursor();
+        return cursor != nullptr ? cursor->pixmap().toImage() : QImage();
+    };
+    const auto profundidade = [] {
+        int n = 0;
+        for (; QGuiApplication::overrideCursor() != nullptr; ++n) QGuiApplication::restoreOverrideCursor();
+        return n;
+    };
+    const QImage impressão = QCursor(QPixmap(pasta.Caminho() + "/Ícones/Impressão.Ico")).pixmap().toImage();
+    ASSERT_FALSE(impressão.isNull());
+    for (int linha = 0; linha < 50; ++linha) {
+        Ponteiro_Ocupado progresso(Ícone_Processamento);
+        {
+            Ponteiro_Ocupado impressão_linha("Impressão.Ico");
+            if (linha == 20) {
+                // Events pass while the printing icon is asked: the desktop shows it.
+                QCoreApplication::processEvents();
+                EXPECT_EQ(imagem_atual(), impressão);
+            }
+        }
+        if (linha % 7 == 0) plataforma.Processa_Eventos_Da_Caminhada();
+    }
+    QCoreApplication::processEvents();
+    const bool normal = QGuiApplication::overrideCursor() == nullptr;
+    EXPECT_TRUE(normal) << "cursores ainda empilhados: " << profundidade();
+    // A busy cursor left to the events and taken again before they pass stays up, once.
+    {
+        { Ponteiro_Ocupado um(Ícone_Processamento); }
+        Ponteiro_Ocupado outro("Impressão.Ico");
+        QCoreApplication::processEvents();
+        EXPECT_EQ(imagem_atual(), impressão);
+        EXPECT_EQ(profundidade(), 1);
+    }
+    QCoreApplication::processEvents();
+    EXPECT_EQ(profundidade(), 0);
+    Define_Plataforma(anterior);
 }
 
 TEST(Formatacao, IconPathsFollowTheProgramFolder) {

@@ -229,3 +229,31 @@ TEST_F(Relatorio_Rtf, AnEmptyNameIsDrawnAMissingFolderMadeAndNamesNoFileCanCarry
     Fecha_Arquivo_Rtf(nullptr);
     EXPECT_TRUE(QFileInfo::exists(Caminho_Relatório));
 }
+
+// A walk fills the line from the store's UTF-8 as the same text made a string would: accents, letters of
+// two units, a sequence the width cuts, broken bytes, Null, the line's end.
+TEST(Relatorio_Rtf_Linha, TheLineFilledFromUtf8IsTheLineFilledFromTheSameText) {
+    const QList<QByteArray> textos = {
+        "",
+        "Árvore Balões 00001",
+        "Bíblias, cartolinas, canetas coloridas (12), fita adesiva e uma caixa de papelão",
+        QByteArray("Meditação ") + QByteArray(60, 'x') + "çãõ",
+        "\xF0\x9D\x84\x9E clave \xF0\x9F\x98\x80 e \xE2\x82\xAC",
+        "quebrado \xC3 aqui \xFF\xFE fim \xE2\x82",
+        "\xEF\xBB\xBF"
+        "com marca de ordem",
+        QByteArray(600, 'a') + "é"};
+    const struct {
+        int Coluna, Tamanho;
+    } faixas[] = {{1, 50}, {54, 20}, {87, 47}, {130, 20}, {1, 137}, {137, 5}, {0, 5}, {138, 5}, {10, 0}};
+    for (const QByteArray& texto : textos)
+        for (const auto& faixa : faixas) {
+            Linha_Relatório = QString(Tamanho_Linha_Relatório, '.');
+            Preenche_Linha_Relatório(faixa.Coluna, faixa.Tamanho, QString::fromUtf8(texto));
+            const QString esperada = Linha_Relatório;
+            Linha_Relatório = QString(Tamanho_Linha_Relatório, '.');
+            Preenche_Linha_Relatório_Utf8(faixa.Coluna, faixa.Tamanho, texto);
+            EXPECT_EQ(Linha_Relatório, esperada) << texto.left(30).constData() << " em " << faixa.Coluna;
+        }
+    Linha_Relatório = QString(Tamanho_Linha_Relatório, ' ');
+}

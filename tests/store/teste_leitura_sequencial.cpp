@@ -178,9 +178,14 @@ TEST_F(Leitura_Sequencial_Teste, OnAFileRowsOfThePageAlreadyReadAreReadAgainAfte
         Executa_Em_Outro_Processo({"DELETE FROM tblPergunta WHERE Código_Pergunta IN (3, 5)",
                                    "UPDATE tblPergunta SET Pergunta = 'Outra' WHERE Código_Pergunta = 4"}));
     QStringList vistas;
-    while (leitura.Próxima()) vistas << Marca(leitura.Valor(0), QVariant("x"), leitura.Valor(2));
+    QByteArray bytes_4;
+    while (leitura.Próxima()) {
+        if (leitura.Valor(0).toInt() == 4) bytes_4 = leitura.Texto_Utf8(2).toByteArray();
+        vistas << Marca(leitura.Valor(0), QVariant("x"), leitura.Valor(2));
+    }
     ASSERT_GE(vistas.size(), 3);
     EXPECT_EQ(vistas[0], "4/x/Outra");
+    EXPECT_EQ(bytes_4, "Outra");
     EXPECT_EQ(vistas[1].section('/', 0, 0), "6");
     EXPECT_EQ(vistas.size(), Linhas - 4);
 }
@@ -214,8 +219,14 @@ TEST_F(Leitura_Sequencial_Teste, TextsComeBackAsWrittenWhereverTheirAccentsAndSy
     Tabela.Set_Index("idxCódigo_Pergunta");
     Tabela.MoveFirst();
     Leitura_Sequencial leitura(Tabela, {"Pergunta"});
-    QStringList lidos, andados;
-    while (leitura.Próxima()) lidos << leitura.Valor(0).toString();
+    QStringList lidos, andados, em_bytes;
+    while (leitura.Próxima()) {
+        // The bytes as kept first, the value after: neither may disturb the other.
+        em_bytes << (leitura.Nulo(0) ? QString() : QString::fromUtf8(leitura.Texto_Utf8(0)));
+        lidos << leitura.Valor(0).toString();
+        EXPECT_EQ(leitura.Nulo(0), leitura.Valor(0).isNull());
+    }
+    EXPECT_EQ(em_bytes, textos);
     for (Tabela.MoveFirst(); !Tabela.Eof(); Tabela.MoveNext())
         andados << Tabela.Fields("Pergunta").Value().toString();
     EXPECT_EQ(lidos, textos);
