@@ -4,7 +4,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QObject>
-#include <QStringDecoder>
 #include <QVariant>
 #include <algorithm>
 #include <cmath>
@@ -27,10 +26,8 @@ const QString Caracteres_Proibidos = "\\/:*?\"<>|";
 // File number 1 of the system: one report open at a time.
 QFile Arquivo_Relatório;
 
-// The bytes of the line being written: one buffer for the whole report, which writes a line per row.
-QByteArray Bytes_Linha;
-
 // The lines written and not yet handed to the file: it takes them in large pieces, not a line at a time.
+// Each line is built at its end, where it waits.
 QByteArray Em_Espera;
 constexpr qsizetype Tamanho_Espera = 64 * 1024;
 
@@ -41,29 +38,77 @@ void Descarrega() {
     if (!gravou) Falha(57, "Não foi possível gravar " + Arquivo_Relatório.fileName());
 }
 
-// Writes Bytes_Linha, ended by CR LF, and empties it.
-void Grava_Linha() {
-    Bytes_Linha.append("\r\n", 2);
+// Ends with CR LF the line built in Em_Espera from `início`; with no report open it is dropped.
+void Termina_Linha(qsizetype início) {
     if (!Arquivo_Relatório.isOpen()) {
+        Em_Espera.truncate(início);
         Falha(52, "O nome de arquivo ou seu número é inválido");
-    } else {
-        Em_Espera.append(Bytes_Linha);
-        if (Em_Espera.size() >= Tamanho_Espera) Descarrega();
+        return;
     }
-    Bytes_Linha.resize(0);
+    Em_Espera.append("\r\n", 2);
+    if (Em_Espera.size() >= Tamanho_Espera) Descarrega();
 }
 
 void Escreve_Linha(const QString& linha) {
-    Bytes_Linha.resize(0);
-    Acrescenta_Cp1252(Bytes_Linha, linha);
-    Grava_Linha();
+    const qsizetype início = Em_Espera.size();
+    Acrescenta_Cp1252(Em_Espera, linha);
+    Termina_Linha(início);
 }
 
 // A line of ASCII control words, as it is: the highlight's, written at every row.
 void Escreve_Linha_Ascii(QByteArrayView linha) {
-    Bytes_Linha.resize(0);
-    Bytes_Linha.append(linha);
-    Grava_Linha();
+    const qsizetype início = Em_Espera.size();
+    Em_Espera.append(linha);
+    Termina_Linha(início);
+}
+
+// The UTF-16 units of the first characters of UTF-8 bytes, until `máximo` units are made (the last
+// character may make one more): how many were made, or -1 at bytes that are not UTF-8.
+qsizetype Unidades_Utf8(QByteArrayView utf8, char16_t* saída, qsizetype máximo) {
+    // A byte order mark that opens the text is no character of it, as a string made of it shows.
+    if (utf8.startsWith("\xEF\xBB\xBF")) utf8 = utf8.sliced(3);
+    const auto* p = reinterpret_cast<const unsigned char*>(utf8.data());
+    const auto* const fim = p + utf8.size();
+    qsizetype n = 0;
+    while (p < fim && n < máximo) {
+        const unsigned primeiro = *p;
+        if (primeiro < 0x80) {
+            saída[n++] = char16_t(primeiro);
+            ++p;
+            continue;
+        }
+        int seguintes;
+        char32_t u;
+        if (primeiro >= 0xC2 && primeiro <= 0xDF) {
+            seguintes = 1;
+            u = primeiro & 0x1F;
+        } else if (primeiro >= 0xE0 && primeiro <= 0xEF) {
+            seguintes = 2;
+            u = primeiro & 0x0F;
+        } else if (primeiro >= 0xF0 && primeiro <= 0xF4) {
+            seguintes = 3;
+            u = primeiro & 0x07;
+        } else {
+            return -1;
+        }
+        if (fim - p <= seguintes) return -1;
+        for (int i = 1; i <= seguintes; ++i) {
+            if ((p[i] & 0xC0) != 0x80) return -1;
+            u = (u << 6) | (p[i] & 0x3F);
+        }
+        // Longer forms than needed, halves of pairs and what lies past the last plane are not UTF-8.
+        if ((seguintes == 2 && (u < 0x800 || (u >= 0xD800 && u <= 0xDFFF))) ||
+            (seguintes == 3 && (u < 0x10000 || u > 0x10FFFF)))
+            return -1;
+        p += seguintes + 1;
+        if (u >= 0x10000) {
+            saída[n++] = QChar::highSurrogate(u);
+            saída[n++] = QChar::lowSurrogate(u);
+        } else {
+            saída[n++] = char16_t(u);
+        }
+    }
+    return n;
 }
 
 int Tamanho_Fonte_Inteiro() {
@@ -250,32 +295,32 @@ void Preenche_Linha_Relatório(int Coluna, int Tamanho, const QString& Texto) {
 void Preenche_Linha_Relatório_Utf8(int Coluna, int Tamanho, QByteArrayView Texto_Utf8) {
     const int início = Coluna - 1;
     if (início < 0 || início >= Linha_Relatório.size() || Tamanho <= 0) return;
-    // A byte order mark is a character of the text, which the decoder would drop.
-    if (Texto_Utf8.startsWith("\xEF\xBB\xBF"))
-        return Preenche_Linha_Relatório(Coluna, Tamanho, QString::fromUtf8(Texto_Utf8));
     const qsizetype cabe = std::min<qsizetype>(Tamanho, Linha_Relatório.size() - início);
-    // A character takes at most four bytes and gives at least one unit: the first 4 × cabe bytes hold
-    // every unit that fits, and a sequence they cut in half lands after them.
-    const QByteArrayView bytes = Texto_Utf8.first(std::min<qsizetype>(Texto_Utf8.size(), 4 * cabe));
-    static QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    QChar unidades[4 * Tamanho_Linha_Relatório];
-    const qsizetype feitas = utf8.appendToBuffer(unidades, bytes) - unidades;
-    std::copy_n(unidades, std::min(cabe, feitas), Linha_Relatório.data() + início);
+    // One unit past the room: the last character may take two. Left unset: only what is made is read.
+    char16_t unidades[Tamanho_Linha_Relatório + 1];
+    const qsizetype feitas = Unidades_Utf8(Texto_Utf8, unidades, cabe);
+    // Bytes that are not UTF-8 are made characters as a string would make them.
+    if (feitas < 0) return Preenche_Linha_Relatório(Coluna, Tamanho, QString::fromUtf8(Texto_Utf8));
+    std::copy_n(unidades, std::min(cabe, feitas),
+                reinterpret_cast<char16_t*>(Linha_Relatório.data()) + início);
 }
 
 void Imprime(const QString& Texto, int Coluna, bool Quebra_Página) {
     Rotina r(Fonte_Funções_Públicas, QStringLiteral("Imprime"));
     Ponteiro_Ocupado cursor(Ícone_Impressão);
-    // Built as bytes in the report's one buffer: backslashes are doubled in the code page's text, which
-    // makes none of its own.
-    Bytes_Linha.resize(0);
-    if (Coluna > 1) Bytes_Linha.append(Coluna - 1, ' ');
-    const qsizetype início = Bytes_Linha.size();
-    Acrescenta_Cp1252(Bytes_Linha, Texto);
-    if (Bytes_Linha.indexOf('\\', início) >= 0)
-        Bytes_Linha = Bytes_Linha.left(início) + Bytes_Linha.mid(início).replace("\\", "\\\\");
-    Bytes_Linha.append(Quebra_Página ? "\\par \\page" : "\\par");
-    Grava_Linha();
+    // Built as bytes where the lines wait: backslashes are doubled in the code page's text, which makes
+    // none of its own.
+    const qsizetype início = Em_Espera.size();
+    if (Coluna > 1) Em_Espera.append(Coluna - 1, ' ');
+    const qsizetype início_texto = Em_Espera.size();
+    Acrescenta_Cp1252(Em_Espera, Texto);
+    if (Em_Espera.indexOf('\\', início_texto) >= 0) {
+        const QByteArray texto = Em_Espera.mid(início_texto).replace("\\", "\\\\");
+        Em_Espera.truncate(início_texto);
+        Em_Espera.append(texto);
+    }
+    Em_Espera.append(Quebra_Página ? "\\par \\page" : "\\par");
+    Termina_Linha(início);
     // Cleaned in place: the line keeps its room from row to row.
     static const QString Linha_Branca(Tamanho_Linha_Relatório, ' ');
     if (Linha_Relatório.size() == Tamanho_Linha_Relatório)

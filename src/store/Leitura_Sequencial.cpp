@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QHash>
+#include <cstring>
 #include <limits>
 
 #include "failure/Rotina.h"
@@ -74,8 +75,10 @@ void Leitura_Sequencial::Falhou(const Falha_Banco& falha) {
 }
 
 void Leitura_Sequencial::Guarda(Comando_Banco* comando, int coluna, int campo, Lido& lido) {
-    lido = Lido();
-    if (comando->Tipo(coluna) == Tipo_Valor::Nulo) return;
+    if (comando->Tipo(coluna) == Tipo_Valor::Nulo) {
+        lido.Tamanho = -1;
+        return;
+    }
     lido.Tamanho = 0;
     switch (Tipos[campo]) {
         case Tipo_Long:
@@ -90,7 +93,9 @@ void Leitura_Sequencial::Guarda(Comando_Banco* comando, int coluna, int campo, L
             const QByteArrayView bytes = comando->Vista_Bytes(coluna, apoio);
             lido.Início = Bytes_Página.size();
             lido.Tamanho = bytes.size();
-            Bytes_Página.append(bytes);
+            // Grown by hand: the page keeps its room from one page to the next.
+            Bytes_Página.resize(lido.Início + lido.Tamanho);
+            if (lido.Tamanho > 0) std::memcpy(Bytes_Página.data() + lido.Início, bytes.data(), lido.Tamanho);
         }
     }
 }

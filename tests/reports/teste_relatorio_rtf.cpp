@@ -242,6 +242,9 @@ TEST(Relatorio_Rtf_Linha, TheLineFilledFromUtf8IsTheLineFilledFromTheSameText) {
         "quebrado \xC3 aqui \xFF\xFE fim \xE2\x82",
         "\xEF\xBB\xBF"
         "com marca de ordem",
+        "\xEF\xBB\xBF\xEF\xBB\xBF" "com duas marcas",
+        "longas \xC0\xAF \xE0\x80\xAF \xED\xA0\x80 \xF4\x90\x80\x80 fim",
+        QByteArray(49, 'a') + "\xF0\x9F\x98\x80" + "b",
         QByteArray(600, 'a') + "é"};
     const struct {
         int Coluna, Tamanho;
