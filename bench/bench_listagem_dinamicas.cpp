@@ -269,8 +269,8 @@ void BM_Listagem_Dinâmicas_SQLite_Puro(benchmark::State& estado) {
 }  // namespace
 
 // The raw side first, so that the program's last file is compared with it.
-BENCHMARK(BM_Listagem_Dinâmicas_SQLite_Puro)->Unit(benchmark::kMillisecond)->Iterations(3);
-BENCHMARK(BM_Listagem_Dinâmicas_Pelo_Programa)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_Listagem_Dinâmicas_SQLite_Puro)->Unit(benchmark::kMillisecond)->Iterations(10);
+BENCHMARK(BM_Listagem_Dinâmicas_Pelo_Programa)->Unit(benchmark::kMillisecond)->Iterations(10);
 
 int main(int argc, char** argv) {
     return Roda_Comparação(argc, argv);

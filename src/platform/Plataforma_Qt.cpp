@@ -89,6 +89,9 @@ Resposta_Caixa Plataforma_Qt::Caixa_Mensagem(const QString& texto, const QString
     if (auto* b = caixa.button(QMessageBox::No)) b->setText("&Não");
     if (auto* b = caixa.button(QMessageBox::Retry)) b->setText("&Tentar de novo");
     if (auto* b = caixa.button(QMessageBox::Close)) b->setText("&Sair");
+    // The busy cursor as asked until now, made before the box puts the arrow over it: the events the box
+    // lets through would otherwise make it on the arrow.
+    Acerta_Cursor();
     const bool trocado = Cursor_Trocado;
     if (trocado) QApplication::setOverrideCursor(Qt::ArrowCursor);
     const int r = caixa.exec();

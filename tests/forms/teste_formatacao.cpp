@@ -7,6 +7,8 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QLineEdit>
+#include <QTimer>
+#include <QApplication>
 #include <QProgressBar>
 #include <QPushButton>
 
@@ -115,6 +117,8 @@ TEST(Formatacao, AWalksBusyCursorsShowTheLastIconAskedAndLeaveTheDesktopsCursorA
         return n;
     };
     const QImage impressão = QCursor(QPixmap(pasta.Caminho() + "/Ícones/Impressão.Ico")).pixmap().toImage();
+    const QImage processamento =
+        QCursor(QPixmap(pasta.Caminho() + "/Ícones/Processamento.Ico")).pixmap().toImage();
     ASSERT_FALSE(impressão.isNull());
     for (int linha = 0; linha < 50; ++linha) {
         Ponteiro_Ocupado progresso(Ícone_Processamento);
@@ -137,6 +141,18 @@ TEST(Formatacao, AWalksBusyCursorsShowTheLastIconAskedAndLeaveTheDesktopsCursorA
         Ponteiro_Ocupado outro("Impressão.Ico");
         QCoreApplication::processEvents();
         EXPECT_EQ(imagem_atual(), impressão);
+        // A box asked while another icon waits for the events: the arrow over the box, the icon asked
+        // after it.
+        Ponteiro_Ocupado progresso(Ícone_Processamento);
+        QImage na_caixa;
+        QTimer::singleShot(0, [&] {
+            na_caixa = imagem_atual();
+            if (QWidget* caixa = QApplication::activeModalWidget()) caixa->close();
+        });
+        plataforma.Caixa_Mensagem("Teste", "Quizora", Ícone_Caixa::Informação, Botões_Caixa::Ok);
+        EXPECT_TRUE(na_caixa.isNull()) << "a caixa sem a seta";
+        QCoreApplication::processEvents();
+        EXPECT_EQ(imagem_atual(), processamento);
         EXPECT_EQ(profundidade(), 1);
     }
     QCoreApplication::processEvents();
