@@ -196,7 +196,9 @@ void BM_Listagem_Dinâmicas_SQLite_Puro(benchmark::State& estado) {
     sqlite3_stmt* linhas = Prepara_Puro(banco,
                                         "SELECT Dinâmica, Tipo_Dinâmica, Data_Última_Realização, Materiais "
                                         "FROM tblDinâmica ORDER BY Dinâmica COLLATE JET, rowid");
-    const std::string caminho = Caminho_Puro().toStdString();
+    // A new file at every listing, as the program's are (each is named anew in its dialog): writing over
+    // the file just written would make the file system flush it at its closing, a wait of this side only.
+    int vez = 0;
     static const char* const formas[4] = {"   Ao ar livre", "Em salão fechado", "Em programa J.A.",
                                           " Como meditação"};
     static const char* const rótulos[5] = {
@@ -204,6 +206,7 @@ void BM_Listagem_Dinâmicas_SQLite_Puro(benchmark::State& estado) {
         "QUANTDADE DE DINÂMICAS \"SALÃO FECHADO\" :", "QUANTIDADE DE DINÂMICAS \"PROGRAMA J.A.\":",
         "QUANTIDADE DE \"MEDITAÇÕES\" ............:"};
     for (auto _ : estado) {
+        const std::string caminho = (Caminho_Puro() + "." + QString::number(++vez)).toStdString();
         Arquivo_Puro arquivo{std::fopen(caminho.c_str(), "wb"), {}, {}};
         arquivo.Linha(
             "{\\rtf1\\ansi\\ansicpg1252\\deff0\\deflang1046{\\fonttbl{\\f0\\fnil\\fcharset0 Courier New;}}");
@@ -262,6 +265,15 @@ void BM_Listagem_Dinâmicas_SQLite_Puro(benchmark::State& estado) {
             estado.SkipWithError("a tabela deveria ter 10.000 dinâmicas");
             break;
         }
+    }
+    // The last file is the one the program's is compared with.
+    QFile::remove(Caminho_Puro());
+    for (int i = 1; i <= vez; ++i) {
+        const QString arquivo = Caminho_Puro() + "." + QString::number(i);
+        if (i == vez)
+            QFile::rename(arquivo, Caminho_Puro());
+        else
+            QFile::remove(arquivo);
     }
     for (sqlite3_stmt* comando : {conta, linhas}) sqlite3_finalize(comando);
     sqlite3_close(banco);

@@ -30,7 +30,8 @@ Leitura_Sequencial::Leitura_Sequencial(Registros& registros, const QStringList& 
             return;
         }
         Tipos << C.Estrutura->Campos[posição].Tipo;
-        Colunas += ", " + Citação(C.Estrutura->Campos[posição].Nome);
+        Expressões_Campos << Citação(C.Estrutura->Campos[posição].Nome);
+        Colunas += ", " + Expressões_Campos.last();
     }
     Quantos_Campos = static_cast<int>(campos.size());
     Texto_Relê = "SELECT rowid" + Colunas + " FROM " + Citação(C.Estrutura->Nome) + " WHERE rowid IN (";
@@ -141,9 +142,20 @@ bool Leitura_Sequencial::Lê_Página() {
     for (int i = 0; i < C.Termos.size(); ++i) ordem += C.Termos[i] + (C.Descendentes[i] ? " DESC, " : ", ");
     ordem += "rowid";
     const QString início = "SELECT rowid" + Colunas;
+    // A term of the order that is a field asked for is read from that field's column; the others are
+    // selected after the fields.
     QString termos;
-    for (const QString& termo : C.Termos) termos += ", " + termo;
-    const int primeira_chave = 1 + Quantos_Campos;
+    QVector<int> colunas_termos;
+    int próxima_coluna = 1 + Quantos_Campos;
+    for (const QString& termo : C.Termos) {
+        const int campo = static_cast<int>(Expressões_Campos.indexOf(termo));
+        if (campo >= 0) {
+            colunas_termos << 1 + campo;
+        } else {
+            termos += ", " + termo;
+            colunas_termos << próxima_coluna++;
+        }
+    }
     Com_Carimbo = C.Sessão_->Carimbo(Carimbo);
     bool falhou = false;
     QVariantList última_chave;
@@ -170,7 +182,7 @@ bool Leitura_Sequencial::Lê_Página() {
             if (Ids.size() == Por_Página) {
                 última_chave.clear();
                 for (int i = 0; i < C.Termos.size(); ++i)
-                    última_chave << Valor_Chave(comando, primeira_chave + i);
+                    última_chave << Valor_Chave(comando, colunas_termos[i]);
             }
         }
         comando->Reinicia();

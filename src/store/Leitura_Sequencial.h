@@ -62,9 +62,10 @@ class Leitura_Sequencial {
 
     Registros::Caminhada C;
     std::source_location Onde;
-    QVector<int> Tipos;  // the fields' types, in the order asked
-    QString Colunas;     // ", <field>, ..." as selected
-    QString Texto_Relê;  // "SELECT rowid, <fields> FROM <table> WHERE rowid IN ("
+    QVector<int> Tipos;             // the fields' types, in the order asked
+    QString Colunas;                // ", <field>, ..." as selected
+    QStringList Expressões_Campos;  // each field as it is selected
+    QString Texto_Relê;             // "SELECT rowid, <fields> FROM <table> WHERE rowid IN ("
     int Quantos_Campos = 0;
     int Por_Página = 0;
     bool Terminou = true;
