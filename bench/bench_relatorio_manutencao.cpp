@@ -290,9 +290,12 @@ void BM_Relatório_Manutenção_SQLite_Puro(benchmark::State& estado) {
         "SELECT Usuário, Data_Manutenção, Hora_Manutenção, Manutenção FROM tblManutenção_Banco_de_Dados "
         "WHERE (Usuário, Data_Manutenção, Hora_Manutenção) >= (?, ?, ?) "
         "ORDER BY Usuário, Data_Manutenção, Hora_Manutenção, rowid");
-    const std::string caminho = Caminho_Relatório_Puro().toStdString();
+    // A new file at every report, as the program's are (each is named anew in its dialog): writing over
+    // the file just written would make the file system flush it at its closing, a wait of this side only.
+    int vez = 0;
     std::string apoio;
     for (auto _ : estado) {
+        const std::string caminho = (Caminho_Relatório_Puro() + "." + QString::number(++vez)).toStdString();
         Arquivo_Puro arquivo{std::fopen(caminho.c_str(), "wb"), {}};
         std::string organização;
         if (sqlite3_step(razão) == SQLITE_ROW)
@@ -391,6 +394,15 @@ void BM_Relatório_Manutenção_SQLite_Puro(benchmark::State& estado) {
             estado.SkipWithError("o ano do usuário deveria ter umas 25.000 manutenções");
             break;
         }
+    }
+    // The last file is the one the program's is compared with.
+    QFile::remove(Caminho_Relatório_Puro());
+    for (int i = 1; i <= vez; ++i) {
+        const QString arquivo = Caminho_Relatório_Puro() + "." + QString::number(i);
+        if (i == vez)
+            QFile::rename(arquivo, Caminho_Relatório_Puro());
+        else
+            QFile::remove(arquivo);
     }
     for (sqlite3_stmt* comando : {razão, conta, linhas}) sqlite3_finalize(comando);
     sqlite3_close(principal);
