@@ -12,6 +12,7 @@
 #include "failure/Rotina.h"
 #include "failure/Trata_Erro.h"
 #include "store/Comando_Banco.h"
+#include "store/Linha_Empacotada.h"
 #include "store/Ligação.h"
 #include "store/Tradutor_SQL.h"
 
@@ -59,12 +60,7 @@ QDateTime Data_Digitada(const QString& texto) {
 
 // ---------- Campo ----------
 
-QVariant Campo::Value(std::source_location onde) const {
-    // A row read and current, not being edited: what every step of a walk asks, answered at once.
-    if (R->Onde == Registros::Lugar::Na_Linha && R->Linha_Lida && !R->Linha_Adiada && R->Aberto_ &&
-        !R->Estático && !R->Começo_Pendente && R->Modo == Registros::Modo_Edição::Nenhum &&
-        R->Pendentes.isEmpty() && Posição >= 0 && Posição < R->Linha.size())
-        return R->Linha.at(Posição);
+QVariant Campo::Valor_Pedido(std::source_location onde) const {
     if (!R->Aberto_) {
         Falha(3704, "A operação não é permitida quando o objeto está fechado.", onde);
         return {};
@@ -173,112 +169,68 @@ QVector<QVariant> Campos_Lidos(const Estrutura_Tabela& estrutura, Comando_Banco*
     return campos;
 }
 
-// A row of a page is kept packed in one block, as the store gave it, and becomes values only when a step
-// makes it current: a page then costs one block per row, not a value per field, and a row left behind
-// frees one block. Each field is a mark, then an integer or a real in 8 bytes, or a text as its length
-// and its bytes; the field's type says what the store is asked for, as Campos_Lidos does.
-enum Marca_Bruto : char { Bruto_Nulo, Bruto_Inteiro, Bruto_Real, Bruto_Texto };
-
-// After the fields come the `chaves` values of the order, from column 1, marked by what the store gave, so
-// that Chave_Do_Bruto gives them back as Valor_Chave reads them.
-QByteArray Campos_Brutos(const Estrutura_Tabela& estrutura, Comando_Banco* comando, int primeira,
-                         int chaves) {
-    // Written through a pointer into a block that grows only for long texts.
-    QByteArray bruto(256, Qt::Uninitialized);
-    char* início = bruto.data();
-    qsizetype usado = 0;
-    const auto garante = [&](qsizetype mais) {
-        if (usado + mais <= bruto.size()) return;
-        bruto.resize(std::max(2 * bruto.size(), usado + mais));
-        início = bruto.data();
-    };
-    QByteArray apoio;
-    const int campos = static_cast<int>(estrutura.Campos.size());
-    for (int i = 0; i < campos + chaves; ++i) {
-        const int coluna = i < campos ? primeira + i : 1 + i - campos;
-        garante(1 + 8);
-        const Tipo_Valor tipo = comando->Tipo(coluna);
-        if (tipo == Tipo_Valor::Nulo) {
-            início[usado++] = Bruto_Nulo;
-            continue;
-        }
-        // A field is asked for as its type says; a value of the order as the store gave it.
-        int como = Tipo_Texto;
-        if (i < campos)
-            como = estrutura.Campos[i].Tipo;
-        else if (tipo == Tipo_Valor::Inteiro)
-            como = Tipo_Long;
-        else if (tipo == Tipo_Valor::Real)
-            como = Tipo_Double;
-        switch (como) {
+// A row of a page is kept packed in one block (Linha_Empacotada.h), as the store gave it, and becomes values
+// only when a step makes it current: a page then costs one block per row, not a value per field, and a row
+// left behind frees one block. Its fields come first, each asked for as its type says, as Campos_Lidos
+// does; after them the `chaves` values of the order, from column 1, as the store gave them, so that
+// Chave_Do_Bruto gives them back as Valor_Chave reads them. The plan is made once for a page.
+QVector<Coluna_Empacotada> Plano_Bruto(const Estrutura_Tabela& estrutura, int primeira, int chaves) {
+    QVector<Coluna_Empacotada> plano;
+    plano.reserve(estrutura.Campos.size() + chaves);
+    for (int i = 0; i < estrutura.Campos.size(); ++i) {
+        Pedido_Coluna pedido = Pedido_Coluna::Texto;
+        switch (estrutura.Campos[i].Tipo) {
             case Tipo_Long:
-            case Tipo_Boolean: {
-                const qint64 valor = comando->Inteiro(coluna);
-                início[usado++] = Bruto_Inteiro;
-                std::memcpy(início + usado, &valor, sizeof valor);
-                usado += sizeof valor;
+            case Tipo_Boolean:
+                pedido = Pedido_Coluna::Inteiro;
                 break;
-            }
-            case Tipo_Double: {
-                const double valor = comando->Real(coluna);
-                início[usado++] = Bruto_Real;
-                std::memcpy(início + usado, &valor, sizeof valor);
-                usado += sizeof valor;
+            case Tipo_Double:
+                pedido = Pedido_Coluna::Real;
                 break;
-            }
-            default: {
-                const QByteArrayView texto = comando->Vista_Bytes(coluna, apoio);
-                const auto tamanho = static_cast<quint32>(texto.size());
-                garante(1 + sizeof tamanho + texto.size());
-                início[usado++] = Bruto_Texto;
-                std::memcpy(início + usado, &tamanho, sizeof tamanho);
-                usado += sizeof tamanho;
-                if (tamanho > 0) std::memcpy(início + usado, texto.data(), tamanho);
-                usado += tamanho;
-            }
         }
+        plano.append({primeira + i, pedido});
     }
-    bruto.truncate(usado);
-    return bruto;
+    for (int i = 0; i < chaves; ++i) plano.append({1 + i, Pedido_Coluna::Como_Veio});
+    return plano;
 }
 
-// The values of a packed row, the same that Campos_Lidos gives of the statement that read it.
-QVector<QVariant> Campos_Do_Bruto(const Estrutura_Tabela& estrutura, const QByteArray& bruto) {
+// The values of a packed row, the same that Campos_Lidos gives of the statement that read it, made in
+// `valores` in place: a walk's row reuses the room of the row before it, and a text moves into its value.
+void Campos_Do_Bruto(const Estrutura_Tabela& estrutura, const QByteArray& bruto, QVector<QVariant>& valores) {
     const int campos = static_cast<int>(estrutura.Campos.size());
-    QVector<QVariant> valores;
-    valores.reserve(campos);
+    if (valores.size() != campos) valores.resize(campos);
+    QVariant* valor = valores.data();
     const char* p = bruto.constData();
-    for (int i = 0; i < campos; ++i) {
+    for (int i = 0; i < campos; ++i, ++valor) {
         const char marca = *p++;
         const int tipo = estrutura.Campos[i].Tipo;
         if (marca == Bruto_Nulo) {
-            valores.emplaceBack();
+            if (valor->isValid()) *valor = QVariant();
         } else if (marca == Bruto_Texto) {
             quint32 tamanho = 0;
             std::memcpy(&tamanho, p, sizeof tamanho);
             p += sizeof tamanho;
-            const QString texto = QString::fromUtf8(p, static_cast<qsizetype>(tamanho));
+            QString texto = QString::fromUtf8(p, static_cast<qsizetype>(tamanho));
             p += tamanho;
             if (tipo == Tipo_Data)
-                valores.emplaceBack(Data_Do_Banco(texto));
+                *valor = Data_Do_Banco(texto);
             else
-                valores.emplaceBack(texto);
+                valor->setValue(std::move(texto));
         } else if (marca == Bruto_Real) {
-            double valor = 0;
-            std::memcpy(&valor, p, sizeof valor);
-            p += sizeof valor;
-            valores.emplaceBack(valor);
+            double número = 0;
+            std::memcpy(&número, p, sizeof número);
+            p += sizeof número;
+            valor->setValue(número);
         } else {
-            qint64 valor = 0;
-            std::memcpy(&valor, p, sizeof valor);
-            p += sizeof valor;
+            qint64 número = 0;
+            std::memcpy(&número, p, sizeof número);
+            p += sizeof número;
             if (tipo == Tipo_Boolean)
-                valores.emplaceBack(valor != 0);
+                valor->setValue(número != 0);
             else
-                valores.emplaceBack(static_cast<int>(valor));
+                valor->setValue(static_cast<int>(número));
         }
     }
-    return valores;
 }
 
 // The values of the order packed after the fields of a row, as Valor_Chave gives them.
@@ -573,6 +525,10 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
     const int primeira = 1 + static_cast<int>(Ordem.size());
     bool falhou = false;
     página.reserve(std::min(máximo, Linhas_Por_Página));
+    const QVector<Coluna_Empacotada> plano =
+        com_valores ? Plano_Bruto(*Estrutura, primeira, static_cast<int>(Ordem.size()))
+                    : QVector<Coluna_Empacotada>();
+    QByteArray rascunho;  // each row is packed here, then kept in a block of its own size
     const auto roda = [&](const QString& condição, const QVariantList& valores) {
         if (falhou || página.size() >= máximo) return;
         Falha_Banco falha;
@@ -601,7 +557,9 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
                 Limite_Na_Página = false;
             }
             if (com_valores) {
-                entrada.Bruto = Campos_Brutos(*Estrutura, comando, primeira, static_cast<int>(Ordem.size()));
+                const qsizetype usado =
+                    comando->Empacota(plano.constData(), static_cast<int>(plano.size()), rascunho);
+                entrada.Bruto = QByteArray(rascunho.constData(), usado);
                 entrada.Chave_No_Bruto = true;
                 if (com_carimbo) entrada.Carimbo = carimbo;
                 entrada.Página = Página_Aberta;
@@ -746,7 +704,10 @@ bool Registros::Linha_Da_Página(const Entrada& entrada) {
     if (!(Página_Aberta != 0 && entrada.Página == Página_Aberta) &&
         (!Sessão_->Carimbo(agora) || !(agora == entrada.Carimbo)))
         return false;
-    Linha = entrada.Valores.isEmpty() ? Campos_Do_Bruto(*Estrutura, entrada.Bruto) : entrada.Valores;
+    if (entrada.Valores.isEmpty())
+        Campos_Do_Bruto(*Estrutura, entrada.Bruto, Linha);
+    else
+        Linha = entrada.Valores;
     return true;
 }
 

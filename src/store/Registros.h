@@ -37,6 +37,7 @@ class Campo {
     int DefinedSize() const;
 
   private:
+    QVariant Valor_Pedido(std::source_location onde) const;
     Registros* R;
     int Posição;
 };
@@ -173,6 +174,12 @@ class Registros {
     bool Linha_Da_Página(const Entrada& entrada);
     bool Lê_Linhas_Da_Página(bool adiante);
     bool Tem_Linha_Atual() const;
+    // A row read and current, not being edited: a field of it is read as it stands.
+    bool Leitura_Direta(int posição) const {
+        return Onde == Lugar::Na_Linha && Linha_Lida && !Linha_Adiada && Aberto_ && !Estático &&
+               !Começo_Pendente && Modo == Modo_Edição::Nenhum && Pendentes.isEmpty() && posição >= 0 &&
+               posição < Linha.size();
+    }
     qint64 Id_Atual() const { return Janela[Atual].Id; }
     bool Converte_Para_Gravar(int posição, const QVariant& valor, QVariant& saída, Falha_Banco& falha) const;
     void Descarta_Edição();
@@ -225,3 +232,9 @@ class Registros {
     QHash<int, QVariant> Pendentes;
     bool Trava_Sem_Transação = false;
 };
+
+// What every step of a walk asks, answered where it is asked.
+inline QVariant Campo::Value(std::source_location onde) const {
+    if (R->Leitura_Direta(Posição)) return R->Linha.at(Posição);
+    return Valor_Pedido(onde);
+}
