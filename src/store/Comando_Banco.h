@@ -43,7 +43,8 @@ class Comando_Banco {
         apoio = Bytes(coluna);
         return apoio;
     }
-    // The columns of `plano` of the current row packed at the start of `bloco` (Linha_Empacotada.h), in one
-    // call for the row; gives the bytes written.
-    virtual qsizetype Empacota(const Coluna_Empacotada* plano, int colunas, QByteArray& bloco) const;
+    // The columns of `plano` of the current row packed into `bloco` from `início` on (Linha_Empacotada.h), in
+    // one call for the row; gives where the row ends.
+    virtual qsizetype Empacota(const Coluna_Empacotada* plano, int colunas, QByteArray& bloco,
+                               qsizetype início) const;
 };

@@ -19,22 +19,20 @@ struct Coluna_Empacotada {
     Pedido_Coluna Pedido = Pedido_Coluna::Como_Veio;
 };
 
-// Packs the columns of `plano` of the current row, in that order, at the start of `bloco`, which grows
-// when it must; gives the bytes written. `Leitor` reads a column of the engine's row:
-// Valor(coluna) gives a handle, and Tipo, Inteiro, Real and Texto read it.
+// Packs the columns of `plano` of the current row, in that order, into `bloco` from `início` on, and gives
+// where the row ends; the block grows, by doubling, when it must. `Leitor` reads a column of the engine's
+// row: Valor(coluna) gives a handle, and Tipo, Inteiro, Real and Texto read it.
 template <class Leitor>
-qsizetype Empacota_Linha(const Leitor& leitor, const Coluna_Empacotada* plano, int colunas,
-                         QByteArray& bloco) {
-    // The longest a column takes besides a text's bytes: a mark and 8 bytes.
+qsizetype Empacota_Linha(const Leitor& leitor, const Coluna_Empacotada* plano, int colunas, QByteArray& bloco,
+                         qsizetype início) {
+    // The most a column takes besides a text's bytes: a mark and 8 bytes.
     constexpr qsizetype Cabe = 1 + 8;
-    if (bloco.size() < colunas * Cabe) bloco.resize(colunas * Cabe + 256);
+    if (bloco.size() < início + colunas * Cabe) bloco.resize(2 * (início + colunas * Cabe) + 256);
     char* p = bloco.data();
-    qsizetype usado = 0;
+    qsizetype usado = início;
     for (int i = 0; i < colunas; ++i) {
         const auto valor = leitor.Valor(plano[i].Coluna);
         const Tipo_Valor tipo = leitor.Tipo(valor);
-        // Room for this column and a mark and 8 bytes for each of those after it, whatever they are.
-        const qsizetype resto = static_cast<qsizetype>(colunas - i) * Cabe;
         if (tipo == Tipo_Valor::Nulo) {
             p[usado++] = Bruto_Nulo;
             continue;
@@ -57,8 +55,10 @@ qsizetype Empacota_Linha(const Leitor& leitor, const Coluna_Empacotada* plano, i
         } else {
             const QByteArrayView texto = leitor.Texto(valor);
             const auto tamanho = static_cast<quint32>(texto.size());
-            if (usado + resto + tamanho > bloco.size()) {
-                bloco.resize(2 * (usado + resto + tamanho));
+            // Room for this text and for a mark and 8 bytes for each column after it, whatever it is.
+            const qsizetype preciso = usado + 1 + sizeof tamanho + tamanho + (colunas - i - 1) * Cabe;
+            if (preciso > bloco.size()) {
+                bloco.resize(2 * preciso);
                 p = bloco.data();
             }
             p[usado] = Bruto_Texto;

@@ -169,9 +169,9 @@ QVector<QVariant> Campos_Lidos(const Estrutura_Tabela& estrutura, Comando_Banco*
     return campos;
 }
 
-// A row of a page is kept packed in one block (Linha_Empacotada.h), as the store gave it, and becomes values
-// only when a step makes it current: a page then costs one block per row, not a value per field, and a row
-// left behind frees one block. Its fields come first, each asked for as its type says, as Campos_Lidos
+// A row of a page is kept packed (Linha_Empacotada.h), as the store gave it, and becomes values only when a
+// step makes it current: a page then costs one block for its rows, not a value per field, and a page left
+// behind frees its block. A row's fields come first, each asked for as its type says, as Campos_Lidos
 // does; after them the `chaves` values of the order, from column 1, as the store gave them, so that
 // Chave_Do_Bruto gives them back as Valor_Chave reads them. The plan is made once for a page.
 QVector<Coluna_Empacotada> Plano_Bruto(const Estrutura_Tabela& estrutura, int primeira, int chaves) {
@@ -196,11 +196,10 @@ QVector<Coluna_Empacotada> Plano_Bruto(const Estrutura_Tabela& estrutura, int pr
 
 // The values of a packed row, the same that Campos_Lidos gives of the statement that read it, made in
 // `valores` in place: a walk's row reuses the room of the row before it, and a text moves into its value.
-void Campos_Do_Bruto(const Estrutura_Tabela& estrutura, const QByteArray& bruto, QVector<QVariant>& valores) {
+void Campos_Do_Bruto(const Estrutura_Tabela& estrutura, const char* p, QVector<QVariant>& valores) {
     const int campos = static_cast<int>(estrutura.Campos.size());
     if (valores.size() != campos) valores.resize(campos);
     QVariant* valor = valores.data();
-    const char* p = bruto.constData();
     for (int i = 0; i < campos; ++i, ++valor) {
         const char marca = *p++;
         const int tipo = estrutura.Campos[i].Tipo;
@@ -234,10 +233,9 @@ void Campos_Do_Bruto(const Estrutura_Tabela& estrutura, const QByteArray& bruto,
 }
 
 // The values of the order packed after the fields of a row, as Valor_Chave gives them.
-QVariantList Chave_Do_Bruto(const Estrutura_Tabela& estrutura, const QByteArray& bruto, int chaves) {
+QVariantList Chave_Do_Bruto(const Estrutura_Tabela& estrutura, const char* p, int chaves) {
     QVariantList chave;
     chave.reserve(chaves);
-    const char* p = bruto.constData();
     for (int i = 0; i < estrutura.Campos.size() + chaves; ++i) {
         const char marca = *p++;
         QVariant valor;
@@ -322,6 +320,7 @@ void Registros::Close() {
     Aberto_ = false;
     Começo_Pendente = false;
     Origem.clear();
+    Origem_Sem_Limite.clear();
     Ordem.clear();
     Colunas_Chave.clear();
     Limite_Id = 0;
@@ -479,6 +478,8 @@ void Registros::Prepara_Ordem() {
     Sem_Critério = critério.isEmpty();
     Origem = "FROM " + Citação(Estrutura->Nome) + " WHERE " +
              (critério.isEmpty() ? QString() : "(" + critério + ") AND ") + Até_O_Limite;
+    Origem_Sem_Limite =
+        "FROM " + Citação(Estrutura->Nome) + " WHERE " + (critério.isEmpty() ? "true" : "(" + critério + ")");
 }
 
 // The keyset is the rows there now: rows added later by others have greater ids and stay out.
@@ -515,9 +516,13 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
     // mark says that nothing was written since. A walk that takes all its ids at once takes only the ids.
     // A walk taken anew reads the table's greatest row id, its limit, in the statement of its first page.
     const bool com_limite = de == nullptr && Limite_Na_Página;
-    const QString início =
+    const QString colunas_lidas =
         "SELECT rowid" + Colunas_Chave + (Ordem_Servida ? ", " + Campos_Da_Tabela + " " : " ") +
-        (com_limite ? ", (SELECT max(rowid) FROM " + Citação(Estrutura->Nome) + ") " : "") + Origem;
+        (com_limite ? ", (SELECT max(rowid) FROM " + Citação(Estrutura->Nome) + ") " : "");
+    // The embedded engine checks the keyset's limit here, on the row ids that the page reads anyway: the
+    // statement reads on past it, and in the rare page that meets a row added since the keyset was taken,
+    // those of its rows are read again with the limit in the statement. A server keeps it there.
+    const bool limite_aqui = !com_limite && !Sessão_->Servidor();
     Carimbo_Dados carimbo;
     const bool com_carimbo = Ordem_Servida && Sessão_->Carimbo(carimbo);
     const bool com_valores = com_carimbo || (Ordem_Servida && Página_Aberta != 0);
@@ -528,24 +533,32 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
     const QVector<Coluna_Empacotada> plano =
         com_valores ? Plano_Bruto(*Estrutura, primeira, static_cast<int>(Ordem.size()))
                     : QVector<Coluna_Empacotada>();
-    QByteArray rascunho;  // each row is packed here, then kept in a block of its own size
-    const auto roda = [&](const QString& condição, const QVariantList& valores) {
-        if (falhou || página.size() >= máximo) return;
+    // The page's rows are packed one after another in one block, which they then share.
+    QByteArray bloco;
+    qsizetype usado = 0;
+    // Reads the rows of one condition; false when a row beyond the keyset's limit came (`filtra` only).
+    const auto lê = [&](const QString& início, bool filtra, const QString& condição,
+                        const QVariantList& valores) {
         Falha_Banco falha;
         Comando_Banco* comando =
             Sessão_->Prepara(início + condição + " ORDER BY " + ordem + " LIMIT ?", falha);
         if (comando == nullptr) {
             falhou = true;
-            return Falha(falha.Número, falha.Descrição, onde);
+            Falha(falha.Número, falha.Descrição, onde);
+            return true;
         }
         int n = 1;
-        comando->Liga_Inteiro(n++, com_limite ? std::numeric_limits<qint64>::max() : Limite_Id);
+        if (!filtra) comando->Liga_Inteiro(n++, com_limite ? std::numeric_limits<qint64>::max() : Limite_Id);
         for (const QVariant& valor : valores) Liga_Chave(comando, n++, valor);
         comando->Liga_Inteiro(n, máximo - static_cast<int>(página.size()));
         int r;
         while ((r = comando->Passo()) == Linha_Pronta) {
             Entrada entrada;
             entrada.Id = comando->Inteiro(0);
+            if (filtra && entrada.Id > Limite_Id) {
+                comando->Reinicia();
+                return false;
+            }
             // A row read whole keeps its values of the order in its block, read back only for the row
             // that a next page starts from.
             if (!com_valores) {
@@ -557,12 +570,8 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
                 Limite_Na_Página = false;
             }
             if (com_valores) {
-                const qsizetype usado =
-                    comando->Empacota(plano.constData(), static_cast<int>(plano.size()), rascunho);
-                entrada.Bruto = QByteArray(rascunho.constData(), usado);
-                entrada.Chave_No_Bruto = true;
-                if (com_carimbo) entrada.Carimbo = carimbo;
-                entrada.Página = Página_Aberta;
+                entrada.Início = usado;
+                usado = comando->Empacota(plano.constData(), static_cast<int>(plano.size()), bloco, usado);
             }
             página.append(std::move(entrada));
         }
@@ -572,6 +581,17 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
             Sessão_->Falha_Da_Última(falha, r);
             Falha(falha.Número, falha.Descrição, onde);
         }
+        return true;
+    };
+    const auto roda = [&](const QString& condição, const QVariantList& valores) {
+        if (falhou || página.size() >= máximo) return;
+        const qsizetype linhas_antes = página.size();
+        const qsizetype usado_antes = usado;
+        if (lê(colunas_lidas + (limite_aqui ? Origem_Sem_Limite : Origem), limite_aqui, condição, valores))
+            return;
+        página.resize(linhas_antes);
+        usado = usado_antes;
+        lê(colunas_lidas + Origem, false, condição, valores);
     };
     if (de == nullptr) {
         roda(QString(), {});
@@ -587,6 +607,10 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
     if (falhou) {
         Close();
         return {};
+    }
+    if (com_valores) {
+        bloco.truncate(usado);
+        for (Entrada& entrada : página) entrada.Bruto = bloco;
     }
     return página;
 }
@@ -637,7 +661,8 @@ bool Registros::Passo(bool adiante, std::source_location onde) {
         Entrada de = adiante ? Janela.last() : Janela.first();
         if (de.Chave_Adiada) Entrada_Da_Linha(de.Id, false, de, onde);
         if (de.Chave_No_Bruto)
-            de.Chave = Chave_Do_Bruto(*Estrutura, de.Bruto, static_cast<int>(Ordem.size()));
+            de.Chave =
+                Chave_Do_Bruto(*Estrutura, de.Bruto.constData() + de.Início, static_cast<int>(Ordem.size()));
         QVector<Entrada> página = Busca_Página(&de, adiante, página_cheia, onde);
         if (página.isEmpty()) return false;
         // The window is made anew in one block of the size it needs: trimming one end and growing the
@@ -705,7 +730,7 @@ bool Registros::Linha_Da_Página(const Entrada& entrada) {
         (!Sessão_->Carimbo(agora) || !(agora == entrada.Carimbo)))
         return false;
     if (entrada.Valores.isEmpty())
-        Campos_Do_Bruto(*Estrutura, entrada.Bruto, Linha);
+        Campos_Do_Bruto(*Estrutura, entrada.Bruto.constData() + entrada.Início, Linha);
     else
         Linha = entrada.Valores;
     return true;
@@ -853,9 +878,9 @@ int Registros::RecordCount() const {
         // A whole table is counted by its own count, which reads no row, less the rows added since.
         Falha_Banco falha;
         const QString tabela = Citação(Estrutura->Nome);
-        // A criterion's rows are counted with the keyset's limit as a filter of the count, not of the rows:
-        // a server plans a statement once for any limit, and would otherwise read the whole row id index to
-        // meet a criterion that its own index answers in a few rows.
+        // A criterion's rows are counted with the keyset's limit as a filter of the count, not of the
+        // rows: a server plans a statement once for any limit, and would otherwise read the whole row id
+        // index to meet a criterion that its own index answers in a few rows.
         Comando_Banco* comando =
             Sessão_->Prepara(Sem_Critério ? "SELECT (SELECT count(*) FROM " + tabela +
                                                 ") - (SELECT count(*) FROM " + tabela + " WHERE rowid > ?)"
@@ -1244,7 +1269,8 @@ void Registros::Update(std::source_location onde) {
         Entrada nova{Sessão_->Último_Id(), {}, false};
         nova.Chave_Adiada = true;
         Limite_Id = std::max(Limite_Id, nova.Id);
-        // On a server the insert brought its order values back; here they are read when a step needs them.
+        // On a server the insert brought its order values back; here they are read when a step needs
+        // them.
         if (!campos_devolvidos.isEmpty()) nova = devolvida;
         Janela = {nova};
         Atual = 0;
@@ -1325,7 +1351,8 @@ Registros::Caminhada Registros::Caminhada_Atual() const {
         caminhada.Id = atual.Id;
         // A row taken from its page keeps its values of the order packed in its block.
         caminhada.Chave = atual.Chave_No_Bruto
-                              ? Chave_Do_Bruto(*Estrutura, atual.Bruto, static_cast<int>(Ordem.size()))
+                              ? Chave_Do_Bruto(*Estrutura, atual.Bruto.constData() + atual.Início,
+                                               static_cast<int>(Ordem.size()))
                               : atual.Chave;
         caminhada.Chave_Conhecida = !atual.Chave_Adiada;
     }

@@ -150,11 +150,14 @@ class Registros {
     struct Entrada {
         qint64 Id = 0;
         QVariantList Chave;
-        bool Excluída = false;        // deleted through this slot
-        bool Chave_Adiada = false;    // a row just added: its order values are read when a step needs them
-        QVector<QVariant> Valores;    // the row as its page read it, good while the file's mark is unchanged
-        QByteArray Bruto;             // or the same row packed as the store gave it, made values when current
-        bool Chave_No_Bruto = false;  // Chave is packed after the fields of Bruto
+        bool Excluída = false;      // deleted through this slot
+        bool Chave_Adiada = false;  // a row just added: its order values are read when a step needs them
+        QVector<QVariant> Valores;  // the row as its page read it, good while the file's mark is unchanged
+        // Or the same row packed as the store gave it, made values when current: the block of its page,
+        // which holds the row from Início on.
+        QByteArray Bruto;
+        qsizetype Início = 0;
+        bool Chave_No_Bruto = false;  // Chave is packed after the fields of the row in Bruto
         bool Lida() const { return !Valores.isEmpty() || !Bruto.isEmpty(); }
         Carimbo_Dados Carimbo;
         quint32 Página = 0;  // read for the open page of that number (Página_Aberta), or 0
@@ -193,7 +196,8 @@ class Registros {
     bool Começo_Pendente = false;  // opened, not yet placed at its first row
 
     // keyset, read in pages
-    QString Origem;  // "FROM <table> WHERE (<criterion>) AND +rowid <= ?": the rows of the source
+    QString Origem;             // "FROM <table> WHERE (<criterion>) AND +rowid <= ?": the rows of the source
+    QString Origem_Sem_Limite;  // "FROM <table> WHERE (<criterion>)", or "WHERE true"
     QVector<Termo_Ordem> Ordem;
     bool Ordem_Servida = true;      // an index serves the order's first term
     bool Sem_Critério = true;       // the source is the whole table

@@ -136,7 +136,8 @@ class Comando_SQLite final : public Comando_Banco {
     // A page's rows are packed as they come: each column is taken once from the row and read through its
     // own value, without the look-up that every sqlite3_column_ call repeats (the connection is used by
     // one thread only, so the value needs no guard).
-    qsizetype Empacota(const Coluna_Empacotada* plano, int colunas, QByteArray& bloco) const override {
+    qsizetype Empacota(const Coluna_Empacotada* plano, int colunas, QByteArray& bloco,
+                       qsizetype início) const override {
         struct Leitor {
             sqlite3_stmt* C;
             sqlite3_value* Valor(int coluna) const { return sqlite3_column_value(C, coluna); }
@@ -159,7 +160,7 @@ class Comando_SQLite final : public Comando_Banco {
                 return QByteArrayView(texto, sqlite3_value_bytes(v));
             }
         };
-        return Empacota_Linha(Leitor{C}, plano, colunas, bloco);
+        return Empacota_Linha(Leitor{C}, plano, colunas, bloco, início);
     }
 
   private:
