@@ -572,6 +572,15 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
             if (com_valores) {
                 entrada.Início = usado;
                 usado = comando->Empacota(plano.constData(), static_cast<int>(plano.size()), bloco, usado);
+                // The first row tells about how much room the page's rows take: the block is made that
+                // large at once, not doubled again and again, copying the rows each time.
+                if (entrada.Início == 0) {
+                    const qsizetype linhas = std::min<qsizetype>(máximo, 2 * Linhas_Por_Página);
+                    if (bloco.size() < usado * linhas * 5 / 4) bloco.resize(usado * linhas * 5 / 4);
+                }
+                entrada.Chave_No_Bruto = true;
+                if (com_carimbo) entrada.Carimbo = carimbo;
+                entrada.Página = Página_Aberta;
             }
             página.append(std::move(entrada));
         }
@@ -665,22 +674,30 @@ bool Registros::Passo(bool adiante, std::source_location onde) {
                 Chave_Do_Bruto(*Estrutura, de.Bruto.constData() + de.Início, static_cast<int>(Ordem.size()));
         QVector<Entrada> página = Busca_Página(&de, adiante, página_cheia, onde);
         if (página.isEmpty()) return false;
-        // The window is made anew in one block of the size it needs: trimming one end and growing the
-        // other in place would move or reallocate the whole window for each row of the page.
-        const qsizetype sobra =
-            std::max<qsizetype>(0, Janela.size() + página.size() - static_cast<qsizetype>(máximo_janela));
-        QVector<Entrada> nova;
-        nova.reserve(Janela.size() + página.size() - sobra);
-        if (adiante) {
-            for (qsizetype i = sobra; i < Janela.size(); ++i) nova.append(std::move(Janela[i]));
-            for (Entrada& entrada : página) nova.append(std::move(entrada));
-            próxima -= static_cast<int>(sobra);
+        // Forward, a page's rows join the window's end in place, in room kept for twice the window's rows,
+        // and the window is trimmed to its size only when that room is full: the rows it keeps are then
+        // moved once every few pages, not at every page. Back, the window is made anew in one block of the
+        // size it needs: growing it at its front in place would move the whole window for each row.
+        const qsizetype janela = static_cast<qsizetype>(máximo_janela);
+        const qsizetype total = Janela.size() + página.size();
+        if (adiante && servida && total <= 2 * janela) {
+            if (Janela.capacity() < 2 * janela) Janela.reserve(2 * janela);
+            for (Entrada& entrada : página) Janela.append(std::move(entrada));
         } else {
-            for (qsizetype i = página.size() - 1; i >= 0; --i) nova.append(std::move(página[i]));
-            for (qsizetype i = 0; i < Janela.size() - sobra; ++i) nova.append(std::move(Janela[i]));
-            próxima += static_cast<int>(página.size());
+            const qsizetype sobra = std::max<qsizetype>(0, total - janela);
+            QVector<Entrada> nova;
+            nova.reserve(servida && adiante ? 2 * janela : total - sobra);
+            if (adiante) {
+                for (qsizetype i = sobra; i < Janela.size(); ++i) nova.append(std::move(Janela[i]));
+                for (Entrada& entrada : página) nova.append(std::move(entrada));
+                próxima -= static_cast<int>(sobra);
+            } else {
+                for (qsizetype i = página.size() - 1; i >= 0; --i) nova.append(std::move(página[i]));
+                for (qsizetype i = 0; i < Janela.size() - sobra; ++i) nova.append(std::move(Janela[i]));
+                próxima += static_cast<int>(página.size());
+            }
+            Janela = std::move(nova);
         }
-        Janela = std::move(nova);
     }
     Atual = próxima;
     return true;
