@@ -10,6 +10,8 @@ inline constexpr int Fim_Comando = 101;
 
 enum class Tipo_Valor { Nulo, Inteiro, Real, Texto };
 
+struct Coluna_Empacotada;
+
 class Comando_Banco {
   public:
     virtual ~Comando_Banco() = default;
@@ -41,4 +43,8 @@ class Comando_Banco {
         apoio = Bytes(coluna);
         return apoio;
     }
+    // The columns of `plano` of the current row packed into `bloco` from `início` on (Linha_Empacotada.h), in
+    // one call for the row; gives where the row ends.
+    virtual qsizetype Empacota(const Coluna_Empacotada* plano, int colunas, QByteArray& bloco,
+                               qsizetype início) const;
 };

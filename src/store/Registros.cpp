@@ -12,6 +12,7 @@
 #include "failure/Rotina.h"
 #include "failure/Trata_Erro.h"
 #include "store/Comando_Banco.h"
+#include "store/Linha_Empacotada.h"
 #include "store/Ligação.h"
 #include "store/Tradutor_SQL.h"
 
@@ -59,12 +60,7 @@ QDateTime Data_Digitada(const QString& texto) {
 
 // ---------- Campo ----------
 
-QVariant Campo::Value(std::source_location onde) const {
-    // A row read and current, not being edited: what every step of a walk asks, answered at once.
-    if (R->Onde == Registros::Lugar::Na_Linha && R->Linha_Lida && !R->Linha_Adiada && R->Aberto_ &&
-        !R->Estático && !R->Começo_Pendente && R->Modo == Registros::Modo_Edição::Nenhum &&
-        R->Pendentes.isEmpty() && Posição >= 0 && Posição < R->Linha.size())
-        return R->Linha.at(Posição);
+QVariant Campo::Valor_Pedido(std::source_location onde) const {
     if (!R->Aberto_) {
         Falha(3704, "A operação não é permitida quando o objeto está fechado.", onde);
         return {};
@@ -173,119 +169,73 @@ QVector<QVariant> Campos_Lidos(const Estrutura_Tabela& estrutura, Comando_Banco*
     return campos;
 }
 
-// A row of a page is kept packed in one block, as the store gave it, and becomes values only when a step
-// makes it current: a page then costs one block per row, not a value per field, and a row left behind
-// frees one block. Each field is a mark, then an integer or a real in 8 bytes, or a text as its length
-// and its bytes; the field's type says what the store is asked for, as Campos_Lidos does.
-enum Marca_Bruto : char { Bruto_Nulo, Bruto_Inteiro, Bruto_Real, Bruto_Texto };
-
-// After the fields come the `chaves` values of the order, from column 1, marked by what the store gave, so
-// that Chave_Do_Bruto gives them back as Valor_Chave reads them.
-QByteArray Campos_Brutos(const Estrutura_Tabela& estrutura, Comando_Banco* comando, int primeira,
-                         int chaves) {
-    // Written through a pointer into a block that grows only for long texts.
-    QByteArray bruto(256, Qt::Uninitialized);
-    char* início = bruto.data();
-    qsizetype usado = 0;
-    const auto garante = [&](qsizetype mais) {
-        if (usado + mais <= bruto.size()) return;
-        bruto.resize(std::max(2 * bruto.size(), usado + mais));
-        início = bruto.data();
-    };
-    QByteArray apoio;
-    const int campos = static_cast<int>(estrutura.Campos.size());
-    for (int i = 0; i < campos + chaves; ++i) {
-        const int coluna = i < campos ? primeira + i : 1 + i - campos;
-        garante(1 + 8);
-        const Tipo_Valor tipo = comando->Tipo(coluna);
-        if (tipo == Tipo_Valor::Nulo) {
-            início[usado++] = Bruto_Nulo;
-            continue;
-        }
-        // A field is asked for as its type says; a value of the order as the store gave it.
-        int como = Tipo_Texto;
-        if (i < campos)
-            como = estrutura.Campos[i].Tipo;
-        else if (tipo == Tipo_Valor::Inteiro)
-            como = Tipo_Long;
-        else if (tipo == Tipo_Valor::Real)
-            como = Tipo_Double;
-        switch (como) {
+// A row of a page is kept packed (Linha_Empacotada.h), as the store gave it, and becomes values only when a
+// step makes it current: a page then costs one block for its rows, not a value per field, and a page left
+// behind frees its block. A row's fields come first, each asked for as its type says, as Campos_Lidos
+// does; after them the `chaves` values of the order, from column 1, as the store gave them, so that
+// Chave_Do_Bruto gives them back as Valor_Chave reads them. The plan is made once for a page.
+QVector<Coluna_Empacotada> Plano_Bruto(const Estrutura_Tabela& estrutura, int primeira, int chaves) {
+    QVector<Coluna_Empacotada> plano;
+    plano.reserve(estrutura.Campos.size() + chaves);
+    for (int i = 0; i < estrutura.Campos.size(); ++i) {
+        Pedido_Coluna pedido = Pedido_Coluna::Texto;
+        switch (estrutura.Campos[i].Tipo) {
             case Tipo_Long:
-            case Tipo_Boolean: {
-                const qint64 valor = comando->Inteiro(coluna);
-                início[usado++] = Bruto_Inteiro;
-                std::memcpy(início + usado, &valor, sizeof valor);
-                usado += sizeof valor;
+            case Tipo_Boolean:
+                pedido = Pedido_Coluna::Inteiro;
                 break;
-            }
-            case Tipo_Double: {
-                const double valor = comando->Real(coluna);
-                início[usado++] = Bruto_Real;
-                std::memcpy(início + usado, &valor, sizeof valor);
-                usado += sizeof valor;
+            case Tipo_Double:
+                pedido = Pedido_Coluna::Real;
                 break;
-            }
-            default: {
-                const QByteArrayView texto = comando->Vista_Bytes(coluna, apoio);
-                const auto tamanho = static_cast<quint32>(texto.size());
-                garante(1 + sizeof tamanho + texto.size());
-                início[usado++] = Bruto_Texto;
-                std::memcpy(início + usado, &tamanho, sizeof tamanho);
-                usado += sizeof tamanho;
-                if (tamanho > 0) std::memcpy(início + usado, texto.data(), tamanho);
-                usado += tamanho;
-            }
         }
+        plano.append({primeira + i, pedido});
     }
-    bruto.truncate(usado);
-    return bruto;
+    for (int i = 0; i < chaves; ++i) plano.append({1 + i, Pedido_Coluna::Como_Veio});
+    return plano;
 }
 
-// The values of a packed row, the same that Campos_Lidos gives of the statement that read it.
-QVector<QVariant> Campos_Do_Bruto(const Estrutura_Tabela& estrutura, const QByteArray& bruto) {
+// The values of a packed row, the same that Campos_Lidos gives of the statement that read it, made in
+// `valores` in place: a walk's row reuses the room of the row before it, and a text moves into its value.
+void Campos_Do_Bruto(const Estrutura_Tabela& estrutura, const char* p, QVector<QVariant>& valores) {
     const int campos = static_cast<int>(estrutura.Campos.size());
-    QVector<QVariant> valores;
-    valores.reserve(campos);
-    const char* p = bruto.constData();
-    for (int i = 0; i < campos; ++i) {
+    if (valores.size() != campos) valores.resize(campos);
+    QVariant* valor = valores.data();
+    for (int i = 0; i < campos; ++i, ++valor) {
         const char marca = *p++;
         const int tipo = estrutura.Campos[i].Tipo;
         if (marca == Bruto_Nulo) {
-            valores.emplaceBack();
+            if (valor->isValid()) *valor = QVariant();
         } else if (marca == Bruto_Texto) {
             quint32 tamanho = 0;
             std::memcpy(&tamanho, p, sizeof tamanho);
             p += sizeof tamanho;
-            const QString texto = QString::fromUtf8(p, static_cast<qsizetype>(tamanho));
+            QString texto = QString::fromUtf8(p, static_cast<qsizetype>(tamanho));
             p += tamanho;
             if (tipo == Tipo_Data)
-                valores.emplaceBack(Data_Do_Banco(texto));
+                *valor = Data_Do_Banco(texto);
             else
-                valores.emplaceBack(texto);
+                valor->setValue(std::move(texto));
         } else if (marca == Bruto_Real) {
-            double valor = 0;
-            std::memcpy(&valor, p, sizeof valor);
-            p += sizeof valor;
-            valores.emplaceBack(valor);
+            double número = 0;
+            std::memcpy(&número, p, sizeof número);
+            p += sizeof número;
+            valor->setValue(número);
         } else {
-            qint64 valor = 0;
-            std::memcpy(&valor, p, sizeof valor);
-            p += sizeof valor;
+            qint64 número = 0;
+            std::memcpy(&número, p, sizeof número);
+            p += sizeof número;
             if (tipo == Tipo_Boolean)
-                valores.emplaceBack(valor != 0);
+                valor->setValue(número != 0);
             else
-                valores.emplaceBack(static_cast<int>(valor));
+                valor->setValue(static_cast<int>(número));
         }
     }
-    return valores;
 }
 
 // The values of the order packed after the fields of a row, as Valor_Chave gives them.
-QVariantList Chave_Do_Bruto(const Estrutura_Tabela& estrutura, const QByteArray& bruto, int chaves) {
+QVariantList Chave_Do_Bruto(const Estrutura_Tabela& estrutura, const char* p, int chaves) {
     QVariantList chave;
     chave.reserve(chaves);
-    const char* p = bruto.constData();
     for (int i = 0; i < estrutura.Campos.size() + chaves; ++i) {
         const char marca = *p++;
         QVariant valor;
@@ -370,6 +320,7 @@ void Registros::Close() {
     Aberto_ = false;
     Começo_Pendente = false;
     Origem.clear();
+    Origem_Sem_Limite.clear();
     Ordem.clear();
     Colunas_Chave.clear();
     Limite_Id = 0;
@@ -527,6 +478,8 @@ void Registros::Prepara_Ordem() {
     Sem_Critério = critério.isEmpty();
     Origem = "FROM " + Citação(Estrutura->Nome) + " WHERE " +
              (critério.isEmpty() ? QString() : "(" + critério + ") AND ") + Até_O_Limite;
+    Origem_Sem_Limite =
+        "FROM " + Citação(Estrutura->Nome) + " WHERE " + (critério.isEmpty() ? "true" : "(" + critério + ")");
 }
 
 // The keyset is the rows there now: rows added later by others have greater ids and stay out.
@@ -563,9 +516,13 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
     // mark says that nothing was written since. A walk that takes all its ids at once takes only the ids.
     // A walk taken anew reads the table's greatest row id, its limit, in the statement of its first page.
     const bool com_limite = de == nullptr && Limite_Na_Página;
-    const QString início =
+    const QString colunas_lidas =
         "SELECT rowid" + Colunas_Chave + (Ordem_Servida ? ", " + Campos_Da_Tabela + " " : " ") +
-        (com_limite ? ", (SELECT max(rowid) FROM " + Citação(Estrutura->Nome) + ") " : "") + Origem;
+        (com_limite ? ", (SELECT max(rowid) FROM " + Citação(Estrutura->Nome) + ") " : "");
+    // The embedded engine checks the keyset's limit here, on the row ids that the page reads anyway: the
+    // statement reads on past it, and in the rare page that meets a row added since the keyset was taken,
+    // those of its rows are read again with the limit in the statement. A server keeps it there.
+    const bool limite_aqui = !com_limite && !Sessão_->Servidor();
     Carimbo_Dados carimbo;
     const bool com_carimbo = Ordem_Servida && Sessão_->Carimbo(carimbo);
     const bool com_valores = com_carimbo || (Ordem_Servida && Página_Aberta != 0);
@@ -573,23 +530,35 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
     const int primeira = 1 + static_cast<int>(Ordem.size());
     bool falhou = false;
     página.reserve(std::min(máximo, Linhas_Por_Página));
-    const auto roda = [&](const QString& condição, const QVariantList& valores) {
-        if (falhou || página.size() >= máximo) return;
+    const QVector<Coluna_Empacotada> plano =
+        com_valores ? Plano_Bruto(*Estrutura, primeira, static_cast<int>(Ordem.size()))
+                    : QVector<Coluna_Empacotada>();
+    // The page's rows are packed one after another in one block, which they then share.
+    QByteArray bloco;
+    qsizetype usado = 0;
+    // Reads the rows of one condition; false when a row beyond the keyset's limit came (`filtra` only).
+    const auto lê = [&](const QString& início, bool filtra, const QString& condição,
+                        const QVariantList& valores) {
         Falha_Banco falha;
         Comando_Banco* comando =
             Sessão_->Prepara(início + condição + " ORDER BY " + ordem + " LIMIT ?", falha);
         if (comando == nullptr) {
             falhou = true;
-            return Falha(falha.Número, falha.Descrição, onde);
+            Falha(falha.Número, falha.Descrição, onde);
+            return true;
         }
         int n = 1;
-        comando->Liga_Inteiro(n++, com_limite ? std::numeric_limits<qint64>::max() : Limite_Id);
+        if (!filtra) comando->Liga_Inteiro(n++, com_limite ? std::numeric_limits<qint64>::max() : Limite_Id);
         for (const QVariant& valor : valores) Liga_Chave(comando, n++, valor);
         comando->Liga_Inteiro(n, máximo - static_cast<int>(página.size()));
         int r;
         while ((r = comando->Passo()) == Linha_Pronta) {
             Entrada entrada;
             entrada.Id = comando->Inteiro(0);
+            if (filtra && entrada.Id > Limite_Id) {
+                comando->Reinicia();
+                return false;
+            }
             // A row read whole keeps its values of the order in its block, read back only for the row
             // that a next page starts from.
             if (!com_valores) {
@@ -601,7 +570,14 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
                 Limite_Na_Página = false;
             }
             if (com_valores) {
-                entrada.Bruto = Campos_Brutos(*Estrutura, comando, primeira, static_cast<int>(Ordem.size()));
+                entrada.Início = usado;
+                usado = comando->Empacota(plano.constData(), static_cast<int>(plano.size()), bloco, usado);
+                // The first row tells about how much room the page's rows take: the block is made that
+                // large at once, not doubled again and again, copying the rows each time.
+                if (entrada.Início == 0) {
+                    const qsizetype linhas = std::min<qsizetype>(máximo, 2 * Linhas_Por_Página);
+                    if (bloco.size() < usado * linhas * 5 / 4) bloco.resize(usado * linhas * 5 / 4);
+                }
                 entrada.Chave_No_Bruto = true;
                 if (com_carimbo) entrada.Carimbo = carimbo;
                 entrada.Página = Página_Aberta;
@@ -614,6 +590,17 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
             Sessão_->Falha_Da_Última(falha, r);
             Falha(falha.Número, falha.Descrição, onde);
         }
+        return true;
+    };
+    const auto roda = [&](const QString& condição, const QVariantList& valores) {
+        if (falhou || página.size() >= máximo) return;
+        const qsizetype linhas_antes = página.size();
+        const qsizetype usado_antes = usado;
+        if (lê(colunas_lidas + (limite_aqui ? Origem_Sem_Limite : Origem), limite_aqui, condição, valores))
+            return;
+        página.resize(linhas_antes);
+        usado = usado_antes;
+        lê(colunas_lidas + Origem, false, condição, valores);
     };
     if (de == nullptr) {
         roda(QString(), {});
@@ -629,6 +616,10 @@ QVector<Registros::Entrada> Registros::Busca_Página(const Entrada* de, bool adi
     if (falhou) {
         Close();
         return {};
+    }
+    if (com_valores) {
+        bloco.truncate(usado);
+        for (Entrada& entrada : página) entrada.Bruto = bloco;
     }
     return página;
 }
@@ -679,25 +670,34 @@ bool Registros::Passo(bool adiante, std::source_location onde) {
         Entrada de = adiante ? Janela.last() : Janela.first();
         if (de.Chave_Adiada) Entrada_Da_Linha(de.Id, false, de, onde);
         if (de.Chave_No_Bruto)
-            de.Chave = Chave_Do_Bruto(*Estrutura, de.Bruto, static_cast<int>(Ordem.size()));
+            de.Chave =
+                Chave_Do_Bruto(*Estrutura, de.Bruto.constData() + de.Início, static_cast<int>(Ordem.size()));
         QVector<Entrada> página = Busca_Página(&de, adiante, página_cheia, onde);
         if (página.isEmpty()) return false;
-        // The window is made anew in one block of the size it needs: trimming one end and growing the
-        // other in place would move or reallocate the whole window for each row of the page.
-        const qsizetype sobra =
-            std::max<qsizetype>(0, Janela.size() + página.size() - static_cast<qsizetype>(máximo_janela));
-        QVector<Entrada> nova;
-        nova.reserve(Janela.size() + página.size() - sobra);
-        if (adiante) {
-            for (qsizetype i = sobra; i < Janela.size(); ++i) nova.append(std::move(Janela[i]));
-            for (Entrada& entrada : página) nova.append(std::move(entrada));
-            próxima -= static_cast<int>(sobra);
+        // Forward, a page's rows join the window's end in place, in room kept for twice the window's rows,
+        // and the window is trimmed to its size only when that room is full: the rows it keeps are then
+        // moved once every few pages, not at every page. Back, the window is made anew in one block of the
+        // size it needs: growing it at its front in place would move the whole window for each row.
+        const qsizetype janela = static_cast<qsizetype>(máximo_janela);
+        const qsizetype total = Janela.size() + página.size();
+        if (adiante && servida && total <= 2 * janela) {
+            if (Janela.capacity() < 2 * janela) Janela.reserve(2 * janela);
+            for (Entrada& entrada : página) Janela.append(std::move(entrada));
         } else {
-            for (qsizetype i = página.size() - 1; i >= 0; --i) nova.append(std::move(página[i]));
-            for (qsizetype i = 0; i < Janela.size() - sobra; ++i) nova.append(std::move(Janela[i]));
-            próxima += static_cast<int>(página.size());
+            const qsizetype sobra = std::max<qsizetype>(0, total - janela);
+            QVector<Entrada> nova;
+            nova.reserve(servida && adiante ? 2 * janela : total - sobra);
+            if (adiante) {
+                for (qsizetype i = sobra; i < Janela.size(); ++i) nova.append(std::move(Janela[i]));
+                for (Entrada& entrada : página) nova.append(std::move(entrada));
+                próxima -= static_cast<int>(sobra);
+            } else {
+                for (qsizetype i = página.size() - 1; i >= 0; --i) nova.append(std::move(página[i]));
+                for (qsizetype i = 0; i < Janela.size() - sobra; ++i) nova.append(std::move(Janela[i]));
+                próxima += static_cast<int>(página.size());
+            }
+            Janela = std::move(nova);
         }
-        Janela = std::move(nova);
     }
     Atual = próxima;
     return true;
@@ -746,7 +746,10 @@ bool Registros::Linha_Da_Página(const Entrada& entrada) {
     if (!(Página_Aberta != 0 && entrada.Página == Página_Aberta) &&
         (!Sessão_->Carimbo(agora) || !(agora == entrada.Carimbo)))
         return false;
-    Linha = entrada.Valores.isEmpty() ? Campos_Do_Bruto(*Estrutura, entrada.Bruto) : entrada.Valores;
+    if (entrada.Valores.isEmpty())
+        Campos_Do_Bruto(*Estrutura, entrada.Bruto.constData() + entrada.Início, Linha);
+    else
+        Linha = entrada.Valores;
     return true;
 }
 
@@ -892,9 +895,9 @@ int Registros::RecordCount() const {
         // A whole table is counted by its own count, which reads no row, less the rows added since.
         Falha_Banco falha;
         const QString tabela = Citação(Estrutura->Nome);
-        // A criterion's rows are counted with the keyset's limit as a filter of the count, not of the rows:
-        // a server plans a statement once for any limit, and would otherwise read the whole row id index to
-        // meet a criterion that its own index answers in a few rows.
+        // A criterion's rows are counted with the keyset's limit as a filter of the count, not of the
+        // rows: a server plans a statement once for any limit, and would otherwise read the whole row id
+        // index to meet a criterion that its own index answers in a few rows.
         Comando_Banco* comando =
             Sessão_->Prepara(Sem_Critério ? "SELECT (SELECT count(*) FROM " + tabela +
                                                 ") - (SELECT count(*) FROM " + tabela + " WHERE rowid > ?)"
@@ -1283,7 +1286,8 @@ void Registros::Update(std::source_location onde) {
         Entrada nova{Sessão_->Último_Id(), {}, false};
         nova.Chave_Adiada = true;
         Limite_Id = std::max(Limite_Id, nova.Id);
-        // On a server the insert brought its order values back; here they are read when a step needs them.
+        // On a server the insert brought its order values back; here they are read when a step needs
+        // them.
         if (!campos_devolvidos.isEmpty()) nova = devolvida;
         Janela = {nova};
         Atual = 0;
@@ -1364,7 +1368,8 @@ Registros::Caminhada Registros::Caminhada_Atual() const {
         caminhada.Id = atual.Id;
         // A row taken from its page keeps its values of the order packed in its block.
         caminhada.Chave = atual.Chave_No_Bruto
-                              ? Chave_Do_Bruto(*Estrutura, atual.Bruto, static_cast<int>(Ordem.size()))
+                              ? Chave_Do_Bruto(*Estrutura, atual.Bruto.constData() + atual.Início,
+                                               static_cast<int>(Ordem.size()))
                               : atual.Chave;
         caminhada.Chave_Conhecida = !atual.Chave_Adiada;
     }

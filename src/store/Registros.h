@@ -37,6 +37,7 @@ class Campo {
     int DefinedSize() const;
 
   private:
+    QVariant Valor_Pedido(std::source_location onde) const;
     Registros* R;
     int Posição;
 };
@@ -149,11 +150,14 @@ class Registros {
     struct Entrada {
         qint64 Id = 0;
         QVariantList Chave;
-        bool Excluída = false;        // deleted through this slot
-        bool Chave_Adiada = false;    // a row just added: its order values are read when a step needs them
-        QVector<QVariant> Valores;    // the row as its page read it, good while the file's mark is unchanged
-        QByteArray Bruto;             // or the same row packed as the store gave it, made values when current
-        bool Chave_No_Bruto = false;  // Chave is packed after the fields of Bruto
+        bool Excluída = false;      // deleted through this slot
+        bool Chave_Adiada = false;  // a row just added: its order values are read when a step needs them
+        QVector<QVariant> Valores;  // the row as its page read it, good while the file's mark is unchanged
+        // Or the same row packed as the store gave it, made values when current: the block of its page,
+        // which holds the row from Início on.
+        QByteArray Bruto;
+        qsizetype Início = 0;
+        bool Chave_No_Bruto = false;  // Chave is packed after the fields of the row in Bruto
         bool Lida() const { return !Valores.isEmpty() || !Bruto.isEmpty(); }
         Carimbo_Dados Carimbo;
         quint32 Página = 0;  // read for the open page of that number (Página_Aberta), or 0
@@ -173,6 +177,12 @@ class Registros {
     bool Linha_Da_Página(const Entrada& entrada);
     bool Lê_Linhas_Da_Página(bool adiante);
     bool Tem_Linha_Atual() const;
+    // A row read and current, not being edited: a field of it is read as it stands.
+    bool Leitura_Direta(int posição) const {
+        return Onde == Lugar::Na_Linha && Linha_Lida && !Linha_Adiada && Aberto_ && !Estático &&
+               !Começo_Pendente && Modo == Modo_Edição::Nenhum && Pendentes.isEmpty() && posição >= 0 &&
+               posição < Linha.size();
+    }
     qint64 Id_Atual() const { return Janela[Atual].Id; }
     bool Converte_Para_Gravar(int posição, const QVariant& valor, QVariant& saída, Falha_Banco& falha) const;
     void Descarta_Edição();
@@ -186,7 +196,8 @@ class Registros {
     bool Começo_Pendente = false;  // opened, not yet placed at its first row
 
     // keyset, read in pages
-    QString Origem;  // "FROM <table> WHERE (<criterion>) AND +rowid <= ?": the rows of the source
+    QString Origem;             // "FROM <table> WHERE (<criterion>) AND +rowid <= ?": the rows of the source
+    QString Origem_Sem_Limite;  // "FROM <table> WHERE (<criterion>)", or "WHERE true"
     QVector<Termo_Ordem> Ordem;
     bool Ordem_Servida = true;      // an index serves the order's first term
     bool Sem_Critério = true;       // the source is the whole table
@@ -225,3 +236,9 @@ class Registros {
     QHash<int, QVariant> Pendentes;
     bool Trava_Sem_Transação = false;
 };
+
+// What every step of a walk asks, answered where it is asked.
+inline QVariant Campo::Value(std::source_location onde) const {
+    if (R->Leitura_Direta(Posição)) return R->Linha.at(Posição);
+    return Valor_Pedido(onde);
+}

@@ -17,6 +17,7 @@
 #include "store/Comando_Banco.h"
 #include "store/Comparação.h"
 #include "store/Descarga_Paralela.h"
+#include "store/Linha_Empacotada.h"
 #include "store/Sessão_Servidor.h"
 
 namespace {
@@ -131,6 +132,35 @@ class Comando_SQLite final : public Comando_Banco {
     QByteArrayView Vista_Bytes(int i, QByteArray&) const override {
         const char* texto = reinterpret_cast<const char*>(sqlite3_column_text(C, i));
         return QByteArrayView(texto, sqlite3_column_bytes(C, i));
+    }
+    // A page's rows are packed as they come: each column is taken once from the row and read through its
+    // own value, without the look-up that every sqlite3_column_ call repeats (the connection is used by
+    // one thread only, so the value needs no guard).
+    qsizetype Empacota(const Coluna_Empacotada* plano, int colunas, QByteArray& bloco,
+                       qsizetype início) const override {
+        struct Leitor {
+            sqlite3_stmt* C;
+            sqlite3_value* Valor(int coluna) const { return sqlite3_column_value(C, coluna); }
+            static Tipo_Valor Tipo(sqlite3_value* v) {
+                switch (sqlite3_value_type(v)) {
+                    case SQLITE_NULL:
+                        return Tipo_Valor::Nulo;
+                    case SQLITE_INTEGER:
+                        return Tipo_Valor::Inteiro;
+                    case SQLITE_FLOAT:
+                        return Tipo_Valor::Real;
+                    default:
+                        return Tipo_Valor::Texto;
+                }
+            }
+            static qint64 Inteiro(sqlite3_value* v) { return sqlite3_value_int64(v); }
+            static double Real(sqlite3_value* v) { return sqlite3_value_double(v); }
+            static QByteArrayView Texto(sqlite3_value* v) {
+                const char* texto = reinterpret_cast<const char*>(sqlite3_value_text(v));
+                return QByteArrayView(texto, sqlite3_value_bytes(v));
+            }
+        };
+        return Empacota_Linha(Leitor{C}, plano, colunas, bloco, início);
     }
 
   private:

@@ -213,6 +213,40 @@ TEST_F(Páginas_Teste, RowsThatAnotherCopyDeletesReadAsGoneAndRowsItAddsWaitForR
     EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), "Nova");
 }
 
+// Rows that another copy adds amid the walk's way, between rows and among rows they tie with, stay out of
+// the walk in both directions until the keyset is taken anew; the rows around them are all there, in order.
+TEST_F(Páginas_Teste, RowsThatAnotherCopyAddsAmidTheWalksWayStayOutInBothDirections) {
+    const auto inclusão = [](const QString& pergunta, const QString& tipo) {
+        return "INSERT INTO tblPergunta (Pergunta, Resposta_Correta, Tipo, Já_Comparada) VALUES ('" +
+               pergunta + "', 'x', " + tipo + ", false)";
+    };
+    Tabela.Set_Index("idxTipo");
+    const QStringList por_tipo = Na_Ordem(Tipo_Ordenável);
+    Tabela.MoveFirst();
+    for (int i = 0; i < 10; ++i) Tabela.MoveNext();
+    // Ties with the Nulls a page ahead, with the first rows of type A and with the last rows of type B.
+    Outro_Processo({inclusão("P0250a", "NULL"), inclusão("P0100", "'A'"), inclusão("P0001", "'B'")});
+    EXPECT_EQ(Padrão(Caminha(true)), Padrão(por_tipo.mid(10)));
+    Tabela.MovePrevious();
+    EXPECT_EQ(Padrão(Caminha(false)), Padrão(Invertida(por_tipo)));
+
+    // A new keyset takes them in; rows added after it, in the middle of the text order, stay out again.
+    Modelo.append({Linhas + 1, "P0250a", QVariant()});
+    Modelo.append({Linhas + 2, "P0100", "A"});
+    Modelo.append({Linhas + 3, "P0001", "B"});
+    Tabela.Set_Index("idxPergunta");
+    const QStringList por_texto = Na_Ordem([](const Pergunta_Modelo& p) { return p.Pergunta; });
+    ASSERT_EQ(por_texto.size(), Linhas + 3);
+    Tabela.MoveLast();
+    for (int i = 0; i < 5; ++i) Tabela.MovePrevious();
+    Outro_Processo({inclusão("P0400", "'A'"), inclusão("P0003a", "'B'"), inclusão("P0499", "NULL")});
+    EXPECT_EQ(Padrão(Caminha(false)), Padrão(Invertida(por_texto.mid(0, Linhas + 3 - 5))));
+    Tabela.MoveNext();
+    EXPECT_EQ(Padrão(Caminha(true)), Padrão(por_texto));
+    Tabela.Requery();
+    EXPECT_EQ(Tabela.RecordCount(), Linhas + 6);
+}
+
 TEST_F(Páginas_Teste, SeekFindsTheFirstAndLastRowsAndFallsPastBothEnds) {
     Tabela.Set_Index("idxPergunta");
     Tabela.Seek("P0001");
