@@ -91,6 +91,22 @@ class Sessão_SQLite final : public Sessão {
     bool Sem_Índice_Wal = false;
 };
 
+namespace {
+// The kind of a value as the engine tells it.
+Tipo_Valor Tipo_Do_Engenho(int tipo) {
+    switch (tipo) {
+        case SQLITE_NULL:
+            return Tipo_Valor::Nulo;
+        case SQLITE_INTEGER:
+            return Tipo_Valor::Inteiro;
+        case SQLITE_FLOAT:
+            return Tipo_Valor::Real;
+        default:
+            return Tipo_Valor::Texto;
+    }
+}
+}  // namespace
+
 // A prepared SQLite statement.
 class Comando_SQLite final : public Comando_Banco {
   public:
@@ -107,18 +123,7 @@ class Comando_SQLite final : public Comando_Banco {
     void Limpa_Valores() override { sqlite3_clear_bindings(C); }
     int Colunas() const override { return sqlite3_column_count(C); }
     QString Nome_Coluna(int i) const override { return QString::fromUtf8(sqlite3_column_name(C, i)); }
-    Tipo_Valor Tipo(int i) const override {
-        switch (sqlite3_column_type(C, i)) {
-            case SQLITE_NULL:
-                return Tipo_Valor::Nulo;
-            case SQLITE_INTEGER:
-                return Tipo_Valor::Inteiro;
-            case SQLITE_FLOAT:
-                return Tipo_Valor::Real;
-            default:
-                return Tipo_Valor::Texto;
-        }
-    }
+    Tipo_Valor Tipo(int i) const override { return Tipo_Do_Engenho(sqlite3_column_type(C, i)); }
     qint64 Inteiro(int i) const override { return sqlite3_column_int64(C, i); }
     double Real(int i) const override { return sqlite3_column_double(C, i); }
     QByteArray Bytes(int i) const override {
@@ -141,18 +146,7 @@ class Comando_SQLite final : public Comando_Banco {
         struct Leitor {
             sqlite3_stmt* C;
             sqlite3_value* Valor(int coluna) const { return sqlite3_column_value(C, coluna); }
-            static Tipo_Valor Tipo(sqlite3_value* v) {
-                switch (sqlite3_value_type(v)) {
-                    case SQLITE_NULL:
-                        return Tipo_Valor::Nulo;
-                    case SQLITE_INTEGER:
-                        return Tipo_Valor::Inteiro;
-                    case SQLITE_FLOAT:
-                        return Tipo_Valor::Real;
-                    default:
-                        return Tipo_Valor::Texto;
-                }
-            }
+            static Tipo_Valor Tipo(sqlite3_value* v) { return Tipo_Do_Engenho(sqlite3_value_type(v)); }
             static qint64 Inteiro(sqlite3_value* v) { return sqlite3_value_int64(v); }
             static double Real(sqlite3_value* v) { return sqlite3_value_double(v); }
             static QByteArrayView Texto(sqlite3_value* v) {

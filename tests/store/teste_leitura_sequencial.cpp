@@ -54,9 +54,7 @@ class Leitura_Sequencial_Teste : public ::testing::Test {
 
     void SetUp() override {
         Cria_Bancos_De_Teste();
-        Catálogo::Adiciona_Índice(Conexão, "tblPergunta", {"idxTipo", Tipo_Índice::Simples, {"Tipo"}});
-        Catálogo::Adiciona_Índice(Conexão, "tblPergunta",
-                                  {"idxTipo_Pergunta", Tipo_Índice::Simples, {"Tipo", "Pergunta"}});
+        Indexa_Perguntas_Por_Tipo();
         // Three types and Nulls, so that most keys tie (and two of them differ only by case and accent);
         // the texts repeat every 40 rows and sort against the codes.
         QStringList inclusões{"BEGIN"};

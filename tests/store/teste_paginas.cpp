@@ -67,9 +67,7 @@ class Páginas_Teste : public ::testing::Test {
 
     void SetUp() override {
         Cria_Bancos_De_Teste();
-        Catálogo::Adiciona_Índice(Conexão, "tblPergunta", {"idxTipo", Tipo_Índice::Simples, {"Tipo"}});
-        Catálogo::Adiciona_Índice(Conexão, "tblPergunta",
-                                  {"idxTipo_Pergunta", Tipo_Índice::Simples, {"Tipo", "Pergunta"}});
+        Indexa_Perguntas_Por_Tipo();
         // The texts sort against the codes; the types repeat, so that most keys tie with many others.
         QStringList inclusões{"BEGIN"};
         for (int código = 1; código <= Linhas; ++código) {

@@ -58,6 +58,12 @@ Pasta_Teste::~Pasta_Teste() {
     qunsetenv("QUIZORA_PASTA");
 }
 
+void Indexa_Perguntas_Por_Tipo() {
+    Catálogo::Adiciona_Índice(Conexão, "tblPergunta", {"idxTipo", Tipo_Índice::Simples, {"Tipo"}});
+    Catálogo::Adiciona_Índice(Conexão, "tblPergunta",
+                              {"idxTipo_Pergunta", Tipo_Índice::Simples, {"Tipo", "Pergunta"}});
+}
+
 void Cria_Bancos_De_Teste() {
     Catálogo::Cria_Banco(Conexão_Criação(Caminho_Banco_Principal()));
     Catálogo::Cria_Banco(Conexão_Criação(Caminho_Banco_Manutenção()));

@@ -18,3 +18,5 @@ class Pasta_Teste {
 void Reinicia_Estado_Global();
 // Creates Dados.Mdb and Manutenção.Mdb with a few tables and opens the seven connections.
 void Cria_Bancos_De_Teste();
+// Indexes tblPergunta by Tipo and by Tipo and Pergunta, where keys tie with many others.
+void Indexa_Perguntas_Por_Tipo();
