@@ -1,6 +1,7 @@
 #pragma once
 // Prints each benchmark's result and, at the end, the program's time as a multiple of raw SQLite's,
 // one line for each pair of benchmarks whose names differ only in "Pelo_Programa" and "SQLite_Puro".
+// A pair run in several rounds (Registra_Em_Rodadas) adds up the times of its rounds.
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
@@ -20,12 +21,13 @@ class Relator_Razão : public benchmark::ConsoleReporter {
         // The raw side is SQLite's, or libpq's for the benchmarks of the store on a server.
         static const std::string marcas[] = {"_Pelo_Programa", "_SQLite_Puro", "_Libpq_Puro"};
         for (const Run& r : execuções) {
+            if (r.run_type != Run::RT_Iteration) continue;
             std::string nome = r.run_name.function_name;
             for (int marca = 0; marca < 3; ++marca)
                 if (const auto onde = nome.find(marcas[marca]); onde != std::string::npos) {
                     nome.erase(onde, marcas[marca].size());
-                    Tempos[nome][marca == 0 ? 0 : 1] = r.GetAdjustedRealTime();
-                    Tempos_CPU[nome][marca == 0 ? 0 : 1] = r.GetAdjustedCPUTime();
+                    Tempos[nome][marca == 0 ? 0 : 1] += r.GetAdjustedRealTime();
+                    Tempos_CPU[nome][marca == 0 ? 0 : 1] += r.GetAdjustedCPUTime();
                     if (marca == 2) Servidor[nome] = true;
                 }
         }
@@ -49,6 +51,20 @@ class Relator_Razão : public benchmark::ConsoleReporter {
     std::map<std::string, std::array<double, 2>> Tempos_CPU;
     std::map<std::string, bool> Servidor;
 };
+
+// A pair that waits mostly on the disk, run in rounds: each round runs the raw side, then the program's.
+// A shared machine's disk is slower in some minutes than in others; in turns, both sides meet the same.
+inline void Registra_Em_Rodadas(const std::string& nome, void (*puro)(benchmark::State&),
+                                void (*programa)(benchmark::State&), int rodadas, int iterações) {
+    for (int rodada = 0; rodada < rodadas; ++rodada) {
+        benchmark::RegisterBenchmark((nome + "_SQLite_Puro").c_str(), puro)
+            ->Unit(benchmark::kMillisecond)
+            ->Iterations(iterações);
+        benchmark::RegisterBenchmark((nome + "_Pelo_Programa").c_str(), programa)
+            ->Unit(benchmark::kMillisecond)
+            ->Iterations(iterações);
+    }
+}
 
 // The main of every benchmark program here: offscreen windows, the registered benchmarks, the ratio.
 inline int Roda_Comparação(int argc, char** argv) {

@@ -298,7 +298,7 @@ QVariantList Linha_Auditoria(const QString& fonte, const QString& campo) {
     // Before the login there is no user: the row keeps an empty user rather than being refused.
     return {Texto_Manutenção.left(100).trimmed(),
             Usuário_Atual.isEmpty() ? QVariant() : QVariant(Usuário_Atual),
-            QDateTime(agora.date(), QTime(0, 0)), agora.toString("HH:mm:ss")};
+            QDateTime(agora.date(), QTime(0, 0)), agora.time().toString(Qt::ISODate)};  // "HH:mm:ss"
 }
 
 // Tells the refusal of audit rows the store sent later, as Grava tells that of one it writes.

@@ -70,12 +70,12 @@ QVariant Campo::Valor_Pedido(std::source_location onde) const {
               onde);
         return {};
     }
-    if (R->Modo == Registros::Modo_Edição::Inclusão) return R->Pendentes.value(Posição);
+    if (R->Modo == Registros::Modo_Edição::Inclusão) return R->Pendentes.Valor(Posição);
     if (!R->Tem_Linha_Atual()) {
         Falha(Erro_Sem_Registro, Texto_Sem_Registro, onde);
         return {};
     }
-    if (auto it = R->Pendentes.find(Posição); it != R->Pendentes.end()) return *it;
+    if (const QVariant* pendente = R->Pendentes.Procura(Posição)) return *pendente;
     if (R->Estático) return R->Linhas_Estáticas.at(R->Posição).at(Posição);
     if (!R->Garante_Linha()) {
         Falha(-2147217885, "Uma linha excluída foi referenciada.", onde);
@@ -113,7 +113,7 @@ void Campo::Set_Value(const QVariant& valor, std::source_location onde) {
         Falha(falha.Número, falha.Descrição, onde);
         return;
     }
-    R->Pendentes.insert(Posição, convertido);
+    R->Pendentes.Põe(Posição, convertido);
 }
 
 QString Campo::Name() const {
@@ -335,6 +335,7 @@ void Registros::Close() {
     Linha_Lida = false;
     Linha_Adiada = false;
     Linha.clear();
+    Linha_Com_Carimbo = false;
     Termina_Página();
     Textos_Gravação.clear();
     Estático = false;
@@ -743,9 +744,12 @@ void Registros::Começa(bool do_início, std::source_location onde) {
 bool Registros::Linha_Da_Página(const Entrada& entrada) {
     if (!entrada.Lida()) return false;
     Carimbo_Dados agora;
-    if (!(Página_Aberta != 0 && entrada.Página == Página_Aberta) &&
-        (!Sessão_->Carimbo(agora) || !(agora == entrada.Carimbo)))
+    const bool da_página_aberta = Página_Aberta != 0 && entrada.Página == Página_Aberta;
+    if (!da_página_aberta && (!Sessão_->Carimbo(agora) ||
+                              !Sessão_->Linha_Intacta(entrada.Carimbo, agora, Estrutura->Nome, entrada.Id)))
         return false;
+    Linha_Com_Carimbo = !da_página_aberta;
+    if (Linha_Com_Carimbo) Carimbo_Linha = agora;
     if (entrada.Valores.isEmpty())
         Campos_Do_Bruto(*Estrutura, entrada.Bruto.constData() + entrada.Início, Linha);
     else
@@ -808,10 +812,18 @@ bool Registros::Lê_Linha(qint64 id) {
     Falha_Banco falha;
     Comando_Banco* comando = Sessão_->Prepara(
         "SELECT " + Campos_Da_Tabela + " FROM " + Citação(Estrutura->Nome) + " WHERE rowid = ?", falha);
+    Linha_Com_Carimbo = false;
     if (comando == nullptr) return false;
+    // The mark before the read: a commit between the two makes the row look older than it is, never newer.
+    Carimbo_Dados carimbo;
+    const bool com_carimbo = Sessão_->Carimbo(carimbo);
     comando->Liga_Inteiro(1, id);
     const bool achou = comando->Passo() == Linha_Pronta;
-    if (achou) Linha = Campos_Lidos(*Estrutura, comando, 0);
+    if (achou) {
+        Linha = Campos_Lidos(*Estrutura, comando, 0);
+        Linha_Com_Carimbo = com_carimbo;
+        Carimbo_Linha = carimbo;
+    }
     comando->Reinicia();
     return achou;
 }
@@ -845,8 +857,13 @@ void Registros::Edita(std::source_location onde) {
         }
         Trava_Sem_Transação = !Sessão_->Transação_Lógica;
     }
-    Linha_Adiada = false;
-    Linha_Lida = Lê_Linha(id);
+    // A row read since any copy's last commit, that this connection has not written since, is the row the
+    // file holds: it is not read again.
+    Carimbo_Dados agora;
+    const bool intacta = !std::exchange(Linha_Adiada, false) && Linha_Com_Carimbo &&
+                         Sessão_->Carimbo(agora) &&
+                         Sessão_->Linha_Intacta(Carimbo_Linha, agora, Estrutura->Nome, id);
+    if (!intacta) Linha_Lida = Lê_Linha(id);
     if (!Linha_Lida) {
         if (Trava_Sem_Transação) Sessão_->Libera_Trava(Estrutura->Nome, id);
         Trava_Sem_Transação = false;
@@ -1060,6 +1077,8 @@ void Registros::Seek(const QVariantList& chave, Tipo_Busca tipo, std::source_loc
         achada.Id = comando->Inteiro(0);
         for (int i = 0; i < Ordem.size(); ++i) achada.Chave << Valor_Chave(comando, i + 1);
         Linha = Campos_Lidos(*Estrutura, comando, 1 + static_cast<int>(Ordem.size()));
+        Linha_Com_Carimbo = com_carimbo;
+        Carimbo_Linha = carimbo;
     }
     comando->Reinicia();
     // A row added by another workstation since the keyset was taken: the keyset takes in the rows up to
@@ -1191,10 +1210,10 @@ void Registros::Update(std::source_location onde) {
     if (Modo == Modo_Edição::Nenhum) return;
     Recusa_Do_Valor_ = false;
     // A text field without Zero refuses the empty text.
-    for (auto it = Pendentes.cbegin(); it != Pendentes.cend(); ++it) {
-        const Campo_Info& campo = Estrutura->Campos[it.key()];
-        if ((campo.Tipo == Tipo_Texto || campo.Tipo == Tipo_Memo) && !campo.Zero && it.value().isValid() &&
-            it.value().toString().isEmpty()) {
+    for (const auto& [posição, valor] : Pendentes.Itens) {
+        const Campo_Info& campo = Estrutura->Campos[posição];
+        if ((campo.Tipo == Tipo_Texto || campo.Tipo == Tipo_Memo) && !campo.Zero && valor.isValid() &&
+            valor.toString().isEmpty()) {
             Recusa_Do_Valor_ = true;
             return Falha(-2147467259,
                          "O campo '" + Estrutura->Nome + "." + campo.Nome +
@@ -1208,7 +1227,8 @@ void Registros::Update(std::source_location onde) {
         for (const QString& nome : índice.Campos) {
             const int p = Estrutura->Posição_Campo(nome);
             if (p < 0 || Estrutura->Campos[p].Auto) continue;
-            const QVariant valor = Pendentes.contains(p)                          ? Pendentes.value(p)
+            const QVariant* pendente = Pendentes.Procura(p);
+            const QVariant valor = pendente                                       ? *pendente
                                    : Modo == Modo_Edição::Alteração && Linha_Lida ? Linha.value(p)
                                                                                   : QVariant();
             if (!valor.isValid()) {
@@ -1223,10 +1243,9 @@ void Registros::Update(std::source_location onde) {
         return Falha(falha.Número, falha.Descrição, onde);
     }
 
-    QList<int> posições = Pendentes.keys();
-    std::sort(posições.begin(), posições.end());
+    const auto& pendentes = Pendentes.Itens;  // in the order of the positions
     const bool inclusão = Modo == Modo_Edição::Inclusão;
-    if (!inclusão && posições.isEmpty()) {
+    if (!inclusão && pendentes.isEmpty()) {
         Descarta_Edição();  // nothing changed: nothing to write
         return;
     }
@@ -1234,7 +1253,7 @@ void Registros::Update(std::source_location onde) {
     // for the slot's table.
     quint64 marca = inclusão ? 1 : 0;
     bool guardável = true;
-    for (int p : posições) {
+    for (const auto& [p, valor] : pendentes) {
         if (p < 63)
             marca |= quint64{2} << p;
         else
@@ -1243,14 +1262,14 @@ void Registros::Update(std::source_location onde) {
     QString sql = guardável ? Textos_Gravação.value(marca) : QString();
     if (sql.isEmpty()) {
         QString nomes, marcas;
-        for (int p : posições) {
+        for (const auto& [p, valor] : pendentes) {
             const QString nome = Citação(Estrutura->Campos[p].Nome);
             nomes += (nomes.isEmpty() ? "" : ", ") + nome + (inclusão ? "" : " = ?");
             marcas += marcas.isEmpty() ? "?" : ", ?";
         }
         if (!inclusão)
             sql = "UPDATE " + Citação(Estrutura->Nome) + " SET " + nomes + " WHERE rowid = ?";
-        else if (posições.isEmpty())
+        else if (pendentes.isEmpty())
             sql = "INSERT INTO " + Citação(Estrutura->Nome) + " DEFAULT VALUES";
         else
             sql = "INSERT INTO " + Citação(Estrutura->Nome) + " (" + nomes + ") VALUES (" + marcas + ")";
@@ -1263,7 +1282,7 @@ void Registros::Update(std::source_location onde) {
     Comando_Banco* comando = Sessão_->Prepara(sql, falha);
     if (comando == nullptr) return Falha(falha.Número, falha.Descrição, onde);
     int n = 1;
-    for (int p : posições) Liga_Valor(comando, n++, Pendentes.value(p));
+    for (const auto& [p, valor] : pendentes) Liga_Valor(comando, n++, valor);
     if (Modo == Modo_Edição::Alteração) comando->Liga_Inteiro(n, Id_Atual());
     int r = comando->Passo();
     Entrada devolvida{0, {}, false};
@@ -1280,7 +1299,8 @@ void Registros::Update(std::source_location onde) {
         Recusa_Do_Valor_ = falha.Recusa_Valor;
         return Falha(falha.Número, falha.Descrição, onde);
     }
-    Sessão_->Marca_Escrita(Estrutura->Nome);
+    Sessão_->Marca_Escrita(Estrutura->Nome, inclusão ? Sessão_->Último_Id() : Id_Atual());
+    Linha_Com_Carimbo = false;
     if (inclusão) {
         // The new row becomes current, in its place in the order; the keyset grows to hold it.
         Entrada nova{Sessão_->Último_Id(), {}, false};
@@ -1338,7 +1358,7 @@ void Registros::Delete(std::source_location onde) {
         r = comando->Passo();
         comando->Reinicia();
         if (r != Fim_Comando) Sessão_->Falha_Da_Última(falha, r);
-        Sessão_->Marca_Escrita(Estrutura->Nome);
+        Sessão_->Marca_Escrita(Estrutura->Nome, r == Fim_Comando ? id : 0);
     }
     if (!Sessão_->Transação_Lógica) Sessão_->Libera_Trava(Estrutura->Nome, id);
     if (r != Fim_Comando) return Falha(falha.Número, falha.Descrição, onde);

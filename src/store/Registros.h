@@ -219,6 +219,10 @@ class Registros {
     QHash<quint64, QString> Textos_Gravação;
     bool Recusa_Do_Valor_ = false;
     QVector<QVariant> Linha;
+    // The file's mark when Linha was read, if it was read with one: an edit need not read it again while
+    // it stays intact.
+    Carimbo_Dados Carimbo_Linha;
+    bool Linha_Com_Carimbo = false;
 
     // the page a window shows at once: how many rows it takes, and its number, or 0 when none is open
     int Linhas_Página = 0;
@@ -233,7 +237,31 @@ class Registros {
     QVector<QVector<QVariant>> Linhas_Estáticas;
 
     Modo_Edição Modo = Modo_Edição::Nenhum;
-    QHash<int, QVariant> Pendentes;
+    // The values set since AddNew or since the edit began, by field position, in the order of the positions:
+    // a few fields, set and written row after row, so a short list that keeps its room between rows.
+    struct Valores_Pendentes {
+        QVector<std::pair<int, QVariant>> Itens;
+        const QVariant* Procura(int posição) const {
+            for (const auto& [p, valor] : Itens)
+                if (p == posição) return &valor;
+            return nullptr;
+        }
+        QVariant Valor(int posição) const {
+            const QVariant* valor = Procura(posição);
+            return valor ? *valor : QVariant();
+        }
+        void Põe(int posição, const QVariant& valor) {
+            auto it = Itens.begin();
+            while (it != Itens.end() && it->first < posição) ++it;
+            if (it != Itens.end() && it->first == posição)
+                it->second = valor;
+            else
+                Itens.insert(it, {posição, valor});
+        }
+        bool isEmpty() const { return Itens.isEmpty(); }
+        void clear() { Itens.clear(); }
+    };
+    Valores_Pendentes Pendentes;
     bool Trava_Sem_Transação = false;
 };
 

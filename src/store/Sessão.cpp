@@ -507,8 +507,36 @@ bool Sessão::Escreve_Depois(Comando_Banco* comando, Falha_Banco& falha) {
     return false;
 }
 
-void Sessão::Marca_Escrita(const QString& tabela) {
-    ++Escritas_Por_Tabela[tabela.toLower()];
+void Sessão::Marca_Escrita(const QString& tabela, qint64 linha) {
+    // A table is written row after row: its name in lower case is made once for the run.
+    if (tabela != Tabela_Escrita) {
+        Tabela_Escrita = tabela;
+        Chave_Tabela_Escrita = tabela.toLower();
+    }
+    ++Escritas_Por_Tabela[Chave_Tabela_Escrita];
+    // Only an embedded file's marks count changes. A statement that changed other rows than this one is
+    // not noted: the rows read before it are then read again.
+    if (Banco == nullptr || linha == 0 || sqlite3_changes64(Banco) != 1) return;
+    const qint64 mudança = sqlite3_total_changes64(Banco);
+    if (!Escritas_Recentes.isEmpty() && Escritas_Recentes.last().Mudança >= mudança) return;
+    // Enough for a page of rows stamped one by one; older writes leave older reads to be read again.
+    constexpr int Guardadas = 256;
+    if (Escritas_Recentes.size() >= 2 * Guardadas) Escritas_Recentes.remove(0, Guardadas);
+    Escritas_Recentes.append({mudança, tabela, linha});
+}
+
+bool Sessão::Linha_Intacta(const Carimbo_Dados& lido, const Carimbo_Dados& agora, const QString& tabela,
+                           qint64 linha) const {
+    if (lido.Cabeçalho != agora.Cabeçalho || lido.Mudanças > agora.Mudanças) return false;
+    qint64 contadas = 0;
+    for (auto it = Escritas_Recentes.crbegin();
+         it != Escritas_Recentes.crend() && it->Mudança > lido.Mudanças; ++it) {
+        if (it->Mudança > agora.Mudanças) continue;
+        if (it->Linha == linha && it->Tabela.compare(tabela, Qt::CaseInsensitive) == 0) return false;
+        ++contadas;
+    }
+    // A change that no noted write accounts for may have touched this row.
+    return contadas == agora.Mudanças - lido.Mudanças;
 }
 
 void Sessão::Esquece_Contagens() {

@@ -131,12 +131,18 @@ class Sessão {
     // Counts ("Select Count (*) From <table> ...") kept while nothing has written to that table since.
     virtual bool Contagem_Memorizada(const QString& sql, qint64& contagem) = 0;
     virtual void Memoriza_Contagem(const QString& sql, qint64 contagem) = 0;
-    void Marca_Escrita(const QString& tabela);  // a row written here to this table
+    // A row written here to this table; `linha` is its row id when the statement wrote that row alone.
+    void Marca_Escrita(const QString& tabela, qint64 linha = 0);
     void Esquece_Contagens();
 
     // The file's present mark; false when the file gives none (not in WAL mode, or a server): then rows
     // are read again.
     virtual bool Carimbo(Carimbo_Dados& carimbo) = 0;
+    // Whether the row `linha` of `tabela`, read at the mark `lido`, is still what the file holds at `agora`:
+    // no copy has committed since, and each change this connection made since is a noted write of another
+    // row. A walk that stamps row after row as it goes (an export) need not read each next row again.
+    bool Linha_Intacta(const Carimbo_Dados& lido, const Carimbo_Dados& agora, const QString& tabela,
+                       qint64 linha) const;
 
     std::shared_ptr<const Estrutura_Tabela> Estrutura(const QString& tabela, Falha_Banco& falha);
     virtual void Esquece_Estruturas();
@@ -158,7 +164,16 @@ class Sessão {
         qint64 Escritas = 0;  // this process's writes to the table when it was counted
     };
     QHash<QString, Contagem_Guardada> Contagens;
-    QHash<QString, qint64> Escritas_Por_Tabela;  // by table name in lower case
+    QHash<QString, qint64> Escritas_Por_Tabela;    // by table name in lower case
+    QString Tabela_Escrita, Chave_Tabela_Escrita;  // the last table written, and its name in lower case
+    // The last rows written here alone by their statements, oldest first, with the connection's change
+    // count after each.
+    struct Escrita_Linha {
+        qint64 Mudança = 0;
+        QString Tabela;
+        qint64 Linha = 0;
+    };
+    QVector<Escrita_Linha> Escritas_Recentes;
     QHash<QString, std::shared_ptr<Estrutura_Tabela>> Estruturas;
 };
 

@@ -14,6 +14,7 @@
 #include "store/Catálogo.h"
 #include "store/Comparação.h"
 #include "store/Funções_Banco.h"
+#include "store/Tradutor_SQL.h"
 #include "support/Pasta_Teste.h"
 #include "support/Servidor_Teste.h"
 #include "support/Plataforma_Roteirizada.h"
@@ -375,6 +376,56 @@ TEST_F(Páginas_Teste, RowsOfAPageAlreadyReadShowWhatWasWrittenSince) {
     Tabela.MovePrevious();
     Tabela.MoveNext();
     EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), "Esta janela");
+}
+
+// In a transaction, a walk that writes each row as it goes (an export stamping its questions) takes the rows
+// ahead from the pages it holds; a row ahead that something else wrote meanwhile shows what was written:
+// another copy before the transaction's first write, another slot of this copy, a statement of this copy,
+// and a statement that wrote the current row while it was being edited.
+TEST_F(Páginas_Teste, AWalkThatWritesEachRowInATransactionShowsWhatElseWroteAheadOfIt) {
+    Tabela.Set_Index("idxCódigo_Pergunta");
+    Abre_Tabela_Secundária("tblPergunta");
+    Tabela_Secundária.Set_Index("idxCódigo_Pergunta");
+    const auto altera = [](int código, const QString& campo, const QString& texto) {
+        return "UPDATE tblPergunta SET " + campo + " = " + Valor_Texto_SQL(texto) +
+               " WHERE Código_Pergunta = " + QString::number(código);
+    };
+    QMap<int, QString> escritas;  // what was written ahead of the walk, by code
+    Inicia_Transação();
+    Tabela.MoveFirst();
+    Outro_Processo({altera(5, "Pergunta", "Outra cópia 5")});
+    escritas[5] = "Outra cópia 5";
+    constexpr int Andadas = 300;
+    for (int código = 1; código <= Andadas; ++código) {
+        ASSERT_EQ(Tabela.Fields("Código_Pergunta").Value().toInt(), código);
+        const QString pergunta = Tabela.Fields("Pergunta").Value().toString();
+        EXPECT_EQ(pergunta.toStdString(), escritas.value(código, Modelo[código - 1].Pergunta).toStdString());
+        if (código % 50 == 10) {
+            Tabela_Secundária.Seek(código + 3);
+            escritas[código + 3] = "Outra janela " + QString::number(código + 3);
+            Tabela_Secundária.Fields("Pergunta").Set_Value(escritas[código + 3]);
+            Tabela_Secundária.Update();
+        }
+        if (código % 50 == 20) {
+            escritas[código + 2] = "Comando " + QString::number(código + 2);
+            Conexão.Execute(altera(código + 2, "Pergunta", escritas[código + 2]));
+        }
+        if (código % 50 == 30) Conexão.Execute(altera(código, "Tipo", "Z"));
+        Tabela.Fields("Resposta_Correta").Set_Value(pergunta);
+        if (código % 50 == 30) {
+            EXPECT_EQ(Tabela.Fields("Tipo").Value().toString().toStdString(), "Z");
+        }
+        Tabela.Update();
+        Tabela.MoveNext();
+    }
+    Finaliza_Transação();
+
+    Tabela.MoveFirst();
+    for (int código = 1; código <= Andadas; ++código, Tabela.MoveNext()) {
+        EXPECT_EQ(Tabela.Fields("Resposta_Correta").Value().toString().toStdString(),
+                  escritas.value(código, Modelo[código - 1].Pergunta).toStdString())
+            << código;
+    }
 }
 
 // A slot takes its rows when first used, so a window that opens a table, sets its index and moves to its
