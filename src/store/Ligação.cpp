@@ -37,11 +37,12 @@ QString Arquivo_Da_Conexão(const QString& texto_conexão) {
 }
 
 bool Existe_Banco(const QString& caminho) {
+    // A session open on a server's schema found it, and this program closes the session before it drops
+    // one: neither the server nor the installation's file that names it is asked again (the register asks
+    // about the statistics at every step).
+    if (auto sessão = Sessão::Procura(caminho); sessão && sessão->Servidor()) return true;
     const QString servidor = Conexão_Do_Servidor(caminho);
     if (servidor.isEmpty()) return QFile::exists(caminho);
-    // A session open on it found its schema, and this program closes the session before it drops one:
-    // no connection of its own to ask again (the register asks about the statistics at every step).
-    if (auto sessão = Sessão::Procura(caminho); sessão && sessão->Servidor()) return true;
     Falha_Banco ignorada;
     return Existe_Esquema_Servidor(servidor, Esquema_Do_Servidor(caminho), ignorada);
 }
