@@ -653,7 +653,13 @@ bool Registros::Passo(bool adiante, std::source_location onde) {
     // An order that no index serves (a source's own Order By on a plain field) would sort the whole
     // source again for every page: such a walk takes all its row ids at once, as a captured keyset.
     const bool servida = Ordem_Servida;
-    const int página_cheia = servida ? Linhas_Por_Página : std::numeric_limits<int>::max();
+    // A window of few rows (just opened, or placed by a seek) grows by pages of twice its rows, up to full
+    // pages: a step after a seek reads a few rows, not a full page of which it shows one, and a long walk
+    // soon reads full pages.
+    const int página_cheia = servida ? std::clamp(2 * static_cast<int>(Janela.size()),
+                                                  std::max(Linhas_Primeira_Página, Linhas_Página),
+                                                  std::max(Linhas_Por_Página, Linhas_Página))
+                                     : std::numeric_limits<int>::max();
     const int máximo_janela =
         servida ? Linhas_Por_Página * Páginas_Na_Janela : std::numeric_limits<int>::max();
     if (Janela.isEmpty()) {
