@@ -150,7 +150,11 @@ Caixa_Texto_Multilinha::Caixa_Texto_Multilinha(QWidget* pai) : QPlainTextEdit(pa
 }
 
 void Caixa_Texto_Multilinha::Set_Text(const QString& texto) {
-    setPlainText(MaxLength > 0 ? texto.left(MaxLength) : texto);
+    // A window shows its record again at several steps of one action: the same text is not laid out anew,
+    // and, as a text set to what it holds, changes nothing (cursor, scroll and change signals stay).
+    const QString novo = MaxLength > 0 ? texto.left(MaxLength) : texto;
+    if (novo == toPlainText()) return;
+    setPlainText(novo);
 }
 
 void Caixa_Texto_Multilinha::keyPressEvent(QKeyEvent* evento) {
@@ -239,7 +243,7 @@ void Grade_Flex::Set_CellBackColor(const QColor& cor) {
 QColor Grade_Flex::CellForeColor() const {
     const QTableWidgetItem* célula = item(Linha_Atual, Coluna_Atual);
     return célula && célula->foreground().style() != Qt::NoBrush ? célula->foreground().color()
-                                                                   : palette().text().color();
+                                                                 : palette().text().color();
 }
 
 void Grade_Flex::Set_CellForeColor(const QColor& cor) {
