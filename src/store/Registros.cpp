@@ -142,6 +142,7 @@ namespace {
 constexpr int Linhas_Por_Página = 128;
 constexpr int Páginas_Na_Janela = 3;
 constexpr int Linhas_Primeira_Página = 4;
+constexpr int Linhas_Página_Curta = 16;
 
 // The table's fields as a statement read them, the first one in column `primeira`.
 QVector<QVariant> Campos_Lidos(const Estrutura_Tabela& estrutura, Comando_Banco* comando, int primeira) {
@@ -653,13 +654,12 @@ bool Registros::Passo(bool adiante, std::source_location onde) {
     // An order that no index serves (a source's own Order By on a plain field) would sort the whole
     // source again for every page: such a walk takes all its row ids at once, as a captured keyset.
     const bool servida = Ordem_Servida;
-    // A window of few rows (just opened, or placed by a seek) grows by pages of twice its rows, up to full
-    // pages: a step after a seek reads a few rows, not a full page of which it shows one, and a long walk
-    // soon reads full pages.
-    const int página_cheia = servida ? std::clamp(2 * static_cast<int>(Janela.size()),
-                                                  std::max(Linhas_Primeira_Página, Linhas_Página),
-                                                  std::max(Linhas_Por_Página, Linhas_Página))
-                                     : std::numeric_limits<int>::max();
+    // A window of one row (placed by a seek, or a row just added) goes on with a short page: the next step
+    // after a seek is often the only one (the coherence walk seeks again after each question), and a long
+    // walk reads full pages from its second page on.
+    const int página_cheia = !servida             ? std::numeric_limits<int>::max()
+                             : Janela.size() <= 1 ? std::max(Linhas_Página_Curta, Linhas_Página)
+                                                  : std::max(Linhas_Por_Página, Linhas_Página);
     const int máximo_janela =
         servida ? Linhas_Por_Página * Páginas_Na_Janela : std::numeric_limits<int>::max();
     if (Janela.isEmpty()) {
