@@ -246,7 +246,7 @@ bool Sessão_SQLite::Carimbo(Carimbo_Dados& carimbo) {
     if (Índice_Wal == nullptr) return false;
     // The first copy of the header is the one that writers finish last.
     std::memcpy(carimbo.Cabeçalho.data(), Índice_Wal, carimbo.Cabeçalho.size());
-    carimbo.Mudanças = sqlite3_total_changes64(Banco);
+    carimbo.Mudanças = Mudanças_Da_Conexão();
     return true;
 }
 
@@ -364,6 +364,9 @@ bool Sessão_SQLite::Desfaz(Falha_Banco& falha) {
     bool ok = true;
     Esquece_Contagens();  // counts taken inside the transaction are undone with it
     if (Transação_SQL && sqlite3_get_autocommit(Banco) == 0) {
+        // The rows the transaction wrote go back to what they were, which no change count tells: a row read
+        // before the roll-back is read again.
+        ++Desfeitas;
         const int r = sqlite3_exec(Banco, "ROLLBACK", nullptr, nullptr, nullptr);
         if (r != SQLITE_OK) {
             Falha_Da_Última(falha, r);
@@ -517,12 +520,16 @@ void Sessão::Marca_Escrita(const QString& tabela, qint64 linha) {
     // Only an embedded file's marks count changes. A statement that changed other rows than this one is
     // not noted: the rows read before it are then read again.
     if (Banco == nullptr || linha == 0 || sqlite3_changes64(Banco) != 1) return;
-    const qint64 mudança = sqlite3_total_changes64(Banco);
+    const qint64 mudança = Mudanças_Da_Conexão();
     if (!Escritas_Recentes.isEmpty() && Escritas_Recentes.last().Mudança >= mudança) return;
     // Enough for a page of rows stamped one by one; older writes leave older reads to be read again.
     constexpr int Guardadas = 256;
     if (Escritas_Recentes.size() >= 2 * Guardadas) Escritas_Recentes.remove(0, Guardadas);
     Escritas_Recentes.append({mudança, tabela, linha});
+}
+
+qint64 Sessão::Mudanças_Da_Conexão() const {
+    return sqlite3_total_changes64(Banco) + Desfeitas;
 }
 
 bool Sessão::Linha_Intacta(const Carimbo_Dados& lido, const Carimbo_Dados& agora, const QString& tabela,

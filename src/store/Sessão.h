@@ -174,6 +174,9 @@ class Sessão {
         qint64 Linha = 0;
     };
     QVector<Escrita_Linha> Escritas_Recentes;
+    // The embedded connection's changes, each roll-back counted as one that no noted write accounts for.
+    qint64 Desfeitas = 0;
+    qint64 Mudanças_Da_Conexão() const;
     QHash<QString, std::shared_ptr<Estrutura_Tabela>> Estruturas;
 };
 

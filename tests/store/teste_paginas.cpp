@@ -426,6 +426,18 @@ TEST_F(Páginas_Teste, AWalkThatWritesEachRowInATransactionShowsWhatElseWroteAhe
                   escritas.value(código, Modelo[código - 1].Pergunta).toStdString())
             << código;
     }
+
+    // An edit after a roll-back starts from the row as the file holds it again, not as the undone write
+    // left it.
+    Tabela.MoveFirst();
+    Inicia_Transação();
+    Tabela.Fields("Pergunta").Set_Value("Desfeita");
+    Tabela.Update();
+    ASSERT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), "Desfeita");
+    Desfaz_Transação();
+    Tabela.Fields("Tipo").Set_Value("B");
+    EXPECT_EQ(Tabela.Fields("Pergunta").Value().toString().toStdString(), Modelo[0].Pergunta.toStdString());
+    Tabela.CancelUpdate();
 }
 
 // A slot takes its rows when first used, so a window that opens a table, sets its index and moves to its
