@@ -336,7 +336,7 @@ void Registros::Close() {
     Linha_Lida = false;
     Linha_Adiada = false;
     Linha.clear();
-    Linha_Com_Carimbo = false;
+    Carimbo_Linha.reset();
     Termina_Página();
     Textos_Gravação.clear();
     Estático = false;
@@ -754,8 +754,7 @@ bool Registros::Linha_Da_Página(const Entrada& entrada) {
     if (!da_página_aberta && (!Sessão_->Carimbo(agora) ||
                               !Sessão_->Linha_Intacta(entrada.Carimbo, agora, Estrutura->Nome, entrada.Id)))
         return false;
-    Linha_Com_Carimbo = !da_página_aberta;
-    if (Linha_Com_Carimbo) Carimbo_Linha = agora;
+    Carimbo_Linha = da_página_aberta ? std::nullopt : std::optional(agora);
     if (entrada.Valores.isEmpty())
         Campos_Do_Bruto(*Estrutura, entrada.Bruto.constData() + entrada.Início, Linha);
     else
@@ -818,7 +817,7 @@ bool Registros::Lê_Linha(qint64 id) {
     Falha_Banco falha;
     Comando_Banco* comando = Sessão_->Prepara(
         "SELECT " + Campos_Da_Tabela + " FROM " + Citação(Estrutura->Nome) + " WHERE rowid = ?", falha);
-    Linha_Com_Carimbo = false;
+    Carimbo_Linha.reset();
     if (comando == nullptr) return false;
     // The mark before the read: a commit between the two makes the row look older than it is, never newer.
     Carimbo_Dados carimbo;
@@ -827,8 +826,7 @@ bool Registros::Lê_Linha(qint64 id) {
     const bool achou = comando->Passo() == Linha_Pronta;
     if (achou) {
         Linha = Campos_Lidos(*Estrutura, comando, 0);
-        Linha_Com_Carimbo = com_carimbo;
-        Carimbo_Linha = carimbo;
+        if (com_carimbo) Carimbo_Linha = carimbo;
     }
     comando->Reinicia();
     return achou;
@@ -866,9 +864,8 @@ void Registros::Edita(std::source_location onde) {
     // A row read since any copy's last commit, that this connection has not written since, is the row the
     // file holds: it is not read again.
     Carimbo_Dados agora;
-    const bool intacta = !std::exchange(Linha_Adiada, false) && Linha_Com_Carimbo &&
-                         Sessão_->Carimbo(agora) &&
-                         Sessão_->Linha_Intacta(Carimbo_Linha, agora, Estrutura->Nome, id);
+    const bool intacta = !std::exchange(Linha_Adiada, false) && Carimbo_Linha && Sessão_->Carimbo(agora) &&
+                         Sessão_->Linha_Intacta(*Carimbo_Linha, agora, Estrutura->Nome, id);
     if (!intacta) Linha_Lida = Lê_Linha(id);
     if (!Linha_Lida) {
         if (Trava_Sem_Transação) Sessão_->Libera_Trava(Estrutura->Nome, id);
@@ -1083,8 +1080,7 @@ void Registros::Seek(const QVariantList& chave, Tipo_Busca tipo, std::source_loc
         achada.Id = comando->Inteiro(0);
         for (int i = 0; i < Ordem.size(); ++i) achada.Chave << Valor_Chave(comando, i + 1);
         Linha = Campos_Lidos(*Estrutura, comando, 1 + static_cast<int>(Ordem.size()));
-        Linha_Com_Carimbo = com_carimbo;
-        Carimbo_Linha = carimbo;
+        Carimbo_Linha = com_carimbo ? std::optional(carimbo) : std::nullopt;
     }
     comando->Reinicia();
     // A row added by another workstation since the keyset was taken: the keyset takes in the rows up to
@@ -1306,7 +1302,7 @@ void Registros::Update(std::source_location onde) {
         return Falha(falha.Número, falha.Descrição, onde);
     }
     Sessão_->Marca_Escrita(Estrutura->Nome, inclusão ? Sessão_->Último_Id() : Id_Atual());
-    Linha_Com_Carimbo = false;
+    Carimbo_Linha.reset();
     if (inclusão) {
         // The new row becomes current, in its place in the order; the keyset grows to hold it.
         Entrada nova{Sessão_->Último_Id(), {}, false};

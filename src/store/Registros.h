@@ -11,6 +11,7 @@
 #include <QVariant>
 #include <QVector>
 #include <memory>
+#include <optional>
 #include <source_location>
 
 #include "store/Sessão.h"
@@ -221,8 +222,7 @@ class Registros {
     QVector<QVariant> Linha;
     // The file's mark when Linha was read, if it was read with one: an edit need not read it again while
     // it stays intact.
-    Carimbo_Dados Carimbo_Linha;
-    bool Linha_Com_Carimbo = false;
+    std::optional<Carimbo_Dados> Carimbo_Linha;
 
     // the page a window shows at once: how many rows it takes, and its number, or 0 when none is open
     int Linhas_Página = 0;
